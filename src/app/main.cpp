@@ -1,0 +1,51 @@
+// pageprobe: drives web pages in a real browser from the command line.
+#include "app/commands.h"
+#include "app/exitcodes.h"
+
+#include <QGuiApplication>
+
+#include <cstdio>
+#include <vector>
+
+namespace {
+
+struct NamedCommand
+{
+    const char *name;
+    Ostrel::App::Command (*add)(CLI::App &commandLine);
+};
+
+constexpr NamedCommand commands[] = {
+    {"run", Ostrel::App::addRunCommand},
+    {"payload", Ostrel::App::addPayloadCommand},
+    {"config", Ostrel::App::addConfigCommand},
+};
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    // Pictures are read and written, but no window of ours is ever shown.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QGuiApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("pageprobe"));
+
+    CLI::App commandLine {"Drives web pages in a real browser: runs test scripts."};
+    commandLine.set_version_flag("--version", "pageprobe " PAGEPROBE_VERSION);
+    commandLine.require_subcommand(1);
+    std::vector<Ostrel::App::Command> runners;
+    for (const NamedCommand &command : commands)
+        runners.push_back(command.add(commandLine));
+
+    try {
+        commandLine.parse(argc, argv);
+    } catch (const CLI::ParseError &error) {
+        const int code = commandLine.exit(error);
+        return code == 0 ? Ostrel::App::Passed : Ostrel::App::Unusable;
+    }
+    for (std::size_t i = 0; i < runners.size(); ++i) {
+        if (commandLine.got_subcommand(commands[i].name))
+            return runners[i]();
+    }
+    return Ostrel::App::Unusable;
+}

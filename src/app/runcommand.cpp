@@ -1,0 +1,116 @@
+#include "app/commands.h"
+#include "app/exitcodes.h"
+#include "app/interruption.h"
+#include "host/script/scriptengine.h"
+#include "host/script/testsession.h"
+#include "ostrelhook/inspector.h"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QFileInfo>
+#include <QTextStream>
+
+#include <memory>
+
+namespace Ostrel::App {
+
+using namespace Qt::StringLiterals;
+using namespace Host;
+
+namespace {
+
+struct RunOptions
+{
+    std::string script;
+    bool headed = false;
+    std::string browserPath;
+    double timeout = BrowserPage::defaultLimitMs / 1000.0;
+    bool keepOpen = false;
+    std::string served;
+};
+
+void say(FILE *stream, const QString &line)
+{
+    QTextStream(stream) << line << Qt::endl;
+}
+
+SessionOptions sessionOptions(const RunOptions &options)
+{
+    SessionOptions session;
+    session.browser.headless = !options.headed;
+    session.browser.executable = QString::fromStdString(options.browserPath);
+    session.browser.evaluationLimitMs = int(options.timeout * 1000);
+    session.servedDirectory = QString::fromStdString(options.served);
+    return session;
+}
+
+void reportFailure(const ScriptError &error)
+{
+    say(stderr, error.text());
+    for (qsizetype i = 1; i < error.callers.size(); ++i)
+        say(stderr, u"    called from %1"_s.arg(error.callers.at(i)));
+}
+
+/// Waits until the user closes the browser or interrupts the run.
+void waitForEnd(TestSession &session)
+{
+    say(stdout, u"The browser stays open. Close it or press Ctrl+C to end."_s);
+    QEventLoop loop;
+    QObject::connect(session.browser(), &Browser::lost, &loop, &QEventLoop::quit);
+    const auto quitWithoutPages = [&] {
+        if (session.browser()->pages().isEmpty())
+            loop.quit();
+    };
+    QObject::connect(session.browser(), &Browser::pageClosed, &loop, quitWithoutPages, Qt::QueuedConnection);
+    const Interruption interruption([] {}, [&] { loop.quit(); });
+    if (session.browser()->isRunning() && !session.browser()->pages().isEmpty())
+        loop.exec();
+}
+
+int run(const RunOptions &options)
+{
+    const QString script = QString::fromStdString(options.script);
+    if (!QFileInfo(script).isFile()) {
+        say(stderr, u"pageprobe run: there is no script '%1'."_s.arg(script));
+        return Unusable;
+    }
+    const auto log = [](const QString &line) { say(stdout, line); };
+    FunctionCallResult<std::unique_ptr<TestSession>> session
+        = TestSession::start(sessionOptions(options), log);
+    if (session.failed()) {
+        say(stderr, u"pageprobe run: %1"_s.arg(session.error));
+        return Unusable;
+    }
+    Inspector::self()->setNoteReceiver([](const QString &note) { say(stderr, note); });
+
+    ScriptEngine engine;
+    ScriptOutcome outcome;
+    {
+        const Interruption interruption([&] { engine.interrupt(); }, [&] { session.value->stop(); });
+        outcome = engine.runFile(script);
+    }
+    if (outcome.failed)
+        reportFailure(outcome.error);
+    if (options.keepOpen && !Interruption::wasInterrupted())
+        waitForEnd(*session.value);
+    return outcome.failed ? Failed : Passed;
+}
+
+} // namespace
+
+Command addRunCommand(CLI::App &commandLine)
+{
+    CLI::App *command = commandLine.add_subcommand("run", "Run a test script in a browser");
+    auto options = std::make_shared<RunOptions>();
+    command->add_option("script", options->script, "The script, a JavaScript file")->required();
+    command->add_flag("--headed", options->headed, "Show the browser's window");
+    command->add_option("--browser-path", options->browserPath, "The browser's executable");
+    command->add_option("--timeout", options->timeout, "Limit of a single call into the page, in seconds")
+        ->check(CLI::PositiveNumber)
+        ->capture_default_str();
+    command->add_flag("--keep-open", options->keepOpen, "Leave the browser open after the script");
+    command->add_option("--serve", options->served, "Serve a folder on the loopback address; scripts ask serverAddress()");
+    return [options] { return run(*options); };
+}
+
+} // namespace Ostrel::App

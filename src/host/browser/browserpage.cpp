@@ -1,0 +1,411 @@
+#include "host/browser/browserpage.h"
+
+#include "host/browser/evaluation.h"
+#include "host/browser/navigation.h"
+#include "wrappers/web/controls/customcontrols.h"
+#include "wrappers/web/formelements.h"
+
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QJsonArray>
+
+using namespace Qt::StringLiterals;
+
+namespace Ostrel::Host {
+
+namespace {
+
+// The browser ends a script at its limit by itself; the host waits this much longer for it to say so.
+constexpr int answerGraceMs = 1000;
+// Each wait stands on the stack of the one before it.
+constexpr int deepestNesting = 50;
+
+QString inSeconds(int milliseconds)
+{
+    return u"%1 s"_s.arg(milliseconds / 1000.0);
+}
+
+} // namespace
+
+BrowserPage::BrowserPage(Connection *connection, const QString &sessionId, const QString &targetId)
+    : m_connection(connection)
+    , m_session(sessionId)
+    , m_target(targetId)
+    , m_frame(targetId)
+    , m_dialogPolicy(std::make_shared<ReportingDialogPolicy>())
+{
+    listen();
+    m_connection->send(m_session, u"Page.enable"_s);
+    m_connection->send(m_session, u"Inspector.enable"_s);
+    m_connection->send(m_session, u"Page.setLifecycleEventsEnabled"_s, { { u"enabled"_s, true } });
+    // The payload is evaluated and reaches its channel on pages that forbid both to their own scripts.
+    m_connection->send(m_session, u"Page.setBypassCSP"_s, { { u"enabled"_s, true } });
+    // A tab that runs already has shown its document before anybody listened.
+    m_connection->send(m_session, u"Page.getFrameTree"_s, {}, [this](const CommandResult &tree) {
+        if (!tree.failed() && m_document.isEmpty())
+            noteNavigation(tree.value.value("frameTree"_L1).toObject().value("frame"_L1).toObject());
+    });
+}
+
+BrowserPage::~BrowserPage() = default;
+
+void BrowserPage::listen()
+{
+    m_connection->listen(m_session, u"Page.frameNavigated"_s, this,
+        [this](const QJsonObject &event) { noteNavigation(event.value("frame"_L1).toObject()); });
+    m_connection->listen(m_session, u"Page.lifecycleEvent"_s, this, [this](const QJsonObject &event) {
+        if (event.value("name"_L1) != "load"_L1 || event.value("frameId"_L1) != m_frame)
+            return;
+        m_loadedDocument = event.value("loaderId"_L1).toString();
+        Q_EMIT documentLoaded();
+    });
+    m_connection->listen(m_session, u"Page.javascriptDialogOpening"_s, this,
+        [this](const QJsonObject &event) { noteDialog(event); });
+    m_connection->listen(m_session, u"Page.javascriptDialogClosed"_s, this,
+        [this](const QJsonObject &) { m_dialog.reset(); });
+    m_connection->listen(m_session, u"Inspector.targetCrashed"_s, this, [this](const QJsonObject &) {
+        m_crashed = true;
+        endWaits(WaitState::PageGone);
+        Q_EMIT documentGone({});
+    });
+}
+
+void BrowserPage::noteNavigation(const QJsonObject &frame)
+{
+    if (frame.contains("parentId"_L1))
+        return;
+    m_crashed = false;
+    m_dialog.reset();
+    m_frame = frame.value("id"_L1).toString();
+    m_document = frame.value("loaderId"_L1).toString();
+    m_address = frame.value("url"_L1).toString() + frame.value("urlFragment"_L1).toString();
+    Q_EMIT documentGone(m_address);
+}
+
+void BrowserPage::noteDialog(const QJsonObject &event)
+{
+    m_dialog = Dialog { dialogKindFromText(event.value("type"_L1).toString()),
+        event.value("message"_L1).toString(), event.value("defaultPrompt"_L1).toString() };
+    const Dialog opened = *m_dialog;
+    if (const std::optional<DialogAnswer> answer = m_dialogPolicy->opened(opened))
+        answerDialog(*answer);
+    else
+        endWaits(WaitState::BlockedByDialog);
+    Q_EMIT dialogOpened(opened);
+}
+
+void BrowserPage::setDialogPolicy(std::shared_ptr<DialogPolicy> policy)
+{
+    m_dialogPolicy = policy ? std::move(policy) : std::make_shared<ReportingDialogPolicy>();
+}
+
+void BrowserPage::answerDialog(const DialogAnswer &answer) const
+{
+    if (!m_dialog)
+        return;
+    QJsonObject parameters { { u"accept"_s, answer.accept } };
+    if (m_dialog->kind == DialogKind::Prompt && answer.accept)
+        parameters.insert("promptText"_L1, answer.text);
+    m_dialog.reset();
+    m_connection->send(m_session, u"Page.handleJavaScriptDialog"_s, parameters);
+}
+
+void BrowserPage::dismissReportedDialog() const
+{
+    answerDialog({ false, {} });
+}
+
+FunctionCallResult<void> BrowserPage::setInjection(const Injection &injection, bool alsoNow)
+{
+    m_injection = injection;
+    if (!m_injectionId.isEmpty()) {
+        m_connection->send(m_session, u"Page.removeScriptToEvaluateOnNewDocument"_s,
+            { { u"identifier"_s, m_injectionId } });
+    }
+    // Not waited for: a tab that the browser holds back answers late, and commands are carried out in order.
+    m_connection->send(m_session, u"Page.addScriptToEvaluateOnNewDocument"_s,
+        { { u"source"_s, injection.newDocumentScript() } }, [this](const CommandResult &added) {
+            if (!added.failed())
+                m_injectionId = added.value.value("identifier"_L1).toString();
+        });
+    if (!alsoNow)
+        return {};
+    const EvalResult evaluated = evaluateJavaScript(injection.script(), 0);
+    if (evaluated.failed)
+        return Failure(u"Could not bring the payload into the page: %1"_s.arg(evaluated.result));
+    return {};
+}
+
+FunctionCallResult<void> BrowserPage::setPageVariable(const QString &name, const QJsonValue &value)
+{
+    Injection injection = m_injection;
+    injection.setVariable(name, value);
+    if (const auto added = setInjection(injection, false); added.failed())
+        return added;
+    const EvalResult evaluated = evaluateJavaScript(assignment({ name, value }), 0);
+    if (evaluated.failed)
+        return Failure(u"Could not set the page variable '%1': %2"_s.arg(name, evaluated.result));
+    return {};
+}
+
+void BrowserPage::resume()
+{
+    m_connection->send(m_session, u"Runtime.runIfWaitingForDebugger"_s);
+}
+
+bool BrowserPage::isPageAvailable() const
+{
+    return m_gone == WaitState::Waiting && !m_crashed && m_connection->isOpen();
+}
+
+void BrowserPage::setGone(WaitState state)
+{
+    if (m_gone != WaitState::Waiting)
+        return;
+    m_gone = state;
+    m_dialog.reset();
+    m_connection->endSession(m_session, describe(state, 0));
+    endWaits(state);
+    Q_EMIT documentGone({});
+    Q_EMIT closed();
+}
+
+BrowserPage::EvalResult BrowserPage::evaluateJavaScript(const QString &script, unsigned int timeoutMs) const
+{
+    const int limitMs = limitOr(int(timeoutMs));
+    const Answer answer = await(u"Runtime.evaluate"_s, evaluationParameters(script, limitMs), limitMs);
+    if (answer.state != WaitState::Answered)
+        return { describe(answer.state, limitMs), true, false };
+    if (answer.result.failed())
+        return { answer.result.error, true, false };
+    return readEvaluation(answer.result.value);
+}
+
+CommandResult BrowserPage::call(const QString &method, const QJsonObject &parameters, int limitMs) const
+{
+    const int limit = limitOr(limitMs);
+    const Answer answer = await(method, parameters, limit);
+    if (answer.state != WaitState::Answered)
+        return Failure(describe(answer.state, limit));
+    return answer.result;
+}
+
+BrowserPage::Answer BrowserPage::await(const QString &method, const QJsonObject &parameters, int limitMs) const
+{
+    if (!m_refusal.isEmpty())
+        return { WaitState::Answered, Failure(m_refusal) };
+    if (m_waits.size() >= deepestNesting)
+        return { WaitState::Answered, Failure(u"Too many evaluations wait for the page already"_s) };
+    Answer answer { obstacle(), {} };
+    if (answer.state == WaitState::Waiting) {
+        AnswerWait wait(m_waits);
+        const int id = m_connection->send(m_session, method, parameters, [&](const CommandResult &result) {
+            answer.result = result;
+            wait.end(stateOf(result));
+        });
+        answer.state = wait.run(limitMs + answerGraceMs);
+        m_connection->giveUp(id, describe(answer.state, limitMs));
+    }
+    if (answer.state == WaitState::BlockedByDialog && m_dialog) {
+        m_reportedDialog = *m_dialog;
+        dismissReportedDialog();
+    }
+    return answer;
+}
+
+// What makes it useless to ask the page.
+WaitState BrowserPage::obstacle() const
+{
+    if (m_gone != WaitState::Waiting)
+        return m_gone;
+    if (!m_connection->isOpen())
+        return WaitState::BrowserLost;
+    if (m_dialog)
+        return WaitState::BlockedByDialog;
+    return WaitState::Waiting;
+}
+
+// The browser tells by these texts why a page did not answer.
+WaitState BrowserPage::stateOf(const CommandResult &result) const
+{
+    if (!result.failed())
+        return WaitState::Answered;
+    if (!m_connection->isOpen())
+        return WaitState::BrowserLost;
+    if (m_gone != WaitState::Waiting)
+        return m_gone;
+    if (result.error.contains("Execution was terminated"_L1))
+        return WaitState::TimedOut;
+    if (result.error.contains("navigated or closed"_L1) || result.error.contains("context was destroyed"_L1))
+        return m_crashed ? WaitState::PageGone : WaitState::NavigatedAway;
+    if (result.error.contains("Session with given id not found"_L1)
+        || result.error.contains("Target crashed"_L1) || result.error.contains("Target closed"_L1))
+        return WaitState::PageGone;
+    return WaitState::Answered;
+}
+
+QString BrowserPage::describe(WaitState state, int limitMs) const
+{
+    switch (state) {
+    case WaitState::Waiting:
+    case WaitState::Answered:
+        return {};
+    case WaitState::BlockedByDialog:
+        return u"The page is blocked by %1"_s.arg(describeDialog(m_reportedDialog));
+    case WaitState::NavigatedAway:
+        return u"The page navigated away while the script was running"_s;
+    case WaitState::TimedOut:
+        return u"The page did not answer within %1"_s.arg(inSeconds(limitMs));
+    case WaitState::PageGone:
+        return u"The page was closed or has crashed"_s;
+    case WaitState::BrowserLost:
+        return u"The browser has closed or crashed"_s;
+    }
+    Q_UNREACHABLE();
+}
+
+void BrowserPage::endWaits(WaitState state) const
+{
+    for (AnswerWait *wait : std::as_const(m_waits))
+        wait->end(state);
+}
+
+FunctionCallResult<void> BrowserPage::navigate(const QString &address, int limitMs)
+{
+    const int limit = limitOr(limitMs);
+    QElapsedTimer elapsed;
+    elapsed.start();
+    const Answer answer = await(u"Page.navigate"_s, { { u"url"_s, address } }, limit);
+    if (answer.state == WaitState::TimedOut) {
+        m_connection->send(m_session, u"Page.stopLoading"_s);
+        return Failure(u"Could not open '%1': no answer within %2"_s.arg(address, inSeconds(limit)));
+    }
+    if (answer.state != WaitState::Answered)
+        return Failure(u"Could not open '%1': %2"_s.arg(address, describe(answer.state, limit)));
+    if (answer.result.failed())
+        return Failure(u"Could not open '%1': %2"_s.arg(address, answer.result.error));
+
+    const QString code = answer.result.value.value("errorText"_L1).toString();
+    if (!code.isEmpty())
+        return Failure(describeNavigationError(address, code));
+    const QString document = answer.result.value.value("loaderId"_L1).toString();
+    if (document.isEmpty()) // a move within the document that is there
+        return {};
+    return waitForLoad(document, address, qMax(1, limit - int(elapsed.elapsed())));
+}
+
+// A document may send the browser on to another one before it has loaded, so what counts is that the one which is
+// there after it was reached has loaded.
+FunctionCallResult<void> BrowserPage::waitForLoad(const QString &document, const QString &address, int limitMs)
+{
+    AnswerWait wait(m_waits);
+    bool reached = m_document == document;
+    const auto check = [&] {
+        reached = reached || m_document == document;
+        if (reached && m_loadedDocument == m_document)
+            wait.end(WaitState::Answered);
+    };
+    QObject listener;
+    connect(this, &BrowserPage::documentGone, &listener, check);
+    connect(this, &BrowserPage::documentLoaded, &listener, check);
+    check();
+    if (m_dialog)
+        wait.end(WaitState::BlockedByDialog);
+
+    const WaitState state = wait.run(limitMs);
+    if (state == WaitState::Answered)
+        return {};
+    if (state == WaitState::TimedOut) {
+        m_connection->send(m_session, u"Page.stopLoading"_s);
+        return Failure(u"'%1' did not finish loading in time"_s.arg(address));
+    }
+    if (state == WaitState::BlockedByDialog && m_dialog) {
+        m_reportedDialog = *m_dialog;
+        dismissReportedDialog();
+    }
+    return Failure(u"Could not open '%1': %2"_s.arg(address, describe(state, limitMs)));
+}
+
+FunctionCallResult<void> BrowserPage::close()
+{
+    const CommandResult closing = call(u"Page.close"_s);
+    // The answer and the news that the tab is gone come in either order.
+    if (closing.failed() && m_gone == WaitState::Waiting)
+        return Failure(u"Could not close the page: %1"_s.arg(closing.error));
+    return {};
+}
+
+FunctionCallResult<QImage> BrowserPage::grabPageScreenshot() const
+{
+    const CommandResult metrics = call(u"Page.getLayoutMetrics"_s);
+    if (metrics.failed())
+        return Failure(u"Error measuring the page for a screenshot: %1"_s.arg(metrics.error));
+    QJsonObject clip = metrics.value.value("cssContentSize"_L1).toObject();
+    clip.insert("scale"_L1, 1);
+    const CommandResult shot = call(u"Page.captureScreenshot"_s,
+        { { u"format"_s, u"png"_s }, { u"captureBeyondViewport"_s, true }, { u"clip"_s, clip } });
+    if (shot.failed())
+        return Failure(u"Error taking a screenshot of the page: %1"_s.arg(shot.error));
+    const QImage image = QImage::fromData(
+        QByteArray::fromBase64(shot.value.value("data"_L1).toString().toLatin1()), "PNG");
+    if (image.isNull())
+        return Failure(u"Error taking a screenshot of the page: the browser sent no picture"_s);
+    return image;
+}
+
+// How many pixels of the screenshot one unit of the page's own measure has.
+FunctionCallResult<double> BrowserPage::zoomFactor() const
+{
+    const EvalResult ratio = evaluateJavaScript(u"window.devicePixelRatio"_s, 0);
+    if (ratio.failed)
+        return Failure(ratio.result);
+    bool isNumber = false;
+    const double factor = ratio.result.toDouble(&isNumber);
+    if (!isNumber || factor <= 0)
+        return Failure(u"The page gave '%1' as its zoom factor"_s.arg(ratio.result));
+    return factor;
+}
+
+FunctionCallResult<void> BrowserPage::setFileInputValue(WebWrapper::HTML_TextBase *field, const QString &path)
+{
+    return setUploadFile(field->jsReference(), path);
+}
+
+FunctionCallResult<void> BrowserPage::setCustomFileInputValue(
+    WebWrapper::HTML_CustomText *field, const QString &path)
+{
+    return setUploadFile(field->jsReference(), path);
+}
+
+FunctionCallResult<void> BrowserPage::setUploadFile(const QString &reference, const QString &path) const
+{
+    const QFileInfo file(path);
+    if (!file.exists())
+        return Failure(u"The file '%1' to upload does not exist"_s.arg(path));
+    const CommandResult found = call(u"Runtime.evaluate"_s, { { u"expression"_s, reference } });
+    if (found.failed())
+        return Failure(u"Could not find the upload field: %1"_s.arg(found.error));
+    const QString object
+        = found.value.value("result"_L1).toObject().value("objectId"_L1).toString();
+    if (object.isEmpty() || found.value.contains("exceptionDetails"_L1))
+        return Failure(u"Could not find the upload field: '%1' is no element of the page"_s.arg(reference));
+    const CommandResult set = call(u"DOM.setFileInputFiles"_s,
+        { { u"objectId"_s, object }, { u"files"_s, QJsonArray { file.absoluteFilePath() } } });
+    m_connection->send(m_session, u"Runtime.releaseObject"_s, { { u"objectId"_s, object } });
+    if (set.failed())
+        return Failure(u"The element is not an upload field: %1"_s.arg(set.error));
+    return {};
+}
+
+BrowserPage::Refusal::Refusal(const BrowserPage &page, const QString &reason)
+    : m_page(page)
+    , m_outer(std::exchange(page.m_refusal, reason))
+{
+}
+
+BrowserPage::Refusal::~Refusal()
+{
+    m_page.m_refusal = m_outer;
+}
+
+} // namespace Ostrel::Host

@@ -1,0 +1,26 @@
+// Evaluation: the script that goes to the page for one evaluation, and what its answer means.
+#pragma once
+
+#include "wrappers/web/htmlcomponent.h"
+
+#include <QJsonObject>
+#include <QString>
+
+namespace Ostrel::Host {
+
+/// `text` as a script string literal in double quotes. Every code unit arrives as it is: lone surrogates and
+/// control characters are escaped, since the protocol carries UTF-8.
+QString scriptLiteral(const QString &text);
+
+/// The expression that evaluates `script` as the page's own top-level code and gives its value as text, in one
+/// round trip. It stands on no name that a page could take away later but `eval`.
+QString evaluationExpression(const QString &script);
+
+/// Parameters of the command "Runtime.evaluate" for evaluationExpression().
+QJsonObject evaluationParameters(const QString &script, int limitMs);
+
+/// What the page answered. A script that raised an exception has both flags set and the exception's text as
+/// result: a caller that looks at one flag only must not take the message for a value.
+WebWrapper::HTMLComponent::EvalResult readEvaluation(const QJsonObject &answer);
+
+} // namespace Ostrel::Host

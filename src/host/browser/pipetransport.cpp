@@ -1,0 +1,141 @@
+#include "host/browser/pipetransport.h"
+
+#include <QPointer>
+#include <QSocketNotifier>
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace Ostrel::Host {
+
+namespace {
+
+constexpr std::size_t chunkSize = 64 * 1024;
+
+void makeNonBlocking(int descriptor)
+{
+    fcntl(descriptor, F_SETFL, fcntl(descriptor, F_GETFL) | O_NONBLOCK);
+}
+
+// Writing to a browser that has just died must be an error to handle, not the end of the host. A handler that
+// the program has installed itself stays.
+void ignoreBrokenPipes()
+{
+    struct sigaction current = {};
+    if (sigaction(SIGPIPE, nullptr, &current) == 0 && current.sa_handler == SIG_DFL)
+        std::signal(SIGPIPE, SIG_IGN);
+}
+
+bool wouldBlock()
+{
+    return errno == EAGAIN || errno == EWOULDBLOCK;
+}
+
+} // namespace
+
+PipeTransport::PipeTransport(int readDescriptor, int writeDescriptor, QObject *parent)
+    : Transport(parent)
+    , m_readDescriptor(readDescriptor)
+    , m_writeDescriptor(writeDescriptor)
+    , m_readable(std::make_unique<QSocketNotifier>(readDescriptor, QSocketNotifier::Read))
+    , m_writable(std::make_unique<QSocketNotifier>(writeDescriptor, QSocketNotifier::Write))
+{
+    ignoreBrokenPipes();
+    makeNonBlocking(readDescriptor);
+    makeNonBlocking(writeDescriptor);
+    m_writable->setEnabled(false);
+    connect(m_readable.get(), &QSocketNotifier::activated, this, &PipeTransport::readAvailable);
+    connect(m_writable.get(), &QSocketNotifier::activated, this, &PipeTransport::writePending);
+}
+
+PipeTransport::~PipeTransport()
+{
+    PipeTransport::close();
+}
+
+void PipeTransport::send(const QByteArray &text)
+{
+    if (m_writeDescriptor < 0)
+        return;
+    m_unsent += text;
+    m_unsent += '\0';
+    writePending();
+}
+
+void PipeTransport::close()
+{
+    if (m_writeDescriptor < 0)
+        return;
+    // A notifier may be the caller's caller, so it is silenced now and deleted later.
+    m_readable->setEnabled(false);
+    m_writable->setEnabled(false);
+    m_readable.release()->deleteLater();
+    m_writable.release()->deleteLater();
+    ::close(m_readDescriptor);
+    ::close(m_writeDescriptor);
+    m_readDescriptor = m_writeDescriptor = -1;
+}
+
+// Everything is read before anything is handed on: a receiver may run a nested event loop, which comes here
+// again, and the order of the texts must hold all the same.
+void PipeTransport::readAvailable()
+{
+    bool atEnd = false;
+    std::array<char, chunkSize> chunk;
+    while (m_readDescriptor >= 0) {
+        const ssize_t count = ::read(m_readDescriptor, chunk.data(), chunk.size());
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0 && wouldBlock())
+            break;
+        if (count <= 0) {
+            atEnd = true;
+            break;
+        }
+        QByteArrayView rest(chunk.data(), count);
+        for (qsizetype end = rest.indexOf('\0'); end >= 0; end = rest.indexOf('\0')) {
+            m_complete.append(m_incomplete + rest.first(end).toByteArray());
+            m_incomplete.clear();
+            rest = rest.sliced(end + 1);
+        }
+        m_incomplete.append(rest);
+    }
+
+    QPointer<PipeTransport> self(this);
+    while (self && !m_complete.isEmpty())
+        Q_EMIT textReceived(m_complete.takeFirst());
+    if (self && atEnd)
+        lose();
+}
+
+void PipeTransport::writePending()
+{
+    while (m_writeDescriptor >= 0 && !m_unsent.isEmpty()) {
+        const ssize_t count = ::write(m_writeDescriptor, m_unsent.constData(), std::size_t(m_unsent.size()));
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0) {
+            // The reading side notices a lost browser, so that all texts that came before are still handed on.
+            if (!wouldBlock())
+                m_unsent.clear();
+            break;
+        }
+        m_unsent.remove(0, count);
+    }
+    if (m_writeDescriptor >= 0)
+        m_writable->setEnabled(!m_unsent.isEmpty());
+}
+
+void PipeTransport::lose()
+{
+    if (m_readDescriptor < 0)
+        return;
+    close();
+    Q_EMIT closed();
+}
+
+} // namespace Ostrel::Host

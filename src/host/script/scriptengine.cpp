@@ -1,0 +1,112 @@
+#include "host/script/scriptengine.h"
+
+#include "host/script/scriptbridge.h"
+#include "ostrelhook/inspector.h"
+
+#include <QFile>
+#include <QUrl>
+
+namespace Ostrel::Host {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto glueName = "scriptglue.js"_L1;
+
+/// One line of the engine's stack trace: "function:line:column:address".
+struct Frame
+{
+    QString function;
+    int line = 0;
+    QString file;
+};
+
+Frame parseFrame(const QString &text)
+{
+    const QString function = text.section(u':', 0, 0);
+    const QUrl address(text.section(u':', 3));
+    return {function == "%entry"_L1 ? QString() : function, text.section(u':', 1, 1).toInt(),
+        address.isLocalFile() ? address.toLocalFile() : address.toString()};
+}
+
+/// The script's own frames, without those of the glue.
+QList<Frame> scriptFrames(const QStringList &trace)
+{
+    QList<Frame> frames;
+    for (const QString &line : trace) {
+        if (!line.endsWith(glueName))
+            frames.append(parseFrame(line));
+    }
+    return frames;
+}
+
+QString messageOf(const QJSValue &thrown)
+{
+    if (!thrown.isError())
+        return thrown.toString();
+    const QString text = thrown.property(u"message"_s).toString();
+    const QString kind = thrown.property(u"name"_s).toString();
+    // The frame's errors are the script's errors, word for word; those of the language say their kind.
+    return kind == "Error"_L1 ? text : u"%1: %2"_s.arg(kind, text);
+}
+
+} // namespace
+
+QString ScriptError::text() const
+{
+    if (line <= 0)
+        return u"%1: %2"_s.arg(file, message);
+    return u"%1:%2: %3"_s.arg(file, QString::number(line), message);
+}
+
+ScriptEngine::ScriptEngine()
+    : m_bridge(std::make_unique<ScriptBridge>(&m_engine))
+{
+    m_engine.installExtensions(QJSEngine::ConsoleExtension);
+    const QString error = m_bridge->install();
+    if (!error.isEmpty())
+        qFatal("The script glue does not work: %s", qUtf8Printable(error));
+}
+
+ScriptEngine::~ScriptEngine() = default;
+
+ScriptOutcome ScriptEngine::runFile(const QString &fileName)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        return {true, {u"Cannot read the script: %1."_s.arg(file.errorString()), fileName, 0, {}}};
+    return run(QString::fromUtf8(file.readAll()), fileName);
+}
+
+ScriptOutcome ScriptEngine::run(const QString &source, const QString &fileName)
+{
+    // An error that nobody received belongs to nobody.
+    Inspector::self()->takeError();
+    m_engine.setInterrupted(false);
+
+    QStringList trace;
+    const QJSValue value = m_engine.evaluate(source, fileName, 1, &trace);
+    const bool interrupted = m_engine.isInterrupted();
+    // A value that merely is an error object has no trace: nothing was thrown.
+    if (trace.isEmpty() && !interrupted)
+        return {};
+
+    ScriptError error {interrupted ? u"The script was interrupted."_s : messageOf(value), fileName, 0, {}};
+    const QList<Frame> frames = scriptFrames(trace);
+    if (!frames.isEmpty()) {
+        error.file = frames.first().file.isEmpty() ? fileName : frames.first().file;
+        error.line = frames.first().line;
+        for (const Frame &frame : frames)
+            error.callers.append(u"%1 (%2:%3)"_s.arg(frame.function.isEmpty() ? u"script"_s : frame.function,
+                frame.file, QString::number(frame.line)));
+    }
+    return {true, error};
+}
+
+void ScriptEngine::interrupt()
+{
+    m_engine.setInterrupted(true);
+}
+
+} // namespace Ostrel::Host

@@ -1,0 +1,188 @@
+#include "host/script/testsession.h"
+
+#include "host/channel/fetchcarrier.h"
+#include "ostrelhook/globalfunction.h"
+#include "probelog/tracepoint.h"
+#include "wrappers/web/formelements.h"
+#include "wrappers/web/objectfactory.h"
+#include "wrappers/web/payload.h"
+#include "wrappers/web/reflection/webclasses.h"
+#include "wrappers/web/webobjectdelegate.h"
+#include "wrappers/web/webutilities.h"
+
+#include <QEventLoop>
+#include <QFileInfo>
+#include <QImage>
+#include <QImageWriter>
+#include <QTimer>
+
+namespace Ostrel::Host {
+
+using namespace Qt::StringLiterals;
+using namespace WebWrapper;
+
+namespace {
+
+/// The document of the window that lookups start in.
+const QString contextDocument
+    = u"(function() { if( !window.__ostrel__ctxwin ) { window.__ostrel__ctxwin = window } return "
+      "window.__ostrel__ctxwin.document; }());"_s;
+
+} // namespace
+
+void registerObjectModel()
+{
+    static const bool registered = [] {
+        createWebObjectClasses();
+        return true;
+    }();
+    Q_UNUSED(registered)
+}
+
+FunctionCallResult<std::unique_ptr<TestSession>> TestSession::start(
+    const SessionOptions &options, LogFunction log)
+{
+    registerObjectModel();
+    std::unique_ptr<TestSession> session(new TestSession(options, std::move(log)));
+    const FunctionCallResult<void> launched = session->launch(options);
+    if (launched.failed())
+        return Failure(launched.error);
+    return session;
+}
+
+TestSession::TestSession(const SessionOptions &options, LogFunction log)
+    : m_log(std::move(log))
+    , m_channelAddress(FetchCarrier::makeAddress())
+{
+    if (!options.servedDirectory.isEmpty())
+        m_server = std::make_unique<StaticServer>(options.servedDirectory);
+    connect(&m_channel, &PageChannel::debugLineLogged, this,
+        [](const QString &line) { PROBELOG_TRACE("WebWrapper", line); });
+    registerFunctions();
+}
+
+TestSession::~TestSession()
+{
+    for (const GlobalMethod *method : m_functions)
+        Inspector::self()->globalClass()->removeMethod(method);
+    invalidatePageReferences(nullptr);
+}
+
+FunctionCallResult<void> TestSession::launch(const SessionOptions &options)
+{
+    if (m_server && (!QFileInfo(options.servedDirectory).isDir() || !m_server->isListening()))
+        return Failure(u"Cannot serve the folder '%1'."_s.arg(options.servedDirectory));
+
+    FunctionCallResult<std::unique_ptr<Browser>> browser = Browser::start(options.browser);
+    if (browser.failed())
+        return Failure(browser.error);
+    m_browser = std::move(browser.value);
+    m_injection = {getOstrelJsNamespaceInitCode(),
+        pageVariables(m_config, {m_browser->majorVersion(), m_channelAddress.portText()}), getJSCode(m_config)};
+    connect(m_browser.get(), &Browser::pageOpened, this, &TestSession::preparePage, Qt::DirectConnection);
+
+    const FunctionCallResult<BrowserPage *> page = m_browser->openPage();
+    if (page.failed())
+        return Failure(page.error);
+    return {};
+}
+
+void TestSession::preparePage(BrowserPage *page)
+{
+    page->setConfig(&m_config);
+    auto *carrier = new FetchCarrier(page, &m_channel, m_channelAddress);
+    carrier->setParent(page);
+    connect(page, &BrowserPage::documentGone, this, [page] { invalidatePageReferences(page); });
+    connect(page, &BrowserPage::closed, this, [page] { invalidatePageReferences(page); });
+    const FunctionCallResult<void> injected = page->setInjection(m_injection, true);
+    if (injected.failed())
+        PROBELOG_TRACE("WebWrapper", u"Cannot inject into a page: %1"_s.arg(injected.error));
+}
+
+BrowserPage *TestSession::activePage() const
+{
+    const QList<BrowserPage *> pages = m_browser ? m_browser->pages() : QList<BrowserPage *>();
+    return pages.isEmpty() ? nullptr : pages.first();
+}
+
+void TestSession::stop()
+{
+    if (m_browser)
+        m_browser->stop();
+}
+
+void TestSession::registerFunctions()
+{
+    const auto add = [this](const char *name, std::initializer_list<const char *> parameters, auto function) {
+        m_functions.push_back(addGlobalFunction(name, parameters, function));
+    };
+    add("startBrowser", {"url"}, [this](const QString &url) { return open(url); });
+    add("loadUrl", {"url"}, [this](const QString &url) { return open(url); });
+    add("activeDocument", {}, [this] { return activeDocument(); });
+    add("serverAddress", {}, [this] { return serverAddress(); });
+    add("saveScreenshot", {"fileName"}, [this](const QString &name) { return saveScreenshot(name); });
+    add("snooze", {"seconds"}, [this](double seconds) { return snooze(seconds); });
+    add("log", {"text"}, [this](const QString &text) {
+        m_log(text);
+        return FunctionCallResult<void>();
+    });
+}
+
+FunctionCallResult<void> TestSession::open(const QString &address)
+{
+    BrowserPage *page = activePage();
+    if (!page)
+        return Failure(u"Cannot open '%1': there is no open page."_s.arg(address));
+    return page->navigate(addSchemeIfMissing(address));
+}
+
+FunctionCallResult<HTML_Document *> TestSession::activeDocument() const
+{
+    BrowserPage *page = activePage();
+    if (!page)
+        return Failure(u"There is no open page."_s);
+    FunctionCallResult<HTML_Object *> object = htmlObjectFromJavaScriptResult(page, contextDocument, {}, 0);
+    if (object.failed())
+        return Failure(object.error);
+    auto *document = dynamic_cast<HTML_Document *>(object.value);
+    if (!document) {
+        delete object.value;
+        return Failure(u"The page has no document."_s);
+    }
+    return document;
+}
+
+FunctionCallResult<QString> TestSession::serverAddress() const
+{
+    if (!m_server)
+        return Failure(u"No folder is served: start the script with --serve DIRECTORY."_s);
+    return m_server->url();
+}
+
+FunctionCallResult<void> TestSession::saveScreenshot(const QString &fileName) const
+{
+    const BrowserPage *page = activePage();
+    if (!page)
+        return Failure(u"There is no open page."_s);
+    const FunctionCallResult<QImage> picture = page->grabPageScreenshot();
+    if (picture.failed())
+        return Failure(picture.error);
+    QImageWriter writer(fileName);
+    if (!writer.write(picture.value))
+        return Failure(u"Cannot write the screenshot '%1': %2."_s.arg(fileName, writer.errorString()));
+    return {};
+}
+
+FunctionCallResult<void> TestSession::snooze(double seconds) const
+{
+    if (!(seconds >= 0))
+        return Failure(u"Cannot wait for %1 seconds."_s.arg(seconds));
+    // The page's events keep flowing meanwhile; a browser that ends cuts the wait short.
+    QEventLoop loop;
+    QTimer::singleShot(std::chrono::milliseconds(qint64(seconds * 1000)), &loop, &QEventLoop::quit);
+    connect(m_browser.get(), &Browser::lost, &loop, &QEventLoop::quit);
+    loop.exec();
+    return {};
+}
+
+} // namespace Ostrel::Host

@@ -1,0 +1,83 @@
+// TestSession: a browser with its channel and its pages, and the functions by which scripts reach them.
+#pragma once
+
+#include "host/browser/browser.h"
+#include "host/browser/injection.h"
+#include "host/channel/channeladdress.h"
+#include "host/channel/pagechannel.h"
+#include "host/staticserver.h"
+#include "ostrelhook/functioncallresult.h"
+#include "wrappers/web/wrapperconfig.h"
+
+#include <QObject>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace Ostrel {
+class GlobalMethod;
+}
+
+namespace Ostrel::WebWrapper {
+class HTML_Document;
+}
+
+namespace Ostrel::Host {
+
+struct SessionOptions
+{
+    BrowserOptions browser;
+    /// A folder that is served on the loopback address while the session lasts; empty for none.
+    QString servedDirectory;
+};
+
+/// Registers the classes and functions of the object model with the framework, once in a process.
+void registerObjectModel();
+
+/// One browser under test. Its script functions exist as long as it does; at most one session at a time.
+class TestSession : public QObject
+{
+    Q_OBJECT
+
+public:
+    using LogFunction = std::function<void(const QString &line)>;
+
+    /// Starts the browser and opens its first page. `log` gets what scripts log.
+    static FunctionCallResult<std::unique_ptr<TestSession>> start(
+        const SessionOptions &options, LogFunction log);
+    ~TestSession() override;
+
+    Browser *browser() const { return m_browser.get(); }
+
+    /// The page that scripts talk to: the first one that is still open; null when there is none.
+    BrowserPage *activePage() const;
+
+    /// Ends the browser; calls that wait for it end with an error. May be called at any time.
+    void stop();
+
+private:
+    TestSession(const SessionOptions &options, LogFunction log);
+
+    FunctionCallResult<void> launch(const SessionOptions &options);
+    void preparePage(BrowserPage *page);
+    void registerFunctions();
+
+    FunctionCallResult<void> open(const QString &address);
+    FunctionCallResult<WebWrapper::HTML_Document *> activeDocument() const;
+    FunctionCallResult<QString> serverAddress() const;
+    FunctionCallResult<void> saveScreenshot(const QString &fileName) const;
+    FunctionCallResult<void> snooze(double seconds) const;
+
+    LogFunction m_log;
+    WebWrapper::FileSystemBasedConfig m_config;
+    PageChannel m_channel;
+    ChannelAddress m_channelAddress;
+    std::unique_ptr<StaticServer> m_server;
+    std::unique_ptr<Browser> m_browser;
+    Injection m_injection;
+    std::vector<GlobalMethod *> m_functions;
+};
+
+} // namespace Ostrel::Host

@@ -1,0 +1,120 @@
+#include "ostrelhook/classtable.h"
+
+#include "ostrelhook/namespace.h"
+
+namespace Ostrel {
+
+using namespace Qt::StringLiterals;
+
+TableClass::TableClass(const ClassTable &table, const WrapperFamily &family, Namespace *home)
+    : Class(QString::fromLatin1(table.name), home)
+    , m_table(table)
+    , m_family(family)
+{
+    setOwnMembers(int(table.methods.size()), int(table.properties.size()));
+}
+
+void TableClass::initSuperClass() const
+{
+    if (m_table.base)
+        setSuperClass(Inspector::self()->findClass(QString::fromLatin1(m_table.base)));
+}
+
+Argument argumentOf(const TypeName &type, const char *name)
+{
+    return Argument(QString::fromLatin1(name), QString::fromLatin1(type.name),
+        type.isPointer ? ObjectAttribute::Pointer() : ObjectAttribute::Value(), nullptr);
+}
+
+std::unique_ptr<Method> TableClass::createMethod(int index) const
+{
+    const MethodRow &row = m_table.methods[std::size_t(index - superClassOffset(Methods))];
+    QList<Argument> parameters;
+    for (std::size_t i = 0; i < row.parameterCount; ++i)
+        parameters.append(argumentOf(row.parameters[i].type, row.parameters[i].name));
+    return std::make_unique<Method>(const_cast<TableClass *>(this), argumentOf(row.result),
+        QString::fromLatin1(row.name), Signature(parameters), 0, index);
+}
+
+std::unique_ptr<Property> TableClass::createProperty(int index) const
+{
+    const PropertyRow &row = m_table.properties[std::size_t(index - superClassOffset(Properties))];
+    return std::make_unique<Property>(const_cast<TableClass *>(this), argumentOf(row.type),
+        QString::fromLatin1(row.name), row.write ? Property::ReadWrite : Property::ReadOnly, index);
+}
+
+void *TableClass::liveWrapper(const SharedPtr<Object> &object, const QString &member) const
+{
+    if (!object || !object->data()) {
+        Inspector::self()->raiseError(u"Cannot access '%1' of a null object."_s.arg(member));
+        return nullptr;
+    }
+    if (!m_family.isAlive(object->data())) {
+        Inspector::self()->raiseError(QString::fromUtf16(m_family.deadMessage));
+        return nullptr;
+    }
+    return object->data();
+}
+
+SharedPtr<Object> TableClass::invoke(
+    int index, const SharedPtr<Object> &object, const ObjectList &arguments, const Method *method)
+{
+    if (!verifyMethodInvocation(object, method) || !verifyMethodArgumentCount(name(), method, arguments))
+        return {};
+    void *wrapper = liveWrapper(object, method->name());
+    if (!wrapper)
+        return {};
+    const auto local = std::size_t(index - superClassOffset(Methods));
+    if (local >= m_table.methods.size())
+        return {};
+    CallResult result = m_table.methods[local].call(wrapper, arguments);
+    if (result.failed()) {
+        Inspector::self()->raiseError(result.error);
+        return {};
+    }
+    return result.value;
+}
+
+SharedPtr<Object> TableClass::getProperty(const SharedPtr<Object> &object, const Property *property)
+{
+    void *wrapper = liveWrapper(object, property->name());
+    if (!wrapper)
+        return {};
+    const auto local = std::size_t(property->id() - superClassOffset(Properties));
+    if (local >= m_table.properties.size())
+        return {};
+    CallResult result = m_table.properties[local].read(wrapper);
+    if (result.failed()) {
+        Inspector::self()->raiseError(result.error);
+        return {};
+    }
+    return result.value;
+}
+
+bool TableClass::setProperty(
+    const SharedPtr<Object> &object, const Property *property, const SharedPtr<Object> &value)
+{
+    void *wrapper = liveWrapper(object, property->name());
+    if (!wrapper)
+        return false;
+    const auto local = std::size_t(property->id() - superClassOffset(Properties));
+    if (local >= m_table.properties.size())
+        return false;
+    const PropertyRow &row = m_table.properties[local];
+    if (!row.write) {
+        Inspector::self()->raiseError(u"Cannot set read-only property %1."_s.arg(property->name()));
+        return false;
+    }
+    const FunctionCallResult<void> result = row.write(wrapper, value);
+    if (result.failed())
+        Inspector::self()->raiseError(result.error);
+    return !result.failed();
+}
+
+void TableClass::deleteObjectData(Object *object)
+{
+    if (object->data())
+        m_family.destroy(object->data());
+}
+
+} // namespace Ostrel

@@ -1,0 +1,170 @@
+#include "wrappers/web/evaluateasjson.h"
+
+#include "wrappers/web/htmlcomponent.h"
+#include "wrappers/web/scripttext.h"
+
+#include <json/json.h>
+
+namespace Ostrel::WebWrapper {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto envelope
+    = u"(function() {\n  try {\n    return JSON.stringify({'result': %1});\n  } catch( e ) {\n"
+      "    return JSON.stringify({'error': {'name': e['name'], 'message': e['message'], 'file': e['fileName'], "
+      "'line': e['lineNumber'], 'stack': e['stack']}});\n  }\n}());";
+
+/// A long expression as it stands in messages: its beginning and its end.
+QString shortForm(const QString &expression)
+{
+    if (expression.size() < 100)
+        return expression;
+    return expression.left(50) + u"..."_s + expression.right(50);
+}
+
+QString detailText(const PageException &exception)
+{
+    QString text = message(u"%1: %2", exception.name, exception.message);
+    if (exception.file) {
+        text += message(u" at %1", *exception.file);
+        if (exception.line)
+            text += message(u": %1", *exception.line);
+    }
+    text += u'.';
+    if (exception.stack)
+        text += message(u" Stacktrace: %1", *exception.stack);
+    return text;
+}
+
+QString textOf(const Json::Value &value)
+{
+    return value.isConvertibleTo(Json::stringValue) ? QString::fromStdString(value.asString()) : QString();
+}
+
+std::optional<QString> memberText(const Json::Value &object, const char *name)
+{
+    return object.isMember(name) ? std::optional(textOf(object[name])) : std::nullopt;
+}
+
+Failure unexpectedType(const char *expected, const Json::Value &value)
+{
+    return Failure(message(u"Unexpected type of JSON value, expected %1 but got: %2",
+        QString::fromLatin1(expected), QString::fromStdString(value.toStyledString()).trimmed()));
+}
+
+/// The message is a fixed one: what a page has in place of a list may be of any length.
+template <typename Item>
+FunctionCallResult<std::vector<Item>> listFromJson(QStringView expected, const Json::Value &value)
+{
+    const Failure notSuchAList(message(u"Unexpected type of JSON value, expected a list of %1", expected));
+    if (!value.isArray())
+        return notSuchAList;
+    std::vector<Item> items;
+    for (const Json::Value &element : value) {
+        if constexpr (std::is_same_v<Item, int>) {
+            if (!element.isInt())
+                return notSuchAList;
+            items.push_back(element.asInt());
+        } else {
+            if (!element.isString())
+                return notSuchAList;
+            items.push_back(element.asString());
+        }
+    }
+    return items;
+}
+
+} // namespace
+
+ParsedJson parseJson(const QString &text)
+{
+    ParsedJson parsed;
+    const std::string bytes(text.toUtf8().constData());
+    // The reader that reports errors in the form that our messages show.
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    Json::Reader reader;
+    QT_WARNING_POP
+    try {
+        if (!reader.parse(bytes, parsed.root, true)) {
+            parsed.outcome = ParsedJson::Outcome::Malformed;
+            parsed.error = QString::fromStdString(reader.getFormattedErrorMessages());
+        }
+    } catch (const Json::RuntimeError &error) {
+        parsed.outcome = ParsedJson::Outcome::Threw;
+        parsed.error = QString::fromUtf8(error.what());
+    }
+    return parsed;
+}
+
+PageException PageException::fromJson(const Json::Value &error)
+{
+    if (!error.isObject())
+        return {{}, textOf(error), {}, {}, {}};
+    return {textOf(error["name"]), textOf(error["message"]), memberText(error, "file"), memberText(error, "line"),
+        memberText(error, "stack")};
+}
+
+FunctionCallResult<Json::Value> evaluateAsJson(
+    const HTMLComponent *component, const QString &expression, unsigned int timeoutMs)
+{
+    const HTMLComponent::EvalResult answer
+        = component->evaluateJavaScript(message(envelope, expression), timeoutMs);
+    if (answer.failed || answer.threw)
+        return Failure(answer.result);
+
+    const QString call = shortForm(expression);
+    const ParsedJson parsed = parseJson(answer.result);
+    if (parsed.outcome != ParsedJson::Outcome::Parsed) {
+        return Failure(message(
+            u"Calling %1 failed to parse JSON return value '%2': %3", call, answer.result, parsed.error));
+    }
+    if (!parsed.root.isObject())
+        return Failure(
+            message(u"Calling %1 JSON return value is not an object: %2", call, answer.result));
+    if (parsed.root.isMember("error")) {
+        return Failure(message(u"Calling %1: Error evaluating JavaScript: %3", call,
+            detailText(PageException::fromJson(parsed.root["error"]))));
+    }
+    return parsed.root.get("result", Json::Value());
+}
+
+template <>
+FunctionCallResult<QString> fromJson(const Json::Value &value)
+{
+    if (!value.isConvertibleTo(Json::stringValue))
+        return unexpectedType("a text", value);
+    return QString::fromStdString(value.asString());
+}
+
+template <>
+FunctionCallResult<int> fromJson(const Json::Value &value)
+{
+    if (!value.isConvertibleTo(Json::intValue))
+        return unexpectedType("a number", value);
+    return value.asInt();
+}
+
+template <>
+FunctionCallResult<bool> fromJson(const Json::Value &value)
+{
+    if (!value.isConvertibleTo(Json::booleanValue))
+        return unexpectedType("a boolean", value);
+    return value.asBool();
+}
+
+template <>
+FunctionCallResult<std::vector<int>> fromJson(const Json::Value &value)
+{
+    return listFromJson<int>(u"numbers", value);
+}
+
+template <>
+FunctionCallResult<std::vector<std::string>> fromJson(const Json::Value &value)
+{
+    return listFromJson<std::string>(u"texts", value);
+}
+
+} // namespace Ostrel::WebWrapper

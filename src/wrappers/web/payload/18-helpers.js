@@ -1,0 +1,30 @@
+// 18  Helpers: functions that each serve a single purpose.
+//
+// Defines  __ostrel__convertJSDateToDateTimeString, __ostrel__browserHookHandlesWindows
+// Calls    nothing
+// At load  nothing runs
+
+/**
+ * A date as the host reads it: year, month counted from 1, day, hours and minutes, with commas between them.
+ * @param {*} date
+ * @return {string|undefined} nothing for what is no date
+ */
+function __ostrel__convertJSDateToDateTimeString(date) {
+    // Asked by name: a frame's dates are not of our window's class.
+    if (Object.prototype.toString.call(date) !== "[object Date]") {
+        return undefined;
+    }
+    return [date.getFullYear(), date.getMonth() + 1, date.getDate(), date.getHours(), date.getMinutes()].join(",");
+}
+
+/**
+ * True when the host keeps track of new windows by itself, so that the page need not.
+ * @return {*} truthy or falsy
+ */
+function __ostrel__browserHookHandlesWindows() {
+    var host = window.top;
+
+    return host.__ostrel__improvedTabAndWindowSupport &&
+        (host.__ostrel__mozilla || host.__ostrel__safari || host.__ostrel__ie || host.__ostrel__edge ||
+         host.__ostrel__googlechrome || host.__ostrel__chromiumbased);
+}

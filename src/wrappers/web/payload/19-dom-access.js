@@ -1,0 +1,100 @@
+// 19  DOM access: walks the DOM with or without the nodes that are no elements, as the host has chosen.
+//
+// Defines  __ostrelDOMAPI
+// Calls    nothing
+// At load  creates the object
+
+/** The names with two underscores always leave out what is no element; the others ask the host's choice first. */
+var __ostrelDOMAPI = {
+    isElementNode: function (elem) {
+        return elem.nodeType === 1;
+    },
+
+    isNonElementNode: function (elem) {
+        return elem.nodeType !== 1;
+    },
+
+    /**
+     * The host's choice.
+     * @return {boolean} false where the host has made none
+     */
+    filterNonElementNodes: function () {
+        try {
+            return __ostrel__filter__non__element__nodes;
+        } catch (e) {
+            return false;
+        }
+    },
+
+    firstChild: function (parent) {
+        return __ostrelDOMAPI.filterNonElementNodes() ? __ostrelDOMAPI.__firstChild(parent) : parent.firstChild;
+    },
+
+    lastChild: function (parent) {
+        return __ostrelDOMAPI.filterNonElementNodes() ? __ostrelDOMAPI.__lastChild(parent) : parent.lastChild;
+    },
+
+    nextSibling: function (element) {
+        return __ostrelDOMAPI.filterNonElementNodes() ? __ostrelDOMAPI.__nextSibling(element) : element.nextSibling;
+    },
+
+    previousSibling: function (element) {
+        return __ostrelDOMAPI.filterNonElementNodes() ? __ostrelDOMAPI.__previousSibling(element)
+            : element.previousSibling;
+    },
+
+    numChildren: function (elem) {
+        return __ostrelDOMAPI.filterNonElementNodes() ? __ostrelDOMAPI.__numChildren(elem) : elem.childNodes.length;
+    },
+
+    __firstChild: function (parent) {
+        var child = parent ? parent.firstChild : undefined;
+
+        while (child && __ostrelDOMAPI.isNonElementNode(child)) {
+            child = child.nextSibling;
+        }
+        return child;
+    },
+
+    __lastChild: function (parent) {
+        var child = parent ? parent.lastChild : undefined;
+
+        while (child && __ostrelDOMAPI.isNonElementNode(child)) {
+            child = child.previousSibling;
+        }
+        return child;
+    },
+
+    __nextSibling: function (element) {
+        var sibling = element ? element.nextSibling : undefined;
+
+        while (sibling && __ostrelDOMAPI.isNonElementNode(sibling)) {
+            sibling = sibling.nextSibling;
+        }
+        return sibling;
+    },
+
+    __previousSibling: function (element) {
+        var sibling = element ? element.previousSibling : undefined;
+
+        while (sibling && __ostrelDOMAPI.isNonElementNode(sibling)) {
+            sibling = sibling.previousSibling;
+        }
+        return sibling;
+    },
+
+    __numChildren: function (elem) {
+        var count = 0,
+            child;
+
+        if (!elem) {
+            return undefined;
+        }
+        child = __ostrelDOMAPI.firstChild(elem);
+        while (child) {
+            count++;
+            child = __ostrelDOMAPI.nextSibling(child);
+        }
+        return count;
+    }
+};

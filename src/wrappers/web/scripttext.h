@@ -1,0 +1,94 @@
+// Composing page script: every value enters through a piece that says how it is written.
+//
+//     script(u"%1.checked=%2;", ref(), true)
+//     script(u"__ostrel__setTextFieldValue(%1, '%2');", ref(), Quoted {text})
+//
+// Unmarked text does not compile, so nothing reaches a page unescaped by oversight.
+#pragma once
+
+#include <QString>
+
+namespace Ostrel::WebWrapper {
+
+/// Text for a single-quoted script string: backslash, quote and line feed escaped, carriage returns removed.
+QString escapeForScriptString(const QString &text);
+
+/// The shorter form for text that holds no line break: backslash and single quote.
+QString escapeQuotes(const QString &text);
+
+/// Text for the double-quoted string of an XPath statement: backslash and double quote.
+QString escapeXPath(const QString &text);
+
+/// A reference or expression that is pasted as it stands, on purpose.
+struct Expr
+{
+    QString text;
+};
+
+/// Text that goes between single quotes of the shape.
+struct Quoted
+{
+    QString text;
+};
+
+/// Text without line breaks that goes between single quotes of the shape.
+struct QuotedLine
+{
+    QString text;
+};
+
+/// An XPath statement that goes between double quotes of the shape.
+struct QuotedXPath
+{
+    QString text;
+};
+
+namespace Detail {
+
+inline QString piece(const Expr &value)
+{
+    return value.text;
+}
+inline QString piece(const Quoted &value)
+{
+    return escapeForScriptString(value.text);
+}
+inline QString piece(const QuotedLine &value)
+{
+    return escapeQuotes(value.text);
+}
+inline QString piece(const QuotedXPath &value)
+{
+    return escapeXPath(value.text);
+}
+inline QString piece(int value)
+{
+    return QString::number(value);
+}
+inline QString piece(bool value)
+{
+    return value ? QStringLiteral("true") : QStringLiteral("false");
+}
+QString piece(const QString &) = delete;
+QString piece(const char *) = delete;
+
+} // namespace Detail
+
+/// The script text of a shape whose %1, %2, ... are filled in one go, so that a "%1" inside a value stays.
+template <typename... Pieces>
+QString script(QStringView shape, const Pieces &...pieces)
+{
+    return shape.toString().arg(Detail::piece(pieces)...);
+}
+
+/// A message shape filled in one go.
+template <typename... Texts>
+QString message(QStringView shape, const Texts &...texts)
+{
+    return shape.toString().arg(texts...);
+}
+
+/// Wraps an action so that the page runs it 100 ms later, outside the call stack of the evaluation.
+QString deferred(const QString &action);
+
+} // namespace Ostrel::WebWrapper
