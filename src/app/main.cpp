@@ -1,8 +1,9 @@
 // pageprobe: drives web pages in a real browser from the command line.
 #include "app/commands.h"
 #include "app/exitcodes.h"
+#include "app/installationprefix.h"
 
-#include <QGuiApplication>
+#include <QCoreApplication>
 
 #include <cstdio>
 #include <vector>
@@ -25,10 +26,9 @@ constexpr NamedCommand commands[] = {
 
 int main(int argc, char *argv[])
 {
-    // Pictures are read and written, but no window of ours is ever shown.
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QGuiApplication application(argc, argv);
+    QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("pageprobe"));
+    Ostrel::App::provideInstallationPrefix(QCoreApplication::applicationDirPath());
 
     CLI::App commandLine {"Drives web pages in a real browser: runs test scripts."};
     commandLine.set_version_flag("--version", "pageprobe " PAGEPROBE_VERSION);

@@ -70,7 +70,7 @@ void waitForEnd(TestSession &session)
 int run(const RunOptions &options)
 {
     const QString script = QString::fromStdString(options.script);
-    if (!QFileInfo(script).isFile()) {
+    if (const QFileInfo file(script); !file.exists() || file.isDir()) {
         say(stderr, u"pageprobe run: there is no script '%1'."_s.arg(script));
         return Unusable;
     }

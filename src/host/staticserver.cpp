@@ -18,24 +18,24 @@ struct TypeRow
     const char *contentType;
 };
 
-constexpr std::array contentTypes {
-    TypeRow { "html"_L1, "text/html; charset=utf-8" },
-    TypeRow { "htm"_L1, "text/html; charset=utf-8" },
-    TypeRow { "xhtml"_L1, "application/xhtml+xml; charset=utf-8" },
-    TypeRow { "css"_L1, "text/css; charset=utf-8" },
-    TypeRow { "js"_L1, "text/javascript; charset=utf-8" },
-    TypeRow { "mjs"_L1, "text/javascript; charset=utf-8" },
-    TypeRow { "json"_L1, "application/json; charset=utf-8" },
-    TypeRow { "txt"_L1, "text/plain; charset=utf-8" },
-    TypeRow { "xml"_L1, "text/xml; charset=utf-8" },
-    TypeRow { "svg"_L1, "image/svg+xml" },
-    TypeRow { "png"_L1, "image/png" },
-    TypeRow { "jpg"_L1, "image/jpeg" },
-    TypeRow { "jpeg"_L1, "image/jpeg" },
-    TypeRow { "gif"_L1, "image/gif" },
-    TypeRow { "ico"_L1, "image/x-icon" },
-    TypeRow { "woff2"_L1, "font/woff2" },
-    TypeRow { "wasm"_L1, "application/wasm" },
+constexpr std::array contentTypes{
+    TypeRow{"html"_L1, "text/html; charset=utf-8"},
+    TypeRow{"htm"_L1, "text/html; charset=utf-8"},
+    TypeRow{"xhtml"_L1, "application/xhtml+xml; charset=utf-8"},
+    TypeRow{"css"_L1, "text/css; charset=utf-8"},
+    TypeRow{"js"_L1, "text/javascript; charset=utf-8"},
+    TypeRow{"mjs"_L1, "text/javascript; charset=utf-8"},
+    TypeRow{"json"_L1, "application/json; charset=utf-8"},
+    TypeRow{"txt"_L1, "text/plain; charset=utf-8"},
+    TypeRow{"xml"_L1, "text/xml; charset=utf-8"},
+    TypeRow{"svg"_L1, "image/svg+xml"},
+    TypeRow{"png"_L1, "image/png"},
+    TypeRow{"jpg"_L1, "image/jpeg"},
+    TypeRow{"jpeg"_L1, "image/jpeg"},
+    TypeRow{"gif"_L1, "image/gif"},
+    TypeRow{"ico"_L1, "image/x-icon"},
+    TypeRow{"woff2"_L1, "font/woff2"},
+    TypeRow{"wasm"_L1, "application/wasm"},
 };
 
 QByteArray contentTypeOf(const QString &file)
@@ -70,8 +70,6 @@ bool isDirectory(const QString &root, const QByteArray &requestPath)
 QString fileFor(const QString &root, const QByteArray &requestPath)
 {
     QString path = localPath(root, requestPath);
-    if (path.contains(QChar::Null))
-        return {};
     if (isDirectory(root, requestPath))
         path += u"index.html"_s;
     const QString canonical = QFileInfo(path).canonicalFilePath();
@@ -81,10 +79,9 @@ QString fileFor(const QString &root, const QByteArray &requestPath)
 } // namespace
 
 StaticServer::StaticServer(const QString &rootDirectory, quint16 port, QObject *parent)
-    : QObject(parent)
-    , m_root(QDir(rootDirectory).canonicalPath())
-    , m_server([this](const HttpRequest &request) { return respond(request); })
-    , m_listening(m_server.listen(port))
+    : QObject(parent), m_root(QDir(rootDirectory).canonicalPath()),
+      m_server([this](const HttpRequest &request) { return respond(request); }),
+      m_listening(m_server.listen(port))
 {
 }
 
@@ -97,6 +94,8 @@ HttpResponse StaticServer::respond(const HttpRequest &request) const
 {
     if (request.method != "GET" && request.method != "HEAD")
         return refusal("405 Method Not Allowed");
+    if (localPath(m_root, request.path()).contains(QChar::Null))
+        return refusal("404 Not Found");
     // Without its last "/" a directory's relative links would go astray.
     if (isDirectory(m_root, request.path()) && !request.path().endsWith('/')) {
         HttpResponse redirect = refusal("301 Moved Permanently");

@@ -8,8 +8,8 @@
 
 namespace Ostrel::Host {
 
-/// Serves until it is destroyed. Queries are ignored, a directory gives its index.html, and nothing outside the
-/// root directory is ever read, be it named by "..", by encoded characters or through a symbolic link.
+/// Serves until it is destroyed. Queries are ignored, a directory gives its index.html, and nothing outside
+/// the root directory is ever read, be it named by "..", by encoded characters or through a symbolic link.
 class StaticServer : public QObject
 {
     Q_OBJECT

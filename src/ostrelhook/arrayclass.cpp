@@ -6,7 +6,6 @@ namespace Ostrel {
 
 using namespace Qt::StringLiterals;
 
-
 ArrayClass::ArrayClass(Namespace *home)
     : Class(u"Array"_s, home, false)
 {

@@ -49,6 +49,12 @@ void *TableClass::liveWrapper(const SharedPtr<Object> &object, const QString &me
         Inspector::self()->raiseError(u"Cannot access '%1' of a null object."_s.arg(member));
         return nullptr;
     }
+    // What lies behind the pointer of another class is unknown.
+    if (!object->objectClass()->inherits(this)) {
+        Inspector::self()->raiseError(u"Cannot access '%1.%2' of an object of class '%3'."_s.arg(
+            name(), member, object->objectClass()->name()));
+        return nullptr;
+    }
     if (!m_family.isAlive(object->data())) {
         Inspector::self()->raiseError(QString::fromUtf16(m_family.deadMessage));
         return nullptr;

@@ -7,9 +7,7 @@ namespace Ostrel {
 
 using namespace Qt::StringLiterals;
 
-Delegate::Delegate(Kind kind, const QString &className)
-    : m_kind(kind)
-    , m_className(className)
+Delegate::Delegate(Kind kind, const QString &className) : m_kind(kind), m_className(className)
 {
     DelegateFactory::self()->add(this);
 }
@@ -23,8 +21,7 @@ Delegate::~Delegate()
 
 // --- hierarchy
 
-ObjectHierarchyDelegate::ObjectHierarchyDelegate(const QString &className)
-    : Delegate(DelegateKind, className)
+ObjectHierarchyDelegate::ObjectHierarchyDelegate(const QString &className) : Delegate(DelegateKind, className)
 {
 }
 
@@ -80,10 +77,7 @@ ObjectHierarchyDelegate::WrapperType ObjectHierarchyDelegate::wrapperType() cons
 
 // --- geometry
 
-GeometryDelegate::GeometryDelegate(const QString &className)
-    : Delegate(DelegateKind, className)
-{
-}
+GeometryDelegate::GeometryDelegate(const QString &className) : Delegate(DelegateKind, className) { }
 
 GeometryDelegate::~GeometryDelegate() = default;
 
@@ -125,10 +119,7 @@ SharedPtr<Object> GeometryDelegate::focusProxy(SharedPtr<Object> object) const
 
 // --- comparison
 
-ComparisonDelegate::ComparisonDelegate(const QString &className)
-    : Delegate(DelegateKind, className)
-{
-}
+ComparisonDelegate::ComparisonDelegate(const QString &className) : Delegate(DelegateKind, className) { }
 
 ComparisonDelegate::~ComparisonDelegate() = default;
 
@@ -139,10 +130,7 @@ bool ComparisonDelegate::sameObjects(SharedPtr<Object> a, SharedPtr<Object> b) c
 
 // --- cast
 
-CastDelegate::CastDelegate(const QString &className)
-    : Delegate(DelegateKind, className)
-{
-}
+CastDelegate::CastDelegate(const QString &className) : Delegate(DelegateKind, className) { }
 
 CastDelegate::~CastDelegate() = default;
 
@@ -158,8 +146,7 @@ SharedPtr<Object> CastDelegate::castFrom(SharedPtr<Object>) const
 
 // --- dump
 
-DumpObjectTreeDelegate::DumpObjectTreeDelegate(const QString &className)
-    : Delegate(DelegateKind, className)
+DumpObjectTreeDelegate::DumpObjectTreeDelegate(const QString &className) : Delegate(DelegateKind, className)
 {
 }
 
@@ -172,15 +159,17 @@ bool DumpObjectTreeDelegate::isTransparent(SharedPtr<Object>) const
 
 QString DumpObjectTreeDelegate::simplifiedType(SharedPtr<Object> object) const
 {
-    return object ? object->objectClass()->name().section(u'_', -1) : QString();
+    return object ? simplifiedTypeName(*object->objectClass()) : QString();
+}
+
+QString simplifiedTypeName(const Class &type)
+{
+    return type.name().section(u'_', -1);
 }
 
 // --- events
 
-SendEventDelegate::SendEventDelegate(const QString &className)
-    : Delegate(DelegateKind, className)
-{
-}
+SendEventDelegate::SendEventDelegate(const QString &className) : Delegate(DelegateKind, className) { }
 
 SendEventDelegate::~SendEventDelegate() = default;
 

@@ -1,5 +1,5 @@
-// Delegates: what the framework asks about objects beyond their own members, such as their children, their bounds
-// or their text. A delegate serves a class and all classes below it that have none of their own.
+// Delegates: what the framework asks about objects beyond their own members, such as their children, their
+// bounds or their text. A delegate serves a class and all classes below it that have none of their own.
 #pragma once
 
 #include "ostrelhook/export.h"
@@ -8,8 +8,8 @@
 #include "ostrelhook/objectname.h"
 
 #include <QHash>
-#include <QImage>
 #include <QString>
+#include <QStringList>
 
 #include <map>
 #include <string>
@@ -25,9 +25,9 @@ namespace UIAbstraction {
 class UIElement;
 }
 
-/// Base of all delegates. Making one registers it with the DelegateFactory, and destroying it takes it out; a copy is
-/// not registered. Delegates are used on one thread. Objects are passed by value, since an operation may run an event
-/// loop in which the caller's own pointer goes.
+/// Base of all delegates. Making one registers it with the DelegateFactory, and destroying it takes it out; a
+/// copy is not registered. Delegates are used on one thread. Objects are passed by value, since an operation
+/// may run an event loop in which the caller's own pointer goes.
 class OSTRELHOOK_EXPORT Delegate
 {
 public:
@@ -69,8 +69,8 @@ public:
     virtual SharedPtr<Object> child(SharedPtr<Object> object, int index) const;
     /// The first child of exactly this name, or null.
     virtual SharedPtr<Object> childByName(SharedPtr<Object> object, const QString &name) const;
-    /// The object below `object` of this name, or null. By default follows the child names of a plain name, which
-    /// dots separate; a name with properties finds nothing then.
+    /// The object below `object` of this name, or null. By default follows the child names of a plain name,
+    /// which dots separate; a name with properties finds nothing then.
     virtual SharedPtr<Object> objectByQualifiedName(SharedPtr<Object> object, const ObjectName &name) const;
     /// The name among the children of the parent; empty when it is not known.
     virtual QString name(SharedPtr<Object> object) const = 0;
@@ -138,8 +138,8 @@ public:
     virtual SharedPtr<Object> castFrom(SharedPtr<Object> value) const;
 };
 
-/// Serves a dump of an object tree faster than one question at a time could. A result of false means that the delegate
-/// does not handle the item; the dump then takes its general way.
+/// Serves a dump of an object tree faster than one question at a time could. A result of false means that the
+/// delegate does not handle the item; the dump then takes its general way.
 class OSTRELHOOK_EXPORT DumpObjectTreeDelegate : public Delegate
 {
 public:
@@ -152,8 +152,8 @@ public:
     /// Prepares for a dump below `root`. Dumps nest; each successful call is followed by one of leaveDump().
     virtual bool enterDump(SharedPtr<Object> root, const Filters &filters, QString *error) const = 0;
     virtual bool leaveDump(QString *error) const = 0;
-    /// Makes the element of an object, with those below it if `recursive`; the caller owns it. `*element` may stay
-    /// null, which leaves the object out.
+    /// Makes the element of an object, with those below it if `recursive`; the caller owns it. `*element` may
+    /// stay null, which leaves the object out.
     virtual bool dumpObject(SharedPtr<Object> object, bool recursive, UIAbstraction::UIElement **element,
         const Filters &filters, QString *error) const = 0;
     virtual bool takeScreenshot(SharedPtr<Object> object, UIAbstraction::UIElement *element) const = 0;
@@ -164,9 +164,13 @@ public:
     virtual bool visibleGlobalBounds(SharedPtr<Object> object, Rect<2> *bounds) const = 0;
     /// Whether the dump shows the children of the object in its place; by default it does not.
     virtual bool isTransparent(SharedPtr<Object> object) const;
-    /// What kind of control the object is, for readers of the dump; by default the class name behind its last "_".
+    /// What kind of control the object is, for readers of the dump; by default
+    /// simplifiedTypeName().
     virtual QString simplifiedType(SharedPtr<Object> object) const;
 };
+
+/// The kind of control that a class name tells of: "Button" for "HTML_Button".
+OSTRELHOOK_EXPORT QString simplifiedTypeName(const Class &type);
 
 /// Replays events on objects.
 class OSTRELHOOK_EXPORT SendEventDelegate : public Delegate
@@ -188,8 +192,8 @@ class OSTRELHOOK_EXPORT DelegateFactory
 public:
     static DelegateFactory *self();
 
-    /// The delegate of a kind for a class or its nearest base class that has one; null when there is none. Of several
-    /// for the same class the one that was made last.
+    /// The delegate of a kind for a class or its nearest base class that has one; null when there is none. Of
+    /// several for the same class the one that was made last.
     Delegate *delegate(const Class *type, int kind) const;
 
     /// The same by the type of the delegate: delegate<CastDelegate>(type).
@@ -215,12 +219,12 @@ private:
     QHash<QString, QList<Delegate *>> m_byClassName;
 };
 
-/// A value as text: primitives as they are written, objects as the cast delegate of their class says. An object without
-/// one gives its class name in brackets, a null object "null".
+/// A value as text: primitives as they are written, objects as the cast delegate of their class says. An
+/// object without one gives its class name in brackets, a null object "null".
 OSTRELHOOK_EXPORT QString objectAsText(const SharedPtr<Object> &object);
 
-/// Whether two script values are equal: null objects are, primitives are by value, objects as the comparison delegate
-/// of their class says, and without one when they wrap the same thing.
+/// Whether two script values are equal: null objects are, primitives are by value, objects as the comparison
+/// delegate of their class says, and without one when they wrap the same thing.
 OSTRELHOOK_EXPORT bool objectsAreEqual(const SharedPtr<Object> &a, const SharedPtr<Object> &b);
 
 /// The name of an object in its parent; empty when no delegate knows it.

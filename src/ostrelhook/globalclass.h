@@ -37,7 +37,12 @@ public:
     GlobalMethod(QString name, Signature signature, Argument result, Function function);
 
     /// Runs the function; a failure is the text of the script error.
-    FunctionCallResult<SharedPtr<Object>> call(const ObjectList &arguments) const { return m_function(arguments); }
+    FunctionCallResult<SharedPtr<Object>> call(const ObjectList &arguments) const
+    {
+        // a copy, since the function may run an event loop in which its owner takes it away
+        const Function function = m_function;
+        return function(arguments);
+    }
 
 private:
     Function m_function;

@@ -26,15 +26,13 @@ NoDevices noDevices;
 
 NativeInterface::~NativeInterface() = default;
 
-Hook::Hook()
-    : m_nativeInterface(&noDevices)
-{
-}
+Hook::Hook() : m_nativeInterface(&noDevices) { }
 
 Hook *Hook::instance()
 {
-    static Hook instance;
-    return &instance;
+    // Never destroyed: what is told at the end of the process may still want to send.
+    static Hook *const instance = new Hook;
+    return instance;
 }
 
 Hook *const Hook::hook = Hook::instance();

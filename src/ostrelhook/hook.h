@@ -1,5 +1,5 @@
-// Hook: the way out of the framework, to the other processes of the tool and to the devices of the desktop. Whoever
-// hosts the framework says where messages go and how devices are driven.
+// Hook: the way out of the framework, to the other processes of the tool and to the devices of the desktop.
+// Whoever hosts the framework says where messages go and how devices are driven.
 #pragma once
 
 #include "ostrelhook/export.h"
@@ -36,8 +36,8 @@ public:
     virtual FunctionCallResult<void> movePointer(const Point<1> &position) = 0;
     /// Moves the pointer there, presses the button and lets it go.
     virtual FunctionCallResult<void> pointerClick(MouseButton::Value button, const Point<1> &position) = 0;
-    /// Types text into whatever has the focus. Keys without a character are named in angle brackets, with modifiers
-    /// in front: "<Home>", "<Shift+End>".
+    /// Types text into whatever has the focus. Keys without a character are named in angle brackets, with
+    /// modifiers in front: "<Home>", "<Shift+End>".
     virtual FunctionCallResult<void> typeKeys(const QString &keys) = 0;
 };
 
@@ -46,8 +46,7 @@ class OSTRELHOOK_EXPORT Hook
 {
 public:
     /// Takes a message; false when it could not be delivered.
-    using Receiver
-        = std::function<bool(int target, const QString &message, const ArgumentList &arguments)>;
+    using Receiver = std::function<bool(int target, const QString &message, const ArgumentList &arguments)>;
 
     static Hook *instance();
     /// The same as instance().

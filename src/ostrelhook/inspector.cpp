@@ -1,8 +1,10 @@
 #include "ostrelhook/inspector.h"
 
 #include "ostrelhook/arrayclass.h"
+#include "ostrelhook/delegates.h"
 #include "ostrelhook/globalclass.h"
 #include "ostrelhook/namespace.h"
+#include "ostrelhook/tableinterface.h"
 #include "ostrelhook/valueclasses.h"
 
 namespace Ostrel {
@@ -41,6 +43,7 @@ struct Inspector::Registry
     ArrayClass arrayClass { &names };
     DateTimeClass dateTimeClass { &names };
     ScreenRectangleClass screenRectangleClass { &names };
+    TableRangeClass tableRangeClass { &names };
     GlobalClass globalClass { &names };
 };
 
@@ -160,6 +163,45 @@ void Inspector::addToplevel(const SharedPtr<Object> &toplevel)
 void Inspector::removeToplevel(const SharedPtr<Object> &toplevel)
 {
     m_toplevels.removeAll(toplevel);
+}
+
+namespace {
+
+SharedPtr<Object> findBelow(const SharedPtr<Object> &toplevel, const ObjectName &name)
+{
+    const auto *delegate = DelegateFactory::self()->delegate(toplevel);
+    if (!delegate)
+        return {};
+    if (const SharedPtr<Object> found = delegate->objectByQualifiedName(toplevel, name))
+        return found;
+    const QStringList path = name.qualifiedName().split(u'.');
+    return name.isMultiProperty() || path.size() < 2 ? nullptr : objectByPath(toplevel, path);
+}
+
+} // namespace
+
+SharedPtr<Object> Inspector::findObject(const ObjectName &name)
+{
+    const ObjectName realName(ObjectMap::self()->realName(name.qualifiedName()));
+    const bool hadError = m_hasError;
+    // a copy, since a lookup may run an event loop in which a toplevel object goes
+    const ObjectList toplevels = m_toplevels;
+    for (const SharedPtr<Object> &toplevel : toplevels) {
+        if (const SharedPtr<Object> found = findBelow(toplevel, realName)) {
+            if (!hadError)
+                takeError();
+            return found;
+        }
+    }
+    return {};
+}
+
+FunctionCallResult<SharedPtr<Object>> Inspector::findObject(const QString &name)
+{
+    const FunctionCallResult<ObjectName> parsed = ObjectName::parse(ObjectMap::self()->realName(name));
+    if (parsed.failed())
+        return Failure(parsed.error);
+    return findObject(parsed.value);
 }
 
 } // namespace Ostrel

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ostrelhook/export.h"
+#include "ostrelhook/functioncallresult.h"
 #include "ostrelhook/object.h"
 
 #include <QMap>
@@ -15,6 +16,7 @@ namespace Ostrel {
 class Class;
 class GlobalClass;
 class Namespace;
+class ObjectName;
 
 /// Numbers of the primitive types.
 enum class PrimitiveType { Int = 1, Bool = 3, String = 4, Double = 5, Void = 7 };
@@ -69,6 +71,12 @@ public:
     void removeToplevel(const SharedPtr<Object> &toplevel);
     const ObjectList &toplevels() const { return m_toplevels; }
 
+    /// The object of that name, or null. Toplevel objects are asked one after the other; a symbolic name stands for its
+    /// real name. A plain name that is nobody's own is followed as a path of child names, which dots separate. What
+    /// fails on the way is raised as a script error, unless the object is found all the same.
+    SharedPtr<Object> findObject(const ObjectName &name);
+    /// The same by the text of a name; a text that is no proper name is an error that tells why.
+    FunctionCallResult<SharedPtr<Object>> findObject(const QString &name);
 
 private:
     Inspector();

@@ -5,7 +5,7 @@
 #include <QLocale>
 
 #include <cmath>
-#include <optional>
+#include <limits>
 
 namespace Ostrel {
 
@@ -39,14 +39,16 @@ std::optional<double> numberOf(const QString &text)
     return ok ? std::optional(number) : std::nullopt;
 }
 
-std::optional<int> intOf(double value)
-{
-    if (std::trunc(value) != value || std::abs(value) > 2147483647.0)
-        return std::nullopt;
-    return int(value);
-}
-
 } // namespace
+
+std::optional<int> integralValue(double number)
+{
+    constexpr double smallest = std::numeric_limits<int>::min();
+    constexpr double largest = std::numeric_limits<int>::max();
+    if (std::trunc(number) != number || number < smallest || number > largest)
+        return std::nullopt;
+    return int(number);
+}
 
 Object::Object(Class *type, void *data, ObjectAttribute attribute)
     : m_class(type)
@@ -95,10 +97,10 @@ int Object::toInt(bool *ok) const
                                     [](std::monostate) { return Result(); },
                                     [](int value) { return Result(value); },
                                     [](bool value) { return Result(value ? 1 : 0); },
-                                    [](double value) { return intOf(value); },
+                                    [](double value) { return integralValue(value); },
                                     [](const QString &value) {
                                         const std::optional<double> number = numberOf(value);
-                                        return number ? intOf(*number) : Result();
+                                        return number ? integralValue(*number) : Result();
                                     },
                                 },
                          m_primitive),

@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 #include <variant>
 
 namespace Ostrel {
@@ -17,6 +18,9 @@ class Object;
 
 template <typename T>
 using SharedPtr = std::shared_ptr<T>;
+
+/// The int that a number is; nothing when it has a fraction or is out of range.
+OSTRELHOOK_EXPORT std::optional<int> integralValue(double number);
 
 /// The arguments of a call, or any list of script values.
 using ObjectList = QList<SharedPtr<Object>>;

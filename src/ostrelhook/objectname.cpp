@@ -30,10 +30,7 @@ QString shortened(const QString &name)
 class Parser
 {
 public:
-    explicit Parser(const QString &text)
-        : m_text(text)
-    {
-    }
+    explicit Parser(const QString &text) : m_text(text) { }
 
     bool run()
     {
@@ -173,9 +170,7 @@ private:
 } // namespace
 
 PropertyValue::PropertyValue(QString text, MatchKind kind, Form form)
-    : m_text(std::move(text))
-    , m_kind(kind)
-    , m_form(form)
+    : m_text(std::move(text)), m_kind(kind), m_form(form)
 {
 }
 
@@ -194,8 +189,7 @@ QString PropertyValue::toString() const
     return {};
 }
 
-ObjectName::ObjectName(const QString &text)
-    : m_text(text)
+ObjectName::ObjectName(const QString &text) : m_text(text)
 {
     Parser parser(text);
     m_isMultiProperty = parser.run();

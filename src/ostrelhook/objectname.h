@@ -2,8 +2,9 @@
 //
 // A name with properties lists what an object must be like:
 //     {tagName='BUTTON' innerText~='^Save' visible='true' container={tagName='X-PANEL' id='p1'}}
-// "=" asks for equal text, "?=" for a wildcard match, "~=" for a regular expression. In quotes a backslash takes
-// the next character as it stands. Any other text is a plain name; what it means is up to the application.
+// "=" asks for equal text, "?=" for a wildcard match, "~=" for a regular expression. In quotes a backslash
+// takes the next character as it stands. Any other text is a plain name; what it means is up to the
+// application.
 #pragma once
 
 #include "ostrelhook/export.h"
@@ -62,8 +63,8 @@ public:
     };
 
     ObjectName() = default;
-    /// Reads any text; one with braces that is no proper list of properties counts as a plain name. Use parse()
-    /// where the user is to hear what is wrong with it.
+    /// Reads any text; one with braces that is no proper list of properties counts as a plain name. Use
+    /// parse() where the user is to hear what is wrong with it.
     explicit ObjectName(const QString &text);
 
     /// Reads a name; an error tells what is wrong and at which character, counted from 1.
@@ -78,8 +79,8 @@ public:
     bool hasProperty(const QString &name) const;
     /// The demand on a property; an empty text when the name says nothing of it.
     PropertyValue property(const QString &name) const;
-    /// Changes a property where it stands or appends it. Does nothing to a plain name, except that an empty one
-    /// becomes a list of properties.
+    /// Changes a property where it stands or appends it. Does nothing to a plain name, except that an empty
+    /// one becomes a list of properties.
     void setProperty(const QString &name, const PropertyValue &value);
     void removeProperty(const QString &name);
 
@@ -98,8 +99,8 @@ private:
 
 /// Symbolic names: short names that stand for names with properties. Used from one thread.
 ///
-/// A names file is UTF-8 text with a line for each, the symbolic name and the real name separated by a tab. Blank
-/// lines and lines that begin with "#" are left out.
+/// A names file is UTF-8 text with a line for each, the symbolic name and the real name separated by a tab.
+/// Blank lines and lines that begin with "#" are left out.
 class OSTRELHOOK_EXPORT ObjectMap
 {
 public:
@@ -112,8 +113,8 @@ public:
     /// All symbolic names, in the order in which they were added.
     const QStringList &names() const { return m_order; }
 
-    /// Adds a name. Fails, and changes nothing, when it is known already, when a names file could not hold it,
-    /// when the real name is no list of properties, or when the name would become its own container.
+    /// Adds a name. Fails, and changes nothing, when it is known already, when a names file could not hold
+    /// it, when the real name is no list of properties, or when the name would become its own container.
     FunctionCallResult<void> insert(const QString &symbolicName, const QString &realName);
     void clear();
 

@@ -4,8 +4,6 @@
 
 #include <QStringList>
 
-#include <cmath>
-
 namespace Ostrel {
 
 using namespace Qt::StringLiterals;
@@ -14,11 +12,6 @@ namespace {
 
 /// Numbers and booleans may stand for text, as in most script languages; nothing else is converted silently.
 constexpr int distanceToText = 20;
-
-bool isIntegral(double value)
-{
-    return std::trunc(value) == value && std::abs(value) <= 2147483647.0;
-}
 
 std::optional<int> primitiveDistance(const QString &wanted, const Object::Primitive &given)
 {
@@ -35,7 +28,7 @@ std::optional<int> primitiveDistance(const QString &wanted, const Object::Primit
     }
     if (wanted == "double"_L1)
         return 0;
-    if (wanted == "int"_L1 && isIntegral(std::get<double>(given)))
+    if (wanted == "int"_L1 && integralValue(std::get<double>(given)))
         return 1;
     return std::nullopt;
 }

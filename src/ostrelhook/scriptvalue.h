@@ -188,21 +188,31 @@ struct ScriptValue<C *>
     using Holder = C *;
     static Holder hold(const SharedPtr<Object> &object)
     {
-        return object ? wrapperFrom<C>(object->data()) : nullptr;
+        // The items of an array may be of any class.
+        const Class *expected = Inspector::self()->findClass(QString::fromLatin1(C::ScriptName));
+        const bool fits = object && object->objectClass()->inherits(expected);
+        return fits ? wrapperFrom<C>(object->data()) : nullptr;
     }
     static C *take(Holder held) { return held; }
     static SharedPtr<Object> toObject(C *wrapper)
     {
         using Root = typename WrapperRoot<C>::Type;
-        QString className = QString::fromLatin1(C::ScriptName);
-        if constexpr (requires(const C &polymorphic) { polymorphic.className(); }) {
-            if (wrapper)
-                className = QString::fromLatin1(wrapper->className());
-        }
-        SharedPtr<Object> object = Inspector::self()->findClass(className)->wrap(
-            static_cast<Root *>(wrapper), ObjectAttribute::Pointer());
+        SharedPtr<Object> object = classOf(wrapper)->wrap(static_cast<Root *>(wrapper), ObjectAttribute::Pointer());
         object->setOwning(wrapper != nullptr);
         return object;
+    }
+
+private:
+    /// The class that a wrapper says it is of; the declared one for null and for classes that are not registered.
+    static const Class *classOf(const C *wrapper)
+    {
+        if constexpr (requires { wrapper->className(); }) {
+            if (wrapper) {
+                if (const Class *type = Inspector::self()->findClass(QString::fromLatin1(wrapper->className())))
+                    return type;
+            }
+        }
+        return Inspector::self()->findClass(QString::fromLatin1(C::ScriptName));
     }
 };
 

@@ -32,7 +32,7 @@ void appendCell(TiXmlElement *parent, const TableRange &range, int row, int colu
         appendText(cell, "text", range.cellText(row, column));
     if (flags & TableRange::CellBackgroundColors) {
         const CellColor color = range.cellBackgroundColor(row, column);
-        if (color != CellColor {})
+        if (color != CellColor{})
             appendText(cell, "backgroundColor", colorText(color));
     }
 }
@@ -45,10 +45,7 @@ int lengthOf(int first, int last, int whole)
 } // namespace
 
 TableRange::TableRange(int topRow, int leftColumn, int bottomRow, int rightColumn)
-    : firstRow(topRow)
-    , lastRow(bottomRow)
-    , firstColumn(leftColumn)
-    , lastColumn(rightColumn)
+    : firstRow(topRow), lastRow(bottomRow), firstColumn(leftColumn), lastColumn(rightColumn)
 {
 }
 
@@ -86,8 +83,7 @@ QString TableRange::contentAsXml(int flags) const
 
 // --- TableRange as scripts see it
 
-TableRangeClass::TableRangeClass(Namespace *home)
-    : Class(QString::fromLatin1(TableRange::ScriptName), home)
+TableRangeClass::TableRangeClass(Namespace *home) : Class(QString::fromLatin1(TableRange::ScriptName), home)
 {
     setOwnMembers(2, 0);
 }
@@ -99,7 +95,8 @@ std::unique_ptr<Method> TableRangeClass::createMethod(int index) const
     if (index - superClassOffset(Methods) == 1)
         parameters.append(Argument(u"flags"_s, u"int"_s, ObjectAttribute::Value(), nullptr));
     return std::make_unique<Method>(const_cast<TableRangeClass *>(this),
-        Argument(u"String"_s, ObjectAttribute::Pointer()), u"contentAsXml"_s, Signature(parameters), 0, index);
+        Argument(u"String"_s, ObjectAttribute::Pointer()), u"contentAsXml"_s, Signature(parameters), 0,
+        index);
 }
 
 SharedPtr<Object> TableRangeClass::invoke(
@@ -137,8 +134,7 @@ constexpr const char *counts[] = {"rowCount", "columnCount"};
 } // namespace
 
 TableInterfaceClass::TableInterfaceClass(const QString &tableClassName, Namespace *home)
-    : Class(nameFor(tableClassName), home, false)
-    , m_tableClassName(tableClassName)
+    : Class(nameFor(tableClassName), home, false), m_tableClassName(tableClassName)
 {
     setOwnMembers(int(std::size(bounds)) + 1, int(std::size(counts)));
 }
@@ -182,7 +178,8 @@ bool TableInterfaceClass::isTable(const SharedPtr<Object> &object, const QString
     const Class *tableClass = Inspector::self()->findClass(m_tableClassName);
     if (object && object->data() && object->objectClass()->inherits(tableClass))
         return true;
-    Inspector::self()->raiseError(u"Cannot access '%1' of an object that is no %2."_s.arg(member, m_tableClassName));
+    Inspector::self()->raiseError(
+        u"Cannot access '%1' of an object that is no %2."_s.arg(member, m_tableClassName));
     return false;
 }
 
@@ -204,8 +201,7 @@ SharedPtr<Object> TableInterfaceClass::invoke(
     return wrapTableRange(std::move(result.value));
 }
 
-SharedPtr<Object> TableInterfaceClass::getProperty(
-    const SharedPtr<Object> &object, const Property *property)
+SharedPtr<Object> TableInterfaceClass::getProperty(const SharedPtr<Object> &object, const Property *property)
 {
     if (!isTable(object, property->name()))
         return {};

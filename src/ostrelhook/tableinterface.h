@@ -1,5 +1,5 @@
-// Tables as scripts verify them: a range of cells that renders itself as XML, and the interface through which a table
-// object gives such a range.
+// Tables as scripts verify them: a range of cells that renders itself as XML, and the interface through which
+// a table object gives such a range.
 #pragma once
 
 #include "ostrelhook/class.h"
@@ -29,8 +29,8 @@ public:
     TableRange(int topRow, int leftColumn, int bottomRow, int rightColumn);
 
     virtual ~TableRange();
-    /// Appends the range to `parent`, with what `flags`, a sum of Content values, asks for. Does nothing without a
-    /// parent or without flags.
+    /// Appends the range to `parent`, with what `flags`, a sum of Content values, asks for. Does nothing
+    /// without a parent or without flags.
     virtual void contentAsXml(TiXmlNode *parent, int flags) const;
     /// The size of the whole table.
     virtual int rowCount() const = 0;
@@ -67,8 +67,9 @@ protected:
 /// A script object that owns the range; the null object of its class for a null pointer.
 OSTRELHOOK_EXPORT SharedPtr<Object> wrapTableRange(std::unique_ptr<TableRange> range);
 
-/// The table members of another class: the properties rowCount and columnCount, and the method getRange with up to four
-/// integers, the top row, left column, bottom row and right column. They are called with objects of that other class.
+/// The table members of another class: the properties rowCount and columnCount, and the method getRange with
+/// up to four integers, the top row, left column, bottom row and right column. They are called with objects
+/// of that other class.
 ///
 /// The interface is added to its class under its own name, by Class::addInterface().
 class OSTRELHOOK_EXPORT TableInterfaceClass : public Class

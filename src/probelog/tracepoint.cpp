@@ -34,8 +34,9 @@ struct State
 
 State &state()
 {
-    static State instance;
-    return instance;
+    // Never destroyed: what runs at the end of the process may still pass trace points.
+    static auto *const instance = new State;
+    return *instance;
 }
 
 } // namespace
@@ -52,11 +53,11 @@ bool TracePoint::advanceVisit()
 {
     State &shared = state();
     const int generation = shared.generation.load(std::memory_order_acquire);
-    if (m_generation.load(std::memory_order_relaxed) != generation) {
+    if (m_generation.load(std::memory_order_acquire) != generation) {
         const QMutexLocker lock(&shared.mutex);
         m_active = shared.categories.contains(u"*"_s)
             || shared.categories.contains(QLatin1StringView(m_category));
-        m_generation = generation;
+        m_generation.store(generation, std::memory_order_release);
     }
     if (!m_active.load(std::memory_order_relaxed))
         return false;

@@ -24,14 +24,18 @@ public:
     {
         QStringList names;
         for (const QByteArray &text : m_texts)
-            names.append(QJsonDocument::fromJson(text).object().value(QLatin1StringView("method")).toString());
+            names.append(
+                QJsonDocument::fromJson(text).object().value(QLatin1StringView("method")).toString());
         return names;
     }
 
     QJsonObject lastCommand() const { return QJsonDocument::fromJson(m_texts.last()).object(); }
 
     void receive(const QByteArray &text) { Q_EMIT textReceived(text); }
-    void receive(const QJsonObject &message) { receive(QJsonDocument(message).toJson(QJsonDocument::Compact)); }
+    void receive(const QJsonObject &message)
+    {
+        receive(QJsonDocument(message).toJson(QJsonDocument::Compact));
+    }
 
     /// The browser goes away.
     void drop() { Q_EMIT closed(); }

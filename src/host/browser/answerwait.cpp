@@ -4,8 +4,7 @@
 
 namespace Ostrel::Host {
 
-AnswerWait::AnswerWait(QList<AnswerWait *> &waits)
-    : m_waits(waits)
+AnswerWait::AnswerWait(QList<AnswerWait *> &waits) : m_waits(waits)
 {
     m_waits.append(this);
 }

@@ -17,8 +17,8 @@ enum class WaitState {
     BrowserLost, ///< The browser itself is gone.
 };
 
-/// Stands in its owner's list of waits while it lives, so that whatever makes an answer impossible can end it.
-/// Waits nest: what arrives during one may begin another, and the inner one ends first.
+/// Stands in its owner's list of waits while it lives, so that whatever makes an answer impossible can end
+/// it. Waits nest: what arrives during one may begin another, and the inner one ends first.
 class AnswerWait
 {
 public:

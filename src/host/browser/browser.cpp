@@ -18,7 +18,7 @@ const QString browserGone = u"The browser has closed or crashed"_s;
 
 QStringList browserArguments(const BrowserOptions &options, bool asRoot)
 {
-    QStringList arguments {
+    QStringList arguments{
         u"--disable-quic"_s,
         u"--no-first-run"_s,
         u"--no-default-browser-check"_s,
@@ -39,7 +39,7 @@ QStringList browserArguments(const BrowserOptions &options, bool asRoot)
     if (asRoot)
         arguments << u"--no-sandbox"_s;
     // The last one is the first page: without it the browser would fetch its start page from the net.
-    return arguments + options.extraArguments + QStringList { u"about:blank"_s };
+    return arguments + options.extraArguments + QStringList{u"about:blank"_s};
 }
 
 FunctionCallResult<std::unique_ptr<Browser>> Browser::start(const BrowserOptions &options)
@@ -66,12 +66,11 @@ FunctionCallResult<std::unique_ptr<Browser>> Browser::start(const BrowserOptions
 }
 
 Browser::Browser(std::unique_ptr<Transport> transport, const BrowserOptions &options)
-    : m_options(options)
-    , m_connection(std::make_unique<Connection>(std::move(transport)))
+    : m_options(options), m_connection(std::make_unique<Connection>(std::move(transport)))
 {
     connect(m_connection.get(), &Connection::lost, this, &Browser::noteLost);
-    m_connection->listen({}, u"Target.attachedToTarget"_s, this,
-        [this](const QJsonObject &event) { noteAttached(event); });
+    m_connection->listen(
+        {}, u"Target.attachedToTarget"_s, this, [this](const QJsonObject &event) { noteAttached(event); });
     m_connection->listen({}, u"Target.detachedFromTarget"_s, this,
         [this](const QJsonObject &event) { noteDetached(event.value("sessionId"_L1).toString()); });
 }
@@ -89,10 +88,10 @@ FunctionCallResult<void> Browser::connectToTabs()
     m_version = version.value.value("product"_L1).toString();
 
     // Tabs only, and each waits at its start until it has what its first document must find.
-    const QJsonArray filter { QJsonObject { { u"type"_s, u"page"_s } }, QJsonObject { { u"exclude"_s, true } } };
+    const QJsonArray filter{QJsonObject{{u"type"_s, u"page"_s}}, QJsonObject{{u"exclude"_s, true}}};
     const CommandResult attached = call(u"Target.setAutoAttach"_s,
-        { { u"autoAttach"_s, true }, { u"waitForDebuggerOnStart"_s, true }, { u"flatten"_s, true },
-            { u"filter"_s, filter } });
+        {{u"autoAttach"_s, true}, {u"waitForDebuggerOnStart"_s, true}, {u"flatten"_s, true},
+            {u"filter"_s, filter}});
     if (attached.failed())
         return Failure(attached.error);
     return {};
@@ -133,7 +132,7 @@ FunctionCallResult<BrowserPage *> Browser::openPage()
 
 FunctionCallResult<BrowserPage *> Browser::createPage()
 {
-    const CommandResult created = call(u"Target.createTarget"_s, { { u"url"_s, u"about:blank"_s } });
+    const CommandResult created = call(u"Target.createTarget"_s, {{u"url"_s, u"about:blank"_s}});
     if (created.failed())
         return Failure(created.error);
     const QString target = created.value.value("targetId"_L1).toString();
@@ -174,8 +173,8 @@ void Browser::noteAttached(const QJsonObject &event)
 {
     const QJsonObject target = event.value("targetInfo"_L1).toObject();
     const bool isFirst = m_pages.empty();
-    m_pages.push_back(std::make_unique<BrowserPage>(m_connection.get(),
-        event.value("sessionId"_L1).toString(), target.value("targetId"_L1).toString()));
+    m_pages.push_back(std::make_unique<BrowserPage>(
+        m_connection.get(), event.value("sessionId"_L1).toString(), target.value("targetId"_L1).toString()));
     BrowserPage *page = m_pages.back().get();
     page->setDefaultLimit(m_options.evaluationLimitMs);
     if (isFirst)
@@ -184,23 +183,24 @@ void Browser::noteAttached(const QJsonObject &event)
     page->resume();
 }
 
+// Who hears of a lost page may run a nested event loop in which further pages come.
 void Browser::noteDetached(const QString &sessionId)
 {
-    for (const std::unique_ptr<BrowserPage> &page : m_pages) {
-        if (page->sessionId() != sessionId)
-            continue;
-        page->setGone(WaitState::PageGone);
-        Q_EMIT pageClosed(page.get());
+    const auto found = std::find_if(
+        m_pages.begin(), m_pages.end(), [&](const auto &page) { return page->sessionId() == sessionId; });
+    if (found == m_pages.end())
         return;
-    }
+    BrowserPage *page = found->get();
+    page->setGone(WaitState::PageGone);
+    Q_EMIT pageClosed(page);
 }
 
 void Browser::noteLost()
 {
     for (AnswerWait *wait : std::as_const(m_waits))
         wait->end(WaitState::BrowserLost);
-    for (const std::unique_ptr<BrowserPage> &page : m_pages)
-        page->setGone(WaitState::BrowserLost);
+    for (std::size_t i = 0; i < m_pages.size(); ++i)
+        m_pages[i]->setGone(WaitState::BrowserLost);
     if (!m_stopping)
         Q_EMIT lost(browserGone);
 }

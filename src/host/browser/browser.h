@@ -18,18 +18,18 @@ struct BrowserOptions
 {
     QString executable; ///< empty: see findBrowser()
     bool headless = true;
-    QSize windowSize { 1280, 1024 };
+    QSize windowSize{1280, 1024};
     QStringList extraArguments; ///< come last, so that they win
     int startLimitMs = 20000;
     int evaluationLimitMs = BrowserPage::defaultLimitMs; ///< of an evaluation that names no limit
 };
 
-/// The arguments that a browser is started with, but for its profile and its pipe. Nothing in them makes it fetch
-/// anything from the net by itself.
+/// The arguments that a browser is started with, but for its profile and its pipe. Nothing in them makes it
+/// fetch anything from the net by itself.
 QStringList browserArguments(const BrowserOptions &options, bool asRoot);
 
-/// Owns the process, the connection and every page that was ever opened. Needs a QCoreApplication; lives on one
-/// thread. A browser whose host dies notices its closed pipe and ends by itself.
+/// Owns the process, the connection and every page that was ever opened. Needs a QCoreApplication; lives on
+/// one thread. A browser whose host dies notices its closed pipe and ends by itself.
 class Browser : public QObject
 {
     Q_OBJECT
@@ -51,8 +51,8 @@ public:
     /// The tabs that are there now, in the order in which they were opened.
     QList<BrowserPage *> pages() const;
 
-    /// Ends the browser and removes its profile. May be called at any time, also twice or from a signal handler's
-    /// event; waits of its pages end at once.
+    /// Ends the browser and removes its profile. May be called at any time, also twice or from a signal
+    /// handler's event; waits of its pages end at once.
     void stop();
 
     bool isRunning() const { return m_connection && m_connection->isOpen(); }
@@ -62,8 +62,8 @@ public:
     QString profilePath() const { return m_process ? m_process->profilePath() : QString(); }
 
 Q_SIGNALS:
-    /// A tab is there, opened by the host or by a page; its first document has not begun. What it must find, such
-    /// as the payload, is to be set in a direct connection.
+    /// A tab is there, opened by the host or by a page; its first document has not begun. What it must find,
+    /// such as the payload, is to be set in a direct connection.
     void pageOpened(Ostrel::Host::BrowserPage *page);
     void pageClosed(Ostrel::Host::BrowserPage *page);
 

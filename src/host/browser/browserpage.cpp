@@ -17,6 +17,7 @@ namespace {
 
 // The browser ends a script at its limit by itself; the host waits this much longer for it to say so.
 constexpr int answerGraceMs = 1000;
+constexpr int errorPageLimitMs = 2000;
 // Each wait stands on the stack of the one before it.
 constexpr int deepestNesting = 50;
 
@@ -28,18 +29,15 @@ QString inSeconds(int milliseconds)
 } // namespace
 
 BrowserPage::BrowserPage(Connection *connection, const QString &sessionId, const QString &targetId)
-    : m_connection(connection)
-    , m_session(sessionId)
-    , m_target(targetId)
-    , m_frame(targetId)
-    , m_dialogPolicy(std::make_shared<ReportingDialogPolicy>())
+    : m_connection(connection), m_session(sessionId), m_target(targetId), m_frame(targetId),
+      m_dialogPolicy(std::make_shared<ReportingDialogPolicy>())
 {
     listen();
     m_connection->send(m_session, u"Page.enable"_s);
     m_connection->send(m_session, u"Inspector.enable"_s);
-    m_connection->send(m_session, u"Page.setLifecycleEventsEnabled"_s, { { u"enabled"_s, true } });
+    m_connection->send(m_session, u"Page.setLifecycleEventsEnabled"_s, {{u"enabled"_s, true}});
     // The payload is evaluated and reaches its channel on pages that forbid both to their own scripts.
-    m_connection->send(m_session, u"Page.setBypassCSP"_s, { { u"enabled"_s, true } });
+    m_connection->send(m_session, u"Page.setBypassCSP"_s, {{u"enabled"_s, true}});
     // A tab that runs already has shown its document before anybody listened.
     m_connection->send(m_session, u"Page.getFrameTree"_s, {}, [this](const CommandResult &tree) {
         if (!tree.failed() && m_document.isEmpty())
@@ -61,8 +59,8 @@ void BrowserPage::listen()
     });
     m_connection->listen(m_session, u"Page.javascriptDialogOpening"_s, this,
         [this](const QJsonObject &event) { noteDialog(event); });
-    m_connection->listen(m_session, u"Page.javascriptDialogClosed"_s, this,
-        [this](const QJsonObject &) { m_dialog.reset(); });
+    m_connection->listen(
+        m_session, u"Page.javascriptDialogClosed"_s, this, [this](const QJsonObject &) { m_dialog.reset(); });
     m_connection->listen(m_session, u"Inspector.targetCrashed"_s, this, [this](const QJsonObject &) {
         m_crashed = true;
         endWaits(WaitState::PageGone);
@@ -84,8 +82,8 @@ void BrowserPage::noteNavigation(const QJsonObject &frame)
 
 void BrowserPage::noteDialog(const QJsonObject &event)
 {
-    m_dialog = Dialog { dialogKindFromText(event.value("type"_L1).toString()),
-        event.value("message"_L1).toString(), event.value("defaultPrompt"_L1).toString() };
+    m_dialog = Dialog{dialogKindFromText(event.value("type"_L1).toString()),
+        event.value("message"_L1).toString(), event.value("defaultPrompt"_L1).toString()};
     const Dialog opened = *m_dialog;
     if (const std::optional<DialogAnswer> answer = m_dialogPolicy->opened(opened))
         answerDialog(*answer);
@@ -103,7 +101,7 @@ void BrowserPage::answerDialog(const DialogAnswer &answer) const
 {
     if (!m_dialog)
         return;
-    QJsonObject parameters { { u"accept"_s, answer.accept } };
+    QJsonObject parameters{{u"accept"_s, answer.accept}};
     if (m_dialog->kind == DialogKind::Prompt && answer.accept)
         parameters.insert("promptText"_L1, answer.text);
     m_dialog.reset();
@@ -112,19 +110,19 @@ void BrowserPage::answerDialog(const DialogAnswer &answer) const
 
 void BrowserPage::dismissReportedDialog() const
 {
-    answerDialog({ false, {} });
+    answerDialog({false, {}});
 }
 
 FunctionCallResult<void> BrowserPage::setInjection(const Injection &injection, bool alsoNow)
 {
     m_injection = injection;
     if (!m_injectionId.isEmpty()) {
-        m_connection->send(m_session, u"Page.removeScriptToEvaluateOnNewDocument"_s,
-            { { u"identifier"_s, m_injectionId } });
+        m_connection->send(
+            m_session, u"Page.removeScriptToEvaluateOnNewDocument"_s, {{u"identifier"_s, m_injectionId}});
     }
     // Not waited for: a tab that the browser holds back answers late, and commands are carried out in order.
     m_connection->send(m_session, u"Page.addScriptToEvaluateOnNewDocument"_s,
-        { { u"source"_s, injection.newDocumentScript() } }, [this](const CommandResult &added) {
+        {{u"source"_s, injection.newDocumentScript()}}, [this](const CommandResult &added) {
             if (!added.failed())
                 m_injectionId = added.value.value("identifier"_L1).toString();
         });
@@ -142,7 +140,7 @@ FunctionCallResult<void> BrowserPage::setPageVariable(const QString &name, const
     injection.setVariable(name, value);
     if (const auto added = setInjection(injection, false); added.failed())
         return added;
-    const EvalResult evaluated = evaluateJavaScript(assignment({ name, value }), 0);
+    const EvalResult evaluated = evaluateJavaScript(assignment({name, value}), 0);
     if (evaluated.failed)
         return Failure(u"Could not set the page variable '%1': %2"_s.arg(name, evaluated.result));
     return {};
@@ -175,9 +173,9 @@ BrowserPage::EvalResult BrowserPage::evaluateJavaScript(const QString &script, u
     const int limitMs = limitOr(int(timeoutMs));
     const Answer answer = await(u"Runtime.evaluate"_s, evaluationParameters(script, limitMs), limitMs);
     if (answer.state != WaitState::Answered)
-        return { describe(answer.state, limitMs), true, false };
+        return {describe(answer.state, limitMs), true, false};
     if (answer.result.failed())
-        return { answer.result.error, true, false };
+        return {answer.result.error, true, false};
     return readEvaluation(answer.result.value);
 }
 
@@ -190,13 +188,14 @@ CommandResult BrowserPage::call(const QString &method, const QJsonObject &parame
     return answer.result;
 }
 
-BrowserPage::Answer BrowserPage::await(const QString &method, const QJsonObject &parameters, int limitMs) const
+BrowserPage::Answer BrowserPage::await(
+    const QString &method, const QJsonObject &parameters, int limitMs) const
 {
     if (!m_refusal.isEmpty())
-        return { WaitState::Answered, Failure(m_refusal) };
+        return {WaitState::Answered, Failure(m_refusal)};
     if (m_waits.size() >= deepestNesting)
-        return { WaitState::Answered, Failure(u"Too many evaluations wait for the page already"_s) };
-    Answer answer { obstacle(), {} };
+        return {WaitState::Answered, Failure(u"Too many evaluations wait for the page already"_s)};
+    Answer answer{obstacle(), {}};
     if (answer.state == WaitState::Waiting) {
         AnswerWait wait(m_waits);
         const int id = m_connection->send(m_session, method, parameters, [&](const CommandResult &result) {
@@ -275,7 +274,7 @@ FunctionCallResult<void> BrowserPage::navigate(const QString &address, int limit
     const int limit = limitOr(limitMs);
     QElapsedTimer elapsed;
     elapsed.start();
-    const Answer answer = await(u"Page.navigate"_s, { { u"url"_s, address } }, limit);
+    const Answer answer = await(u"Page.navigate"_s, {{u"url"_s, address}}, limit);
     if (answer.state == WaitState::TimedOut) {
         m_connection->send(m_session, u"Page.stopLoading"_s);
         return Failure(u"Could not open '%1': no answer within %2"_s.arg(address, inSeconds(limit)));
@@ -286,17 +285,23 @@ FunctionCallResult<void> BrowserPage::navigate(const QString &address, int limit
         return Failure(u"Could not open '%1': %2"_s.arg(address, answer.result.error));
 
     const QString code = answer.result.value.value("errorText"_L1).toString();
-    if (!code.isEmpty())
-        return Failure(describeNavigationError(address, code));
     const QString document = answer.result.value.value("loaderId"_L1).toString();
+    if (!code.isEmpty()) {
+        // The browser is about to show a page about the error, which must not get into the way of what comes
+        // next.
+        if (code != "net::ERR_ABORTED"_L1)
+            static_cast<void>(waitForLoad(document, address, errorPageLimitMs));
+        return Failure(describeNavigationError(address, code));
+    }
     if (document.isEmpty()) // a move within the document that is there
         return {};
     return waitForLoad(document, address, qMax(1, limit - int(elapsed.elapsed())));
 }
 
-// A document may send the browser on to another one before it has loaded, so what counts is that the one which is
-// there after it was reached has loaded.
-FunctionCallResult<void> BrowserPage::waitForLoad(const QString &document, const QString &address, int limitMs)
+// A document may send the browser on to another one before it has loaded, so what counts is that the one
+// which is there after it was reached has loaded.
+FunctionCallResult<void> BrowserPage::waitForLoad(
+    const QString &document, const QString &address, int limitMs)
 {
     AnswerWait wait(m_waits);
     bool reached = m_document == document;
@@ -328,10 +333,14 @@ FunctionCallResult<void> BrowserPage::waitForLoad(const QString &document, const
 
 FunctionCallResult<void> BrowserPage::close()
 {
-    const CommandResult closing = call(u"Page.close"_s);
-    // The answer and the news that the tab is gone come in either order.
-    if (closing.failed() && m_gone == WaitState::Waiting)
-        return Failure(u"Could not close the page: %1"_s.arg(closing.error));
+    if (m_gone != WaitState::Waiting)
+        return {};
+    AnswerWait wait(m_waits);
+    // Asked of the browser and not of the page, which may be busy.
+    m_connection->send({}, u"Target.closeTarget"_s, {{u"targetId"_s, m_target}});
+    wait.run(m_defaultLimitMs);
+    if (m_gone == WaitState::Waiting)
+        return Failure(u"Could not close the page: %1"_s.arg(describe(wait.state(), m_defaultLimitMs)));
     return {};
 }
 
@@ -343,11 +352,11 @@ FunctionCallResult<QImage> BrowserPage::grabPageScreenshot() const
     QJsonObject clip = metrics.value.value("cssContentSize"_L1).toObject();
     clip.insert("scale"_L1, 1);
     const CommandResult shot = call(u"Page.captureScreenshot"_s,
-        { { u"format"_s, u"png"_s }, { u"captureBeyondViewport"_s, true }, { u"clip"_s, clip } });
+        {{u"format"_s, u"png"_s}, {u"captureBeyondViewport"_s, true}, {u"clip"_s, clip}});
     if (shot.failed())
         return Failure(u"Error taking a screenshot of the page: %1"_s.arg(shot.error));
-    const QImage image = QImage::fromData(
-        QByteArray::fromBase64(shot.value.value("data"_L1).toString().toLatin1()), "PNG");
+    const QImage image
+        = QImage::fromData(QByteArray::fromBase64(shot.value.value("data"_L1).toString().toLatin1()), "PNG");
     if (image.isNull())
         return Failure(u"Error taking a screenshot of the page: the browser sent no picture"_s);
     return image;
@@ -382,24 +391,22 @@ FunctionCallResult<void> BrowserPage::setUploadFile(const QString &reference, co
     const QFileInfo file(path);
     if (!file.exists())
         return Failure(u"The file '%1' to upload does not exist"_s.arg(path));
-    const CommandResult found = call(u"Runtime.evaluate"_s, { { u"expression"_s, reference } });
+    const CommandResult found = call(u"Runtime.evaluate"_s, {{u"expression"_s, reference}});
     if (found.failed())
         return Failure(u"Could not find the upload field: %1"_s.arg(found.error));
-    const QString object
-        = found.value.value("result"_L1).toObject().value("objectId"_L1).toString();
+    const QString object = found.value.value("result"_L1).toObject().value("objectId"_L1).toString();
     if (object.isEmpty() || found.value.contains("exceptionDetails"_L1))
         return Failure(u"Could not find the upload field: '%1' is no element of the page"_s.arg(reference));
     const CommandResult set = call(u"DOM.setFileInputFiles"_s,
-        { { u"objectId"_s, object }, { u"files"_s, QJsonArray { file.absoluteFilePath() } } });
-    m_connection->send(m_session, u"Runtime.releaseObject"_s, { { u"objectId"_s, object } });
+        {{u"objectId"_s, object}, {u"files"_s, QJsonArray{file.absoluteFilePath()}}});
+    m_connection->send(m_session, u"Runtime.releaseObject"_s, {{u"objectId"_s, object}});
     if (set.failed())
         return Failure(u"The element is not an upload field: %1"_s.arg(set.error));
     return {};
 }
 
 BrowserPage::Refusal::Refusal(const BrowserPage &page, const QString &reason)
-    : m_page(page)
-    , m_outer(std::exchange(page.m_refusal, reason))
+    : m_page(page), m_outer(std::exchange(page.m_refusal, reason))
 {
 }
 

@@ -14,16 +14,16 @@
 
 namespace Ostrel::Host {
 
-/// What browserType() gives. The wrappers give a meaning to two numbers, neither of which fits a browser that is
-/// driven by its debugging protocol: 2 stands for a browser that answers property reads late, 5 for one into
-/// which text has to be typed.
+/// What browserType() gives. The wrappers give a meaning to two numbers, neither of which fits a browser that
+/// is driven by its debugging protocol: 2 stands for a browser that answers property reads late, 5 for one
+/// into which text has to be typed.
 enum class BrowserType {
     Chromium = 0, ///< any browser of the Chromium family
 };
 
-/// One tab, living on the thread of its Browser, which owns it and keeps it until its own end, so that a wrapper
-/// never points to a page that is no more. Every operation that waits runs a nested event loop; none of them
-/// throws, and each ends at its limit at the latest.
+/// One tab, living on the thread of its Browser, which owns it and keeps it until its own end, so that a
+/// wrapper never points to a page that is no more. Every operation that waits runs a nested event loop; none
+/// of them throws, and each ends at its limit at the latest.
 class BrowserPage : public QObject, public WebWrapper::HTMLComponent
 {
     Q_OBJECT
@@ -55,14 +55,14 @@ public:
     /// Sets a variable in the document that is there and in those that come.
     FunctionCallResult<void> setPageVariable(const QString &name, const QJsonValue &value);
 
-    /// Lets a tab that the browser holds back at its start run. Everything that its first document must find has
-    /// to be set before.
+    /// Lets a tab that the browser holds back at its start run. Everything that its first document must find
+    /// has to be set before.
     void resume();
 
     /// Opens an address and waits until the document has loaded. 0 means the default limit.
     FunctionCallResult<void> navigate(const QString &address, int limitMs = 0);
 
-    /// Closes the tab, as its close button does.
+    /// Closes the tab and waits until it is gone. The page is not asked whether it agrees.
     FunctionCallResult<void> close();
 
     /// A command of the protocol in this tab's session, waited for. 0 means the default limit.
@@ -72,8 +72,8 @@ public:
     const std::optional<Dialog> &openDialog() const { return m_dialog; }
     void answerDialog(const DialogAnswer &answer) const;
 
-    /// While this lives, evaluations are refused with `reason`: the page waits for the host, so that waiting for
-    /// the page would lock both.
+    /// While this lives, evaluations are refused with `reason`: the page waits for the host, so that waiting
+    /// for the page would lock both.
     class Refusal
     {
     public:
@@ -96,7 +96,8 @@ public:
     bool supportsPageScreenshot() const override { return true; }
     FunctionCallResult<QImage> grabPageScreenshot() const override;
     FunctionCallResult<double> zoomFactor() const override;
-    FunctionCallResult<void> setFileInputValue(WebWrapper::HTML_TextBase *field, const QString &path) override;
+    FunctionCallResult<void> setFileInputValue(
+        WebWrapper::HTML_TextBase *field, const QString &path) override;
     FunctionCallResult<void> setCustomFileInputValue(
         WebWrapper::HTML_CustomText *field, const QString &path) override;
 
@@ -146,7 +147,8 @@ private:
     QString m_injectionId;
     WaitState m_gone = WaitState::Waiting; ///< why the page is no more, or Waiting while it is there
     bool m_crashed = false;
-    // The bridge is const to its callers, while what it waits for and what the page shows changes all the time.
+    // The bridge is const to its callers, while what it waits for and what the page shows changes all the
+    // time.
     mutable QList<AnswerWait *> m_waits;
     mutable std::optional<Dialog> m_dialog;
     mutable Dialog m_reportedDialog;

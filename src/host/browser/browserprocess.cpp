@@ -2,10 +2,14 @@
 
 #include "host/browser/pipetransport.h"
 
+#include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
+#include <QProcessEnvironment>
 #include <QStandardPaths>
 #include <QThread>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -30,7 +34,7 @@ constexpr int pollPauseMs = 10;
 constexpr qsizetype keptOutputBytes = 16 * 1024;
 constexpr qsizetype shownOutputLines = 5;
 constexpr const char *browserVariable = "PAGEPROBE_BROWSER";
-constexpr std::array wellKnownNames { "chromium"_L1, "chromium-browser"_L1, "google-chrome"_L1 };
+constexpr std::array wellKnownNames{"chromium"_L1, "chromium-browser"_L1, "google-chrome"_L1};
 
 // The descriptors on which the browser expects commands and writes its answers.
 constexpr int commandDescriptor = 3;
@@ -51,7 +55,7 @@ struct Pipe
 
     bool open()
     {
-        std::array<int, 2> ends {};
+        std::array<int, 2> ends{};
         if (pipe2(ends.data(), O_CLOEXEC) != 0)
             return false;
         readEnd = ends[0];
@@ -60,15 +64,15 @@ struct Pipe
     }
     void close() const
     {
-        for (int end : { readEnd, writeEnd }) {
+        for (int end : {readEnd, writeEnd}) {
             if (end >= 0)
                 ::close(end);
         }
     }
 };
 
-// While this lives, no descriptor that is opened gets one of the numbers that the child's pipes will take. Without
-// it QProcess could keep its own reporting pipe there, and the child would overwrite it.
+// While this lives, no descriptor that is opened gets one of the numbers that the child's pipes will take.
+// Without it QProcess could keep its own reporting pipe there, and the child would overwrite it.
 class ReservedDescriptors
 {
 public:
@@ -95,9 +99,28 @@ private:
     std::vector<int> m_descriptors;
 };
 
+// Whether this line of /proc/<id>/stat is that of a living process of the group. The name in brackets may
+// hold anything, the fields behind it are: state, parent, group.
+bool isLivingMember(const QByteArray &statLine, qint64 group)
+{
+    const QList<QByteArray> fields = statLine.mid(statLine.lastIndexOf(')') + 2).split(' ');
+    return fields.size() > 2 && fields.at(0) != "Z" && fields.at(0) != "X"
+        && fields.at(2).toLongLong() == group;
+}
+
+// Dead processes that nobody has waited for still count as members for the system, for seconds in containers
+// whose first process is in no hurry, so the living ones are looked for where the system tells.
 bool groupIsAlive(qint64 group)
 {
-    return kill(pid_t(-group), 0) == 0;
+    if (kill(pid_t(-group), 0) != 0)
+        return false;
+    const QStringList processes = QDir(u"/proc"_s).entryList({u"[0-9]*"_s}, QDir::Dirs);
+    if (processes.isEmpty())
+        return true;
+    return std::any_of(processes.begin(), processes.end(), [&](const QString &id) {
+        QFile stat(u"/proc/%1/stat"_s.arg(id));
+        return stat.open(QIODevice::ReadOnly) && isLivingMember(stat.readAll(), group);
+    });
 }
 
 void waitForGroupToEnd(qint64 group, int limitMs)
@@ -129,8 +152,7 @@ FunctionCallResult<QString> findBrowser(const QString &explicitPath)
         QLatin1StringView(browserVariable), lookedFor.join(", "_L1)));
 }
 
-BrowserProcess::BrowserProcess(QObject *parent)
-    : QObject(parent)
+BrowserProcess::BrowserProcess(QObject *parent) : QObject(parent)
 {
     connect(&m_process, &QProcess::finished, this, &BrowserProcess::ended);
     connect(&m_process, &QProcess::readyReadStandardError, this, [this] {
@@ -150,7 +172,8 @@ FunctionCallResult<std::unique_ptr<Transport>> BrowserProcess::start(
 {
     m_profile = std::make_unique<Profile>();
     if (!m_profile->isValid())
-        return Failure(u"Could not make a temporary profile for the browser in '%1'"_s.arg(m_profile->path()));
+        return Failure(
+            u"Could not make a temporary profile for the browser in '%1'"_s.arg(m_profile->path()));
 
     const ReservedDescriptors reserved;
     Pipe commands;
@@ -162,13 +185,17 @@ FunctionCallResult<std::unique_ptr<Transport>> BrowserProcess::start(
     }
 
     m_process.setProgram(executable);
-    m_process.setArguments(QStringList { u"--remote-debugging-pipe"_s,
-                               u"--user-data-dir=%1"_s.arg(m_profile->path()) }
+    m_process.setArguments(
+        QStringList{u"--remote-debugging-pipe"_s, u"--user-data-dir=%1"_s.arg(m_profile->path())}
         + arguments);
+    // What the browser keeps in the temporary directory goes with the profile, too, even if it is killed.
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"TMPDIR"_s, m_profile->path());
+    m_process.setProcessEnvironment(environment);
     m_process.setStandardInputFile(QProcess::nullDevice());
     m_process.setStandardOutputFile(QProcess::nullDevice());
-    // Runs between fork and exec: system calls only. The group of its own keeps a Ctrl-C at the terminal, which
-    // is the host's to handle, away from the browser, and lets stop() reach every process of it.
+    // Runs between fork and exec: system calls only. The group of its own keeps a Ctrl-C at the terminal,
+    // which is the host's to handle, away from the browser, and lets stop() reach every process of it.
     m_process.setChildProcessModifier([commands, answers] {
         setpgid(0, 0);
         dup2(commands.readEnd, commandDescriptor);

@@ -13,8 +13,8 @@
 
 namespace Ostrel::Host {
 
-/// Where to find the browser: `explicitPath` when given, else the environment variable PAGEPROBE_BROWSER, else the
-/// well-known names in PATH. The error lists the places that were looked at.
+/// Where to find the browser: `explicitPath` when given, else the environment variable PAGEPROBE_BROWSER,
+/// else the well-known names in PATH. The error lists the places that were looked at.
 FunctionCallResult<QString> findBrowser(const QString &explicitPath);
 
 /// The process group of one browser, with its profile. Nothing of it outlives this object.
@@ -28,10 +28,11 @@ public:
 
     /// Starts `executable` and gives the transport that talks to it. The browser may still end at once; then
     /// ended() comes.
-    FunctionCallResult<std::unique_ptr<Transport>> start(const QString &executable, const QStringList &arguments);
+    FunctionCallResult<std::unique_ptr<Transport>> start(
+        const QString &executable, const QStringList &arguments);
 
-    /// Ends the browser: lets it close by itself, since its pipe is closed by now, then terminates, then kills
-    /// all its processes. Blocks for a few seconds at most. The profile is gone afterwards.
+    /// Ends the browser: lets it close by itself, since its pipe is closed by now, then terminates, then
+    /// kills all its processes. Blocks for a few seconds at most. The profile is gone afterwards.
     void stop();
 
     bool isRunning() const { return m_process.state() != QProcess::NotRunning; }

@@ -21,8 +21,7 @@ void logText(const char *direction, const QByteArray &text)
 } // namespace
 
 Connection::Connection(std::unique_ptr<Transport> transport, QObject *parent)
-    : QObject(parent)
-    , m_transport(std::move(transport))
+    : QObject(parent), m_transport(std::move(transport))
 {
     connect(m_transport.get(), &Transport::textReceived, this, &Connection::receive);
     connect(m_transport.get(), &Transport::closed, this, [this] {
@@ -60,7 +59,7 @@ void Connection::giveUp(int id, const QString &reason)
 
 void Connection::listen(const QString &sessionId, const QString &method, QObject *context, Listener listener)
 {
-    m_subscriptions[{ sessionId, method }].append({ context, std::move(listener) });
+    m_subscriptions[{sessionId, method}].append({context, std::move(listener)});
 }
 
 void Connection::endSession(const QString &sessionId, const QString &reason)
@@ -88,7 +87,7 @@ void Connection::receive(const QByteArray &text)
         return;
     }
     if (message->id == 0) {
-        dispatchEvent({ message->sessionId, message->method }, message->content);
+        dispatchEvent({message->sessionId, message->method}, message->content);
         return;
     }
     const bool awaited = message->error.isEmpty() ? m_pending.resolve(message->id, message->content)
@@ -97,7 +96,8 @@ void Connection::receive(const QByteArray &text)
         qCWarning(protocolLog) << "The browser answered a command that was never sent:" << message->id;
 }
 
-// A listener may add listeners, end the session or run a nested event loop, so the list is taken as it is now.
+// A listener may add listeners, end the session or run a nested event loop, so the list is taken as it is
+// now.
 void Connection::dispatchEvent(const EventKey &key, const QJsonObject &parameters)
 {
     QList<Subscription> &subscriptions = m_subscriptions[key];

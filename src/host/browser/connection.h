@@ -35,7 +35,8 @@ public:
     int send(const QString &sessionId, const QString &method, const QJsonObject &parameters = {},
         CommandReply reply = {});
 
-    /// The answer is not wanted any more: the reply runs now with `reason`, a late answer is dropped silently.
+    /// The answer is not wanted any more: the reply runs now with `reason`, a late answer is dropped
+    /// silently.
     void giveUp(int id, const QString &reason);
 
     /// Calls `listener` for each such event of the session, until `context` is gone.
@@ -44,7 +45,8 @@ public:
     /// The session is gone: its waiting commands end with `reason`, its listeners are forgotten.
     void endSession(const QString &sessionId, const QString &reason);
 
-    /// Ends everything; the waiting commands get `reason`. Does nothing when the connection is closed already.
+    /// Ends everything; the waiting commands get `reason`. Does nothing when the connection is closed
+    /// already.
     void close(const QString &reason);
 
 Q_SIGNALS:

@@ -26,7 +26,7 @@ QString kindInWords(DialogKind kind)
 std::optional<DialogAnswer> ReportingDialogPolicy::opened(const Dialog &dialog)
 {
     if (dialog.kind == DialogKind::BeforeUnload)
-        return DialogAnswer { true, {} };
+        return DialogAnswer{true, {}};
     return std::nullopt;
 }
 

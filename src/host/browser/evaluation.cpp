@@ -8,9 +8,9 @@ namespace Ostrel::Host {
 
 namespace {
 
-// Indirect eval runs the script as top-level code: functions and variables become globals of the page, and its
-// completion value is the result. `${value}` is String(value) for all but symbols, and needs no name that the
-// page could have replaced.
+// Indirect eval runs the script as top-level code: functions and variables become globals of the page, and
+// its completion value is the result. `${value}` is String(value) for all but symbols, and needs no name that
+// the page could have replaced.
 const QString evaluationTemplate = uR"((function (script) {
     function text(value) {
         return typeof value === 'symbol' ? value.toString() : `${value}`;
@@ -67,11 +67,11 @@ QString evaluationExpression(const QString &script)
 QJsonObject evaluationParameters(const QString &script, int limitMs)
 {
     return {
-        { u"expression"_s, evaluationExpression(script) },
-        { u"returnByValue"_s, true },
-        { u"timeout"_s, limitMs },
+        {u"expression"_s, evaluationExpression(script)},
+        {u"returnByValue"_s, true},
+        {u"timeout"_s, limitMs},
         // A page that forbids eval by its security policy forbids it to itself, not to its tester.
-        { u"allowUnsafeEvalBlockedByCSP"_s, true },
+        {u"allowUnsafeEvalBlockedByCSP"_s, true},
     };
 }
 
@@ -79,10 +79,10 @@ WebWrapper::HTMLComponent::EvalResult readEvaluation(const QJsonObject &answer)
 {
     const QJsonObject value = answer.value("result"_L1).toObject().value("value"_L1).toObject();
     if (value.value("value"_L1).isString())
-        return { value.value("value"_L1).toString(), false, false };
+        return {value.value("value"_L1).toString(), false, false};
     if (value.value("thrown"_L1).isString()) {
         const QString thrown = value.value("thrown"_L1).toString();
-        return { thrown.isEmpty() ? u"The script raised an exception without a text"_s : thrown, true, true };
+        return {thrown.isEmpty() ? u"The script raised an exception without a text"_s : thrown, true, true};
     }
     // The conversion itself failed: an exception that cannot be turned into text, or a page that has put
     // something of its own in the place of eval's answer.
@@ -93,7 +93,7 @@ WebWrapper::HTMLComponent::EvalResult readEvaluation(const QJsonObject &answer)
                                     .value("description"_L1)
                                     .toString()
                                     .section(u'\n', 0, 0);
-    return { description.isEmpty() ? u"The page gave no answer that can be read"_s : description, true, true };
+    return {description.isEmpty() ? u"The page gave no answer that can be read"_s : description, true, true};
 }
 
 } // namespace Ostrel::Host

@@ -12,8 +12,8 @@ namespace Ostrel::Host {
 /// control characters are escaped, since the protocol carries UTF-8.
 QString scriptLiteral(const QString &text);
 
-/// The expression that evaluates `script` as the page's own top-level code and gives its value as text, in one
-/// round trip. It stands on no name that a page could take away later but `eval`.
+/// The expression that evaluates `script` as the page's own top-level code and gives its value as text, in
+/// one round trip. It stands on no name that a page could take away later but `eval`.
 QString evaluationExpression(const QString &script);
 
 /// Parameters of the command "Runtime.evaluate" for evaluationExpression().

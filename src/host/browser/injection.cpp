@@ -30,12 +30,12 @@ QString valueText(const QJsonValue &value)
 {
     if (value.isString())
         return scriptLiteral(value.toString());
-    const QByteArray array = QJsonDocument(QJsonArray { value }).toJson(QJsonDocument::Compact);
+    const QByteArray array = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
     return QString::fromUtf8(array.sliced(1, array.size() - 2));
 }
 
-// The names of the naming schemes. The payload only compares the first variable with the other two, so the values
-// must be set and differ.
+// The names of the naming schemes. The payload only compares the first variable with the other two, so the
+// values must be set and differ.
 const QString multiPropertyNames = u"multiprop"_s;
 const QString singlePropertyNames = u"singleprop"_s;
 const QString hierarchicalNames = u"hierarchical"_s;
@@ -44,32 +44,32 @@ const QString hierarchicalNames = u"hierarchical"_s;
 
 QList<PageVariable> pageVariables(const WebWrapper::WrapperConfig &config, const PageFacts &facts)
 {
-    QList<PageVariable> variables {
-        { u"window.__ostrel__googlechrome"_s, true },
-        { u"window.__ostrel__chromiumbased"_s, true },
-        { u"window.__ostrel__os"_s, operatingSystem() },
-        { u"window.top.__ostrel.browsermajorversion"_s, facts.browserMajorVersion },
-        { u"window.__ostrel__filter__non__element__nodes"_s, config.filterNonElementNodes() },
-        { u"window.top.__ostrel.includeIdPropertyInGeneratedNames"_s,
-            config.includeIdPropertyInGeneratedNames() },
-        { u"window.__ostrel__namegen__scheme"_s,
-            config.supportSinglePropertyNaming() ? singlePropertyNames : multiPropertyNames },
-        { u"window.__ostrel__namegen__singleprop"_s, singlePropertyNames },
-        { u"window.__ostrel__namegen__hierarchical"_s, hierarchicalNames },
-        { u"window.__ostrel__throwErrorForUnknownContextName"_s, config.throwErrorOnUnknownContextNames() },
-        { u"window.__ostrel__improvedTabAndWindowSupport"_s, config.improvedTabAndWindowSupport() },
-        { u"window.top.__ostrel.useSessionStorageForEvents"_s, config.useSessionStorageForEvents() },
-        { u"window.__ostrel__enableObjectInfoOverlay"_s, config.enableObjectInfoOverlay() },
-        { u"window.__ostrel__port"_s, facts.channelPort },
-        { u"window.__ostrel__asynclog"_s, true },
+    QList<PageVariable> variables{
+        {u"window.__ostrel__googlechrome"_s, true},
+        {u"window.__ostrel__chromiumbased"_s, true},
+        {u"window.__ostrel__os"_s, operatingSystem()},
+        {u"window.top.__ostrel.browsermajorversion"_s, facts.browserMajorVersion},
+        {u"window.__ostrel__filter__non__element__nodes"_s, config.filterNonElementNodes()},
+        {u"window.top.__ostrel.includeIdPropertyInGeneratedNames"_s,
+            config.includeIdPropertyInGeneratedNames()},
+        {u"window.__ostrel__namegen__scheme"_s,
+            config.supportSinglePropertyNaming() ? singlePropertyNames : multiPropertyNames},
+        {u"window.__ostrel__namegen__singleprop"_s, singlePropertyNames},
+        {u"window.__ostrel__namegen__hierarchical"_s, hierarchicalNames},
+        {u"window.__ostrel__throwErrorForUnknownContextName"_s, config.throwErrorOnUnknownContextNames()},
+        {u"window.__ostrel__improvedTabAndWindowSupport"_s, config.improvedTabAndWindowSupport()},
+        {u"window.top.__ostrel.useSessionStorageForEvents"_s, config.useSessionStorageForEvents()},
+        {u"window.__ostrel__enableObjectInfoOverlay"_s, config.enableObjectInfoOverlay()},
+        {u"window.__ostrel__port"_s, facts.channelPort},
+        {u"window.__ostrel__asynclog"_s, true},
         // The payload reads these two as bare names, which must exist even where no extension script defines
         // them: null switches the check off.
-        { u"window.__ostrel__backbase__descriptors"_s, QJsonValue::Null },
-        { u"window.__ostrel__backbase__className"_s, u""_s },
+        {u"window.__ostrel__backbase__descriptors"_s, QJsonValue::Null},
+        {u"window.__ostrel__backbase__className"_s, u""_s},
     };
     // The payload asks whether this one is defined at all, so it is left out rather than set to false.
     if (config.hookNewWindows())
-        variables.append({ u"window.__ostrel__newwindowhook"_s, true });
+        variables.append({u"window.__ostrel__newwindowhook"_s, true});
     return variables;
 }
 
@@ -80,20 +80,20 @@ void Injection::setVariable(const QString &name, const QJsonValue &value)
     if (found != variables.end())
         found->value = value;
     else
-        variables.append({ name, value });
+        variables.append({name, value});
 }
 
 QString Injection::script() const
 {
-    QStringList parts { namespaceCode };
+    QStringList parts{namespaceCode};
     for (const PageVariable &variable : variables)
         parts.append(assignment(variable));
     parts.append(payload);
     return parts.join(u'\n');
 }
 
-// As a string the payload costs a frame no parsing, and the top window gets real global functions. The three texts
-// are evaluated apart, so that the payload's text is exactly what it is.
+// As a string the payload costs a frame no parsing, and the top window gets real global functions. The three
+// texts are evaluated apart, so that the payload's text is exactly what it is.
 QString Injection::newDocumentScript() const
 {
     QStringList assignments;

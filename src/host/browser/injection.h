@@ -37,11 +37,12 @@ struct Injection
     /// Sets a variable, or adds it when there is none of that name.
     void setVariable(const QString &name, const QJsonValue &value);
 
-    /// The three texts one after the other, to be evaluated in the top window of a page that is already there.
+    /// The three texts one after the other, to be evaluated in the top window of a page that is already
+    /// there.
     QString script() const;
 
-    /// The same for Page.addScriptToEvaluateOnNewDocument, which runs in every frame: only a top window evaluates
-    /// the texts, a frame merely steps over a string.
+    /// The same for Page.addScriptToEvaluateOnNewDocument, which runs in every frame: only a top window
+    /// evaluates the texts, a frame merely steps over a string.
     QString newDocumentScript() const;
 };
 

@@ -6,7 +6,7 @@ namespace Ostrel::Host {
 
 int PendingCommands::add(const QString &sessionId, const QString &method, CommandReply reply)
 {
-    m_commands.insert(++m_lastId, { sessionId, method, std::move(reply) });
+    m_commands.insert(++m_lastId, {sessionId, method, std::move(reply)});
     return m_lastId;
 }
 

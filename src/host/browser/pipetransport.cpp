@@ -38,11 +38,9 @@ bool wouldBlock()
 } // namespace
 
 PipeTransport::PipeTransport(int readDescriptor, int writeDescriptor, QObject *parent)
-    : Transport(parent)
-    , m_readDescriptor(readDescriptor)
-    , m_writeDescriptor(writeDescriptor)
-    , m_readable(std::make_unique<QSocketNotifier>(readDescriptor, QSocketNotifier::Read))
-    , m_writable(std::make_unique<QSocketNotifier>(writeDescriptor, QSocketNotifier::Write))
+    : Transport(parent), m_readDescriptor(readDescriptor), m_writeDescriptor(writeDescriptor),
+      m_readable(std::make_unique<QSocketNotifier>(readDescriptor, QSocketNotifier::Read)),
+      m_writable(std::make_unique<QSocketNotifier>(writeDescriptor, QSocketNotifier::Write))
 {
     ignoreBrokenPipes();
     makeNonBlocking(readDescriptor);
@@ -80,11 +78,8 @@ void PipeTransport::close()
     m_readDescriptor = m_writeDescriptor = -1;
 }
 
-// Everything is read before anything is handed on: a receiver may run a nested event loop, which comes here
-// again, and the order of the texts must hold all the same.
 void PipeTransport::readAvailable()
 {
-    bool atEnd = false;
     std::array<char, chunkSize> chunk;
     while (m_readDescriptor >= 0) {
         const ssize_t count = ::read(m_readDescriptor, chunk.data(), chunk.size());
@@ -93,7 +88,8 @@ void PipeTransport::readAvailable()
         if (count < 0 && wouldBlock())
             break;
         if (count <= 0) {
-            atEnd = true;
+            m_atEnd = true;
+            m_readable->setEnabled(false);
             break;
         }
         QByteArrayView rest(chunk.data(), count);
@@ -104,11 +100,21 @@ void PipeTransport::readAvailable()
         }
         m_incomplete.append(rest);
     }
+    handOn();
+}
 
+// A receiver may run a nested event loop that waits for one of the texts behind its own, so that loop is told
+// to come here again.
+void PipeTransport::handOn()
+{
     QPointer<PipeTransport> self(this);
-    while (self && !m_complete.isEmpty())
-        Q_EMIT textReceived(m_complete.takeFirst());
-    if (self && atEnd)
+    while (self && !m_complete.isEmpty()) {
+        const QByteArray text = m_complete.takeFirst();
+        if (!m_complete.isEmpty() || m_atEnd)
+            QMetaObject::invokeMethod(this, &PipeTransport::handOn, Qt::QueuedConnection);
+        Q_EMIT textReceived(text);
+    }
+    if (self && m_atEnd)
         lose();
 }
 
@@ -119,7 +125,8 @@ void PipeTransport::writePending()
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0) {
-            // The reading side notices a lost browser, so that all texts that came before are still handed on.
+            // The reading side notices a lost browser, so that all texts that came before are still handed
+            // on.
             if (!wouldBlock())
                 m_unsent.clear();
             break;

@@ -26,6 +26,7 @@ public:
 
 private:
     void readAvailable();
+    void handOn();
     void writePending();
     void lose();
 
@@ -35,6 +36,7 @@ private:
     std::unique_ptr<QSocketNotifier> m_writable;
     QByteArray m_incomplete; ///< the start of a text whose NUL has not come yet
     QByteArrayList m_complete; ///< whole texts that wait for their turn
+    bool m_atEnd = false; ///< the browser has closed its side
     QByteArray m_unsent;
 };
 

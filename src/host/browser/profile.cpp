@@ -40,7 +40,7 @@ void removeAbandonedProfiles(const QString &parentDirectory)
 {
     const QDateTime newest = QDateTime::currentDateTime().addSecs(-youngestAbandonedSeconds);
     const QFileInfoList directories
-        = QDir(parentDirectory).entryInfoList({ namePrefix + u'*' }, QDir::Dirs | QDir::NoSymLinks);
+        = QDir(parentDirectory).entryInfoList({namePrefix + u'*'}, QDir::Dirs | QDir::NoSymLinks);
     for (const QFileInfo &directory : directories) {
         if (directory.ownerId() != getuid() || directory.lastModified() > newest)
             continue;

@@ -6,8 +6,9 @@
 
 namespace Ostrel::Host {
 
-/// Makes a fresh directory and removes it when destroyed. A host that was killed cannot clean up after itself, so
-/// each new profile also removes those whose host is gone: a living host holds a lock in its directory.
+/// Makes a fresh directory and removes it when destroyed. A host that was killed cannot clean up after
+/// itself, so each new profile also removes those whose host is gone: a living host holds a lock in its
+/// directory.
 class Profile
 {
 public:

@@ -41,9 +41,10 @@ std::optional<ProtocolMessage> parseProtocolMessage(const QByteArray &text)
     return message.method.isEmpty() ? std::nullopt : std::optional(message);
 }
 
-QByteArray composeCommand(int id, const QString &sessionId, const QString &method, const QJsonObject &parameters)
+QByteArray composeCommand(
+    int id, const QString &sessionId, const QString &method, const QJsonObject &parameters)
 {
-    QJsonObject root { { u"id"_s, id }, { u"method"_s, method } };
+    QJsonObject root{{u"id"_s, id}, {u"method"_s, method}};
     if (!parameters.isEmpty())
         root.insert("params"_L1, parameters);
     if (!sessionId.isEmpty())

@@ -23,6 +23,7 @@ struct ProtocolMessage
 std::optional<ProtocolMessage> parseProtocolMessage(const QByteArray &text);
 
 /// The text of a command; an empty session addresses the browser itself.
-QByteArray composeCommand(int id, const QString &sessionId, const QString &method, const QJsonObject &parameters);
+QByteArray composeCommand(
+    int id, const QString &sessionId, const QString &method, const QJsonObject &parameters);
 
 } // namespace Ostrel::Host

@@ -1,4 +1,5 @@
-// Transport: carries protocol texts to and from a browser. The lowest layer; everything above it runs on fakes too.
+// Transport: carries protocol texts to and from a browser. The lowest layer; everything above it runs on
+// fakes too.
 #pragma once
 
 #include <QByteArray>

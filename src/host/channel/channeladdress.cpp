@@ -26,7 +26,7 @@ QString ChannelAddress::interceptionPattern() const
 
 QString ChannelAddress::makeSecret()
 {
-    std::array<quint32, 4> bits {};
+    std::array<quint32, 4> bits{};
     QRandomGenerator::system()->fillRange(bits.data(), qsizetype(bits.size()));
     return QString::fromLatin1(
         QByteArray(reinterpret_cast<const char *>(bits.data()), qsizetype(sizeof bits)).toHex());

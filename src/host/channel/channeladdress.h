@@ -5,8 +5,8 @@
 
 namespace Ostrel::Host {
 
-/// Pages compose "http://127.0.0.1:" + port text + "/?" + query. The port text carries the secret, so that no other
-/// page and no other program on the machine can talk to the channel.
+/// Pages compose "http://127.0.0.1:" + port text + "/?" + query. The port text carries the secret, so that no
+/// other page and no other program on the machine can talk to the channel.
 struct ChannelAddress
 {
     int port = 0;

@@ -29,12 +29,12 @@ bool isTimestamp(QStringView part)
 
 std::optional<ChannelRequest> parseLogEvent(const QString &query, const QString &body)
 {
-    return ChannelRequest { ChannelRequestKind::LogEvent, query + body, {}, {}, {} };
+    return ChannelRequest{ChannelRequestKind::LogEvent, query + body, {}, {}, {}};
 }
 
 std::optional<ChannelRequest> parseEventHandler(const QString &query, const QString &body)
 {
-    ChannelRequest request { ChannelRequestKind::EventHandler, {}, {}, {}, {} };
+    ChannelRequest request{ChannelRequestKind::EventHandler, {}, {}, {}, {}};
     const QStringList parts = (query + body).split(u'&', Qt::SkipEmptyParts).mid(1);
     for (const QString &part : parts) {
         const qsizetype equals = part.indexOf(u'=');
@@ -49,22 +49,20 @@ std::optional<ChannelRequest> parseEventHandler(const QString &query, const QStr
 
 std::optional<ChannelRequest> parseWaitForConfirm(const QString &, const QString &)
 {
-    return ChannelRequest { ChannelRequestKind::WaitForConfirm, {}, {}, {}, {} };
+    return ChannelRequest{ChannelRequestKind::WaitForConfirm, {}, {}, {}, {}};
 }
 
 std::optional<ChannelRequest> parseWaitForPrompt(const QString &, const QString &)
 {
-    return ChannelRequest { ChannelRequestKind::WaitForPrompt, {}, {}, {}, {} };
+    return ChannelRequest{ChannelRequestKind::WaitForPrompt, {}, {}, {}, {}};
 }
 
-// A short line comes in the address, where the browser has encoded blanks and the like; a long one as the body,
-// which arrives as it is.
+// A short line comes in the address, where the browser has encoded blanks and the like; a long one as the
+// body, which arrives as it is.
 std::optional<ChannelRequest> parseDebugLog(const QString &query, const QString &body)
 {
-    const QString line = body.isEmpty()
-        ? QUrl::fromPercentEncoding(query.section(u'=', 1).toUtf8())
-        : body;
-    return ChannelRequest { ChannelRequestKind::DebugLog, line, {}, {}, {} };
+    const QString line = body.isEmpty() ? QUrl::fromPercentEncoding(query.section(u'=', 1).toUtf8()) : body;
+    return ChannelRequest{ChannelRequestKind::DebugLog, line, {}, {}, {}};
 }
 
 // "info=<x>,<y>,<width>,<height>,<name>": the name is escaped, so that it holds no "&" and keeps its commas.
@@ -76,15 +74,15 @@ std::optional<ChannelRequest> parseHighlightWidget(const QString &query, const Q
     if (fields.size() <= numberCount)
         return std::nullopt;
 
-    std::array<int, numberCount> numbers {};
+    std::array<int, numberCount> numbers{};
     for (qsizetype i = 0; i < numberCount; ++i) {
         bool isNumber = false;
         numbers[std::size_t(i)] = qRound(fields.at(i).toDouble(&isNumber));
         if (!isNumber)
             return std::nullopt;
     }
-    ChannelRequest request { ChannelRequestKind::HighlightWidget, {}, {}, {}, {} };
-    request.rectangle = { numbers[0], numbers[1], numbers[2], numbers[3] };
+    ChannelRequest request{ChannelRequestKind::HighlightWidget, {}, {}, {}, {}};
+    request.rectangle = {numbers[0], numbers[1], numbers[2], numbers[3]};
     request.name = unescape(fields.mid(numberCount).join(u','));
     return request;
 }
@@ -95,14 +93,14 @@ struct KindRow
     Parser parse;
 };
 
-constexpr std::array kinds {
-    KindRow { "logevent"_L1, parseLogEvent },
-    KindRow { "eventHandler"_L1, parseEventHandler },
-    KindRow { "waitForConfirm"_L1, parseWaitForConfirm },
-    KindRow { "waitForPrompt"_L1, parseWaitForPrompt },
-    KindRow { "debuglog"_L1, parseDebugLog },
+constexpr std::array kinds{
+    KindRow{"logevent"_L1, parseLogEvent},
+    KindRow{"eventHandler"_L1, parseEventHandler},
+    KindRow{"waitForConfirm"_L1, parseWaitForConfirm},
+    KindRow{"waitForPrompt"_L1, parseWaitForPrompt},
+    KindRow{"debuglog"_L1, parseDebugLog},
     // Kept as is: pages spell the word so.
-    KindRow { "highlighteWidget"_L1, parseHighlightWidget },
+    KindRow{"highlighteWidget"_L1, parseHighlightWidget},
 };
 
 // The kind word ends where a time, a further part or a value begins.

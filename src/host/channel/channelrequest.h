@@ -1,4 +1,5 @@
-// ChannelRequest: what a page says over the page channel, parsed. A free function on text, whatever carried it.
+// ChannelRequest: what a page says over the page channel, parsed. A free function on text, whatever carried
+// it.
 #pragma once
 
 #include "ostrelhook/geometry.h"
@@ -37,8 +38,8 @@ struct ChannelRequest
     ScreenRectangle rectangle;
 };
 
-/// `query` is what stands behind "/?" in the address, as it was sent; `body` is that of a POST. Nothing for a text
-/// that is none of the kinds or lacks what its kind needs.
+/// `query` is what stands behind "/?" in the address, as it was sent; `body` is that of a POST. Nothing for a
+/// text that is none of the kinds or lacks what its kind needs.
 std::optional<ChannelRequest> parseChannelRequest(const QString &query, const QString &body = {});
 
 } // namespace Ostrel::Host

@@ -17,7 +17,7 @@ constexpr int interceptedPort = 49151;
 
 QJsonObject header(const QString &name, const QString &value)
 {
-    return { { u"name"_s, name }, { u"value"_s, value } };
+    return {{u"name"_s, name}, {u"value"_s, value}};
 }
 
 QString bodyOf(const QJsonObject &request)
@@ -39,23 +39,20 @@ QString queryOf(const QJsonObject &request)
 
 ChannelAddress FetchCarrier::makeAddress()
 {
-    return { interceptedPort, ChannelAddress::makeSecret() };
+    return {interceptedPort, ChannelAddress::makeSecret()};
 }
 
 FetchCarrier::FetchCarrier(BrowserPage *page, PageChannel *channel, const ChannelAddress &address)
-    : QObject(page)
-    , m_page(page)
-    , m_channel(channel)
+    : QObject(page), m_page(page), m_channel(channel)
 {
     page->connection()->listen(page->sessionId(), u"Fetch.requestPaused"_s, this,
         [this](const QJsonObject &event) { carry(event); });
-    const QJsonObject pattern { { u"urlPattern"_s, address.interceptionPattern() } };
-    page->connection()->send(
-        page->sessionId(), u"Fetch.enable"_s, { { u"patterns"_s, QJsonArray { pattern } } });
+    const QJsonObject pattern{{u"urlPattern"_s, address.interceptionPattern()}};
+    page->connection()->send(page->sessionId(), u"Fetch.enable"_s, {{u"patterns"_s, QJsonArray{pattern}}});
 }
 
-// Answered first and delivered afterwards: who receives it may evaluate script, which a page that waits for its
-// answer could not run.
+// Answered first and delivered afterwards: who receives it may evaluate script, which a page that waits for
+// its answer could not run.
 void FetchCarrier::carry(const QJsonObject &event)
 {
     const QJsonObject pageRequest = event.value("request"_L1).toObject();
@@ -66,13 +63,11 @@ void FetchCarrier::carry(const QJsonObject &event)
         const BrowserPage::Refusal refusal(*m_page, u"The page waits for an answer of the host"_s);
         answer = m_channel->answer(*request);
     }
-    const QJsonArray headers { header(u"Access-Control-Allow-Origin"_s, u"*"_s),
-        header(u"Content-Type"_s, u"text/plain; charset=utf-8"_s),
-        header(u"Cache-Control"_s, u"no-store"_s) };
+    const QJsonArray headers{header(u"Access-Control-Allow-Origin"_s, u"*"_s),
+        header(u"Content-Type"_s, u"text/plain; charset=utf-8"_s), header(u"Cache-Control"_s, u"no-store"_s)};
     m_page->connection()->send(m_page->sessionId(), u"Fetch.fulfillRequest"_s,
-        { { u"requestId"_s, event.value("requestId"_L1) }, { u"responseCode"_s, request ? 200 : 404 },
-            { u"responseHeaders"_s, headers },
-            { u"body"_s, QString::fromLatin1(answer.toUtf8().toBase64()) } });
+        {{u"requestId"_s, event.value("requestId"_L1)}, {u"responseCode"_s, request ? 200 : 404},
+            {u"responseHeaders"_s, headers}, {u"body"_s, QString::fromLatin1(answer.toUtf8().toBase64())}});
     if (request)
         m_channel->deliver(*request);
     else

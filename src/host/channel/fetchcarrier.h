@@ -1,4 +1,5 @@
-// FetchCarrier: brings a tab's channel requests to the host by interception, so that nothing listens on the machine.
+// FetchCarrier: brings a tab's channel requests to the host by interception, so that nothing listens on the
+// machine.
 #pragma once
 
 #include "host/channel/channeladdress.h"
@@ -11,9 +12,9 @@ namespace Ostrel::Host {
 class BrowserPage;
 class PageChannel;
 
-/// The browser holds each request of the page for the channel's address back and asks the host, which fulfils it.
-/// Blocking requests work, since it is the browser's network side that asks and not the page. A content security
-/// policy or an https page is no obstacle.
+/// The browser holds each request of the page for the channel's address back and asks the host, which fulfils
+/// it. Blocking requests work, since it is the browser's network side that asks and not the page. A content
+/// security policy or an https page is no obstacle.
 class FetchCarrier : public QObject
 {
     Q_OBJECT
@@ -22,8 +23,8 @@ public:
     /// An address for interception. No program needs to listen at its port, nor does it matter if one does.
     static ChannelAddress makeAddress();
 
-    /// Starts to carry for `page`. To be made before the page's first document begins. Both arguments must outlive
-    /// this object.
+    /// Starts to carry for `page`. To be made before the page's first document begins. Both arguments must
+    /// outlive this object.
     FetchCarrier(BrowserPage *page, PageChannel *channel, const ChannelAddress &address);
 
 private:

@@ -88,11 +88,11 @@ HttpRequestReader::State HttpRequestReader::readHead()
     return State::Incomplete;
 }
 
-QByteArray composeHttpResponse(const QByteArray &status, const QByteArray &contentType, const QByteArray &body,
-    bool keepOpen, const QByteArray &extraHeaders)
+QByteArray composeHttpResponse(const QByteArray &status, const QByteArray &contentType,
+    const QByteArray &body, bool keepOpen, const QByteArray &extraHeaders)
 {
-    return "HTTP/1.1 " + status + "\r\nContent-Type: " + contentType
-        + "\r\nContent-Length: " + QByteArray::number(body.size()) + "\r\nCache-Control: no-store\r\nConnection: "
+    return "HTTP/1.1 " + status + "\r\nContent-Type: " + contentType + "\r\nContent-Length: "
+        + QByteArray::number(body.size()) + "\r\nCache-Control: no-store\r\nConnection: "
         + (keepOpen ? "keep-alive" : "close") + "\r\n" + extraHeaders + "\r\n" + body;
 }
 

@@ -13,8 +13,14 @@ struct HttpRequest
     QMap<QByteArray, QByteArray> headers; ///< names in lower case
     QByteArray body;
 
-    QByteArray path() const { return target.left(target.indexOf('?') < 0 ? target.size() : target.indexOf('?')); }
-    QByteArray query() const { return target.indexOf('?') < 0 ? QByteArray() : target.mid(target.indexOf('?') + 1); }
+    QByteArray path() const
+    {
+        return target.left(target.indexOf('?') < 0 ? target.size() : target.indexOf('?'));
+    }
+    QByteArray query() const
+    {
+        return target.indexOf('?') < 0 ? QByteArray() : target.mid(target.indexOf('?') + 1);
+    }
 };
 
 /// Fed with what the socket gives, in pieces of any size.
@@ -45,8 +51,9 @@ private:
     State m_state = State::Incomplete;
 };
 
-/// A whole response; `status` is code and reason, "404 Not Found". The connection is kept open or closed as told.
-QByteArray composeHttpResponse(const QByteArray &status, const QByteArray &contentType, const QByteArray &body,
-    bool keepOpen, const QByteArray &extraHeaders = {});
+/// A whole response; `status` is code and reason, "404 Not Found". The connection is kept open or closed as
+/// told.
+QByteArray composeHttpResponse(const QByteArray &status, const QByteArray &contentType,
+    const QByteArray &body, bool keepOpen, const QByteArray &extraHeaders = {});
 
 } // namespace Ostrel::Host

@@ -22,9 +22,7 @@ bool wantsToStay(const HttpRequest &request)
 
 } // namespace
 
-HttpServer::HttpServer(Handler handler, QObject *parent)
-    : QObject(parent)
-    , m_handler(std::move(handler))
+HttpServer::HttpServer(Handler handler, QObject *parent) : QObject(parent), m_handler(std::move(handler))
 {
     connect(&m_server, &QTcpServer::newConnection, this, &HttpServer::accept);
 }
@@ -50,8 +48,9 @@ void HttpServer::accept()
     }
 }
 
-// True when a request was served. Several may come in one piece. What is to be done after a response waits until
-// the socket's signal is over, since it may run a nested event loop and the socket signals nothing meanwhile.
+// True when a request was served. Several may come in one piece. What is to be done after a response waits
+// until the socket's signal is over, since it may run a nested event loop and the socket signals nothing
+// meanwhile.
 bool HttpServer::serveRequests(QTcpSocket *socket, HttpRequestReader &reader)
 {
     bool served = false;

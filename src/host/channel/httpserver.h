@@ -23,7 +23,8 @@ struct HttpResponse
     std::function<void()> afterwards;
 };
 
-/// Listens on 127.0.0.1 only. A connection that sends nothing sensible is closed, one that is slow after a limit.
+/// Listens on 127.0.0.1 only. A connection that sends nothing sensible is closed, one that is slow after a
+/// limit.
 class HttpServer : public QObject
 {
     Q_OBJECT

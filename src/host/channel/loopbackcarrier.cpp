@@ -17,9 +17,8 @@ const QByteArray preflightHeaders = corsHeaders
 } // namespace
 
 LoopbackCarrier::LoopbackCarrier(PageChannel *channel, QObject *parent)
-    : QObject(parent)
-    , m_channel(channel)
-    , m_server([this](const HttpRequest &request) { return respond(request); })
+    : QObject(parent), m_channel(channel),
+      m_server([this](const HttpRequest &request) { return respond(request); })
 {
 }
 
@@ -27,7 +26,7 @@ FunctionCallResult<ChannelAddress> LoopbackCarrier::start()
 {
     if (!m_server.listen())
         return Failure(u"Could not listen on 127.0.0.1 for the page channel"_s);
-    m_address = { m_server.port(), ChannelAddress::makeSecret() };
+    m_address = {m_server.port(), ChannelAddress::makeSecret()};
     return m_address;
 }
 
@@ -58,7 +57,8 @@ HttpResponse LoopbackCarrier::respond(const HttpRequest &httpRequest)
         return response;
     }
     response.body = m_channel->answer(*request).toUtf8();
-    // Answered first: who receives it may evaluate script, which a page that waits for its answer could not run.
+    // Answered first: who receives it may evaluate script, which a page that waits for its answer could not
+    // run.
     response.afterwards = [channel = m_channel, request = *request] { channel->deliver(request); };
     return response;
 }

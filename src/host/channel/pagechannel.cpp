@@ -14,9 +14,8 @@ QString promptResult(const QString &text)
 }
 
 PageChannel::PageChannel(QObject *parent)
-    : QObject(parent)
-    , m_confirmAnswer([] { return u"false"_s; })
-    , m_promptAnswer([] { return promptCancelled; })
+    : QObject(parent), m_confirmAnswer([] { return u"false"_s; }),
+      m_promptAnswer([] { return promptCancelled; })
 {
 }
 
@@ -71,7 +70,8 @@ void PageChannel::deliver(const ChannelRequest &request)
 void PageChannel::logUnknown(const QString &query)
 {
     constexpr qsizetype shownCharacters = 200;
-    qCWarning(channelLog).noquote() << "The page sent a request of no known kind:" << query.left(shownCharacters);
+    qCWarning(channelLog).noquote() << "The page sent a request of no known kind:"
+                                    << query.left(shownCharacters);
 }
 
 } // namespace Ostrel::Host

@@ -1,4 +1,5 @@
-// PageChannel: understands what pages send to the host and gives the answers. The carriers bring it the requests.
+// PageChannel: understands what pages send to the host and gives the answers. The carriers bring it the
+// requests.
 #pragma once
 
 #include "host/channel/channelrequest.h"
@@ -34,8 +35,8 @@ public:
     /// How a prompt is answered: promptResult() or promptCancelled. By default cancelled.
     void setPromptAnswer(AnswerFunction answer);
 
-    /// The text that the page gets back; empty for all requests but the two that wait. Runs nothing else, so that
-    /// a carrier answers first and delivers afterwards.
+    /// The text that the page gets back; empty for all requests but the two that wait. Runs nothing else, so
+    /// that a carrier answers first and delivers afterwards.
     QString answer(const ChannelRequest &request) const;
 
     /// Sends the signal that belongs to the request. A receiver may evaluate script in the page.

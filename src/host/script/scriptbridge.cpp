@@ -1,7 +1,7 @@
 #include "host/script/scriptbridge.h"
 
 #include "ostrelhook/arrayclass.h"
-// #include "ostrelhook/delegates.h"
+#include "ostrelhook/delegates.h"
 #include "ostrelhook/globalclass.h"
 #include "ostrelhook/inspector.h"
 #include "ostrelhook/namespace.h"
@@ -206,18 +206,14 @@ QString ScriptBridge::text(const QJSValue &handle)
     const SharedPtr<Object> object = objectFrom(handle, u"toString"_s);
     if (!object)
         return {};
-    const QString text = QString();
+    const QString text = objectAsText(object);
     throwPending();
     return text;
 }
 
 bool ScriptBridge::same(const QJSValue &a, const QJSValue &b)
 {
-    const SharedPtr<Object> left = heldObject(a);
-    const SharedPtr<Object> right = heldObject(b);
-    if (!left || !right)
-        return a.strictlyEquals(b);
-    return left == right;
+    return objectsAreEqual(fromScript(a), fromScript(b));
 }
 
 QString ScriptBridge::unknownMember(const QJSValue &handle, const QString &name) const

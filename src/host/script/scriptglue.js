@@ -64,6 +64,15 @@
         // A property hides the method of the same name: both read the same value.
         description.properties.forEach(name => defineProperty(prototype, name));
         defineMethod(prototype, "toString", function () { return bridge.text(this[handleKey]); });
+        // A class of nothing but properties is a value, such as a rectangle: it shows as its members.
+        if (description.methods.length === 0 && !description.base) {
+            defineMethod(prototype, "toJSON", function () {
+                return description.properties.reduce((members, name) => {
+                    members[name] = this[name];
+                    return members;
+                }, {});
+            });
+        }
 
         const constructor = function () {
             throw new Error(description.name + " objects come from the page and cannot be made by a script.");

@@ -79,7 +79,12 @@ FunctionCallResult<void> TestSession::launch(const SessionOptions &options)
     m_browser = std::move(browser.value);
     m_injection = {getOstrelJsNamespaceInitCode(),
         pageVariables(m_config, {m_browser->majorVersion(), m_channelAddress.portText()}), getJSCode(m_config)};
-    connect(m_browser.get(), &Browser::pageOpened, this, &TestSession::preparePage, Qt::DirectConnection);
+    // A tab that opens later is held back until it is prepared; the one that is there has begun already.
+    connect(
+        m_browser.get(), &Browser::pageOpened, this,
+        [this](BrowserPage *page) { preparePage(page, Begun::NotYet); }, Qt::DirectConnection);
+    for (BrowserPage *page : m_browser->pages())
+        preparePage(page, Begun::Already);
 
     const FunctionCallResult<BrowserPage *> page = m_browser->openPage();
     if (page.failed())
@@ -87,14 +92,14 @@ FunctionCallResult<void> TestSession::launch(const SessionOptions &options)
     return {};
 }
 
-void TestSession::preparePage(BrowserPage *page)
+void TestSession::preparePage(BrowserPage *page, Begun begun)
 {
     page->setConfig(&m_config);
     auto *carrier = new FetchCarrier(page, &m_channel, m_channelAddress);
     carrier->setParent(page);
     connect(page, &BrowserPage::documentGone, this, [page] { invalidatePageReferences(page); });
     connect(page, &BrowserPage::closed, this, [page] { invalidatePageReferences(page); });
-    const FunctionCallResult<void> injected = page->setInjection(m_injection, true);
+    const FunctionCallResult<void> injected = page->setInjection(m_injection, begun == Begun::Already);
     if (injected.failed())
         PROBELOG_TRACE("WebWrapper", u"Cannot inject into a page: %1"_s.arg(injected.error));
 }

@@ -61,7 +61,9 @@ private:
     TestSession(const SessionOptions &options, LogFunction log);
 
     FunctionCallResult<void> launch(const SessionOptions &options);
-    void preparePage(BrowserPage *page);
+    /// Whether the first document of a tab is there when the tab is prepared.
+    enum class Begun { NotYet, Already };
+    void preparePage(BrowserPage *page, Begun begun);
     void registerFunctions();
 
     FunctionCallResult<void> open(const QString &address);

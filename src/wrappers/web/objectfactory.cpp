@@ -13,7 +13,10 @@
 #include "wrappers/web/htmlarray.h"
 #include "wrappers/web/htmlcomponent.h"
 #include "wrappers/web/scripttext.h"
-#include "wrappers/web/toolkits/toolkitwidgets.h"
+#include "wrappers/web/toolkits/backbase.h"
+#include "wrappers/web/toolkits/dojo.h"
+#include "wrappers/web/toolkits/gwc.h"
+#include "wrappers/web/toolkits/qooxdoo.h"
 #include "wrappers/web/webobject.h"
 
 #include <json/value.h>

@@ -40,7 +40,7 @@ class PAGEPROBELIB_EXPORT HTML_Object
 public:
     static constexpr char ScriptName[] = "HTML_Object";
 
-    enum PropertyId {
+    enum PropertyId : int {
         Id,
         InnerText,
         InnerHtml,

@@ -15,13 +15,6 @@ QString getLabelFromExtension(
         u"Error while invoking optional API Extension.getLabel: %1");
 }
 
-/// A comparison that takes "True" as well: what the options of lists answer with.
-FunctionCallResult<bool> isTrueInAnyCase(FunctionCallResult<QString> answer)
-{
-    answer.value = answer.value.toLower();
-    return isTrue(answer);
-}
-
 } // namespace
 
 // Buttons. States go out in quotes, as texts: what an extension does with the text "false" is its own matter.

@@ -24,6 +24,12 @@ FunctionCallResult<bool> isTrue(const FunctionCallResult<QString> &answer)
     return answer.value == "true"_L1;
 }
 
+FunctionCallResult<bool> isTrueInAnyCase(FunctionCallResult<QString> answer)
+{
+    answer.value = answer.value.toLower();
+    return isTrue(answer);
+}
+
 FunctionCallResult<QString> cleaned(const FunctionCallResult<QString> &answer)
 {
     if (answer.failed())

@@ -41,6 +41,9 @@ QString wordOf(bool value);
 /// Whether the answer is the word "true".
 FunctionCallResult<bool> isTrue(const FunctionCallResult<QString> &answer);
 
+/// The same for page functions that may answer "True" as well.
+FunctionCallResult<bool> isTrueInAnyCase(FunctionCallResult<QString> answer);
+
 /// The answer without white space at its ends and without line breaks; "undefined" counts as no text.
 FunctionCallResult<QString> cleaned(const FunctionCallResult<QString> &answer);
 

@@ -295,7 +295,7 @@ function __ostrel__xpath__correctValues(xpath) {
         return this.nodeset();
     }
 
-    // "1." and "." with digits on either side are numbers, "+1", "0x10" and "1e3" are not
+    // "1." and ".5" are numbers; "+1", "0x10" and "1e3" are not
     xpath.XNumber.prototype.numberFormat = /^[ \t\r\n]*-?(?:[0-9]+(?:\.[0-9]*)?|\.[0-9]+)[ \t\r\n]*$/;
 
     // a node set counts as a number by its text, and an empty text is none

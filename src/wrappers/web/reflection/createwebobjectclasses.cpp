@@ -6,6 +6,7 @@
 #include "wrappers/web/reflection/cssproperties.h"
 #include "wrappers/web/reflection/htmlevent.h"
 #include "wrappers/web/reflection/objectdelegates.h"
+#include "wrappers/web/reflection/tableinterface.h"
 #include "wrappers/web/reflection/tables.h"
 #include "wrappers/web/webobject.h"
 
@@ -15,8 +16,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr auto deadElement = u"Object reference deleted in browser already, please obtain a new reference using "
-                             "waitForObject or findObject";
 constexpr auto deadXPathResult = u"XPathResult reference deleted in browser already, please obtain a new "
                                  "reference using the obj.evaluateXPath() function.";
 
@@ -27,8 +26,8 @@ constexpr WrapperFamily familyOf(const char16_t *deadMessage)
         [](void *wrapper) { delete static_cast<Wrapper *>(wrapper); }};
 }
 
-constexpr WrapperFamily elementFamily = familyOf<HTML_Object>(deadElement);
-constexpr WrapperFamily styleFamily = familyOf<HTML_Style>(deadElement);
+constexpr WrapperFamily elementFamily = familyOf<HTML_Object>(deadElementMessage);
+constexpr WrapperFamily styleFamily = familyOf<HTML_Style>(deadElementMessage);
 constexpr WrapperFamily xpathResultFamily = familyOf<HTML_XPathResult>(deadXPathResult);
 
 using Creator = Class *(*)(Namespace *);
@@ -57,67 +56,67 @@ constexpr Creator creators[] = {
     make<CssColorClass>,
     element<HTML_Anchor_Class>,
     element<HTML_Array_Class>,
-    // TODO element<HTML_BackBaseButton_Class>,
-    // TODO element<HTML_BackBaseComboBox_Class>,
-    // TODO element<HTML_BackBaseListView_Class>,
-    // TODO element<HTML_BackBaseSpinner_Class>,
+    element<HTML_BackBaseButton_Class>,
+    element<HTML_BackBaseComboBox_Class>,
+    element<HTML_BackBaseListView_Class>,
+    element<HTML_BackBaseSpinner_Class>,
     element<HTML_Button_Class>,
     element<HTML_ButtonBase_Class>,
-    // TODO element<HTML_CalendarEvent_Class>,
-    // TODO element<HTML_CalendarView_Class>,
+    element<HTML_CalendarEvent_Class>,
+    element<HTML_CalendarView_Class>,
     element<HTML_CheckBox_Class>,
-    // TODO element<HTML_ColorField_Class>,
-    // TODO element<HTML_CustomButton_Class>,
-    // TODO element<HTML_CustomButtonBase_Class>,
-    // TODO element<HTML_CustomCheckbox_Class>,
-    // TODO element<HTML_CustomComboBox_Class>,
-    // TODO element<HTML_CustomItem_Class>,
-    // TODO element<HTML_CustomItemView_Class>,
-    // TODO element<HTML_CustomRadioButton_Class>,
-    // TODO element<HTML_CustomSelectList_Class>,
-    // TODO element<HTML_CustomText_Class>,
-    // TODO element<HTML_DateChooser_Class>,
+    element<HTML_ColorField_Class>,
+    element<HTML_CustomButton_Class>,
+    element<HTML_CustomButtonBase_Class>,
+    element<HTML_CustomCheckbox_Class>,
+    element<HTML_CustomComboBox_Class>,
+    element<HTML_CustomItem_Class>,
+    element<HTML_CustomItemView_Class>,
+    element<HTML_CustomRadioButton_Class>,
+    element<HTML_CustomSelectList_Class>,
+    element<HTML_CustomText_Class>,
+    element<HTML_DateChooser_Class>,
     element<HTML_Document_Class>,
-    // TODO element<HTML_DojoSplitPane_Class>,
-    // TODO element<HTML_DojoTree_Class>,
+    element<HTML_DojoSplitPane_Class>,
+    element<HTML_DojoTree_Class>,
     make<HTML_Event_Class>,
-    // TODO element<HTML_ExpandableSectionHeader_Class>,
+    element<HTML_ExpandableSectionHeader_Class>,
     element<HTML_Form_Class>,
     element<HTML_FormElement_Class>,
-    // TODO element<HTML_GWCFormFieldBox_Class>,
-    // TODO element<HTML_GWCTable_Class>,
+    element<HTML_GWCFormFieldBox_Class>,
+    element<HTML_GWCTable_Class>,
     element<HTML_Image_Class>,
     element<HTML_ImageButton_Class>,
-    // TODO element<HTML_KiwiChoice_Class>,
-    // TODO element<HTML_KiwiMatrix_Class>,
-    // TODO element<HTML_KiwiMatrixCell_Class>,
-    // TODO element<HTML_KiwiMatrixTable_Class>,
-    // TODO element<HTML_KiwiMoreMenu_Class>,
-    // TODO element<HTML_KiwiMoreMenuItem_Class>,
-    // TODO element<HTML_KiwiTable_Class>,
-    // TODO element<HTML_KiwiTableCell_Class>,
-    // TODO element<HTML_KiwiTree_Class>,
-    // TODO element<HTML_KiwiTreeTable_Class>,
-    // TODO element<HTML_KiwiTreeTableCell_Class>,
-    // TODO element<HTML_Menu_Class>,
-    // TODO element<HTML_MenuButton_Class>,
-    // TODO element<HTML_MenuItem_Class>,
+    element<HTML_KiwiChoice_Class>,
+    element<HTML_KiwiMatrix_Class>,
+    element<HTML_KiwiMatrixCell_Class>,
+    element<HTML_KiwiMatrixTable_Class>,
+    element<HTML_KiwiMoreMenu_Class>,
+    element<HTML_KiwiMoreMenuItem_Class>,
+    element<HTML_KiwiTable_Class>,
+    element<HTML_KiwiTableCell_Class>,
+    element<HTML_KiwiTree_Class>,
+    element<HTML_KiwiTreeTable_Class>,
+    element<HTML_KiwiTreeTableCell_Class>,
+    element<HTML_Menu_Class>,
+    element<HTML_MenuButton_Class>,
+    element<HTML_MenuItem_Class>,
     element<HTML_Object_Class>,
     element<HTML_Option_Class>,
-    // TODO element<HTML_ProgressBar_Class>,
-    // TODO element<HTML_QxWidget_Class>,
-    // TODO element<HTML_QxWidgetElement_Class>,
+    element<HTML_ProgressBar_Class>,
+    element<HTML_QxWidget_Class>,
+    element<HTML_QxWidgetElement_Class>,
     element<HTML_RadioButton_Class>,
     element<HTML_Select_Class>,
     element<HTML_ShadowRoot_Class>,
     pageValue<HTML_Style_Class, styleFamily>,
-    // TODO element<HTML_Tab_Class>,
-    // TODO element<HTML_TabWidget_Class>,
-    // TODO element<HTML_Table_Class>,
+    element<HTML_Tab_Class>,
+    element<HTML_TabWidget_Class>,
+    element<HTML_Table_Class>,
     element<HTML_Text_Class>,
     element<HTML_TextArea_Class>,
     element<HTML_TextBase_Class>,
-    // TODO element<HTML_TreeBase_Class>,
+    element<HTML_TreeBase_Class>,
     pageValue<HTML_XPathResult_Class, xpathResultFamily>,
     make<CSSProperties_Class>,
 };
@@ -135,6 +134,8 @@ void createWebObjectClasses()
     for (const Creator create : creators)
         create(home);
     registerObjectDelegates();
+    auto *tableInterface = new HTML_TableVPInterface_TableInterfaceClass<HTML_Table>(home);
+    Inspector::self()->findClass(u"HTML_Table"_s)->addInterface(tableInterface->name(), tableInterface);
 }
 
 } // namespace Ostrel::WebWrapper

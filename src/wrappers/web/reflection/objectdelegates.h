@@ -1,4 +1,5 @@
-// The delegates that belong to every element class: what a script prints for an element and when two are equal.
+// The delegates that belong to every element class: what a script prints for an element and when two are
+// equal.
 #pragma once
 
 #include "ostrelhook/delegates.h"
@@ -6,7 +7,8 @@
 
 namespace Ostrel::WebWrapper {
 
-/// Turns an element into text: its reference expression, not its name or content. Nothing turns into an element.
+/// Turns an element into text: its reference expression, not its name or content. Nothing turns into an
+/// element.
 class PAGEPROBELIB_EXPORT HTML_Object_CastToStringDelegate : public CastDelegate
 {
 public:

@@ -6,6 +6,10 @@
 
 namespace Ostrel::WebWrapper {
 
+/// The script error of every use of an element whose reference is invalid.
+inline constexpr const char16_t *deadElementMessage
+    = u"Object reference deleted in browser already, please obtain a new reference using waitForObject or findObject";
+
 /// Base of all element classes: a table of members, and the one place that frees the wrappers of scripts.
 class PAGEPROBELIB_EXPORT HTML_ObjectBase_Class : public TableClass
 {
