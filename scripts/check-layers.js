@@ -19,9 +19,8 @@ const reach = (room) => new Set([room, ...below[room].flatMap((next) => [...reac
 const roomOf = (file) => Object.keys(below).find((room) => file.startsWith(`${room}/`));
 const matches = (text, pattern) => [...text.matchAll(pattern)].map((match) => match.slice(1));
 
-const files = fs.readdirSync(root, { withFileTypes: true, recursive: true })
-    .filter((entry) => entry.isFile())
-    .map((entry) => path.relative(root, path.join(entry.parentPath ?? entry.path, entry.name)).replace(/\\/g, "/"))
+const files = fs.readdirSync(root, { recursive: true })
+    .filter((name) => /\.(h|cpp)$|CMakeLists\.txt$/.test(name))
     .map((name) => ({ name, room: roomOf(name), text: fs.readFileSync(path.join(root, name), "utf8") }))
     .filter((file) => file.room !== undefined);
 const buildFiles = files.filter((file) => file.name.endsWith("CMakeLists.txt"));
@@ -41,7 +40,7 @@ for (const file of buildFiles) {
     }
 }
 const reachLinked = (room) => [...linked[room]].flatMap((next) => next === room ? [room] : [...reach(next)]);
-for (const file of files.filter(({ name }) => /\.(h|cpp)$/.test(name))) {
+for (const file of files.filter((each) => !buildFiles.includes(each))) {
     for (const [header] of matches(file.text, /^#include "([^"]+)"/gm).filter(([name]) => !name.endsWith(".moc"))) {
         const room = roomOf(header);
         if (room === undefined) {

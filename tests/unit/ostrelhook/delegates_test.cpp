@@ -225,7 +225,7 @@ TEST_F(HierarchyTest, EachStepOfAPathAsksTheDelegateOfItsClass)
 {
     FakeHierarchy forButtons(u"Sample_Button"_s);
     forButtons.names.insert(second.get(), u"b"_s);
-    const SharedPtr<Object> icon = forButtons.add(second, u"icon"_s);
+    const SharedPtr<Object> icon = forButtons.add(second, u"icon"_s, new Button);
 
     EXPECT_EQ(objectByPath(root, {u"page"_s, u"b"_s, u"icon"_s}), icon);
     EXPECT_EQ(objectByPath(root, {}), root);

@@ -1,8 +1,8 @@
 // 01  Log event: puts an event text on its way to the endpoint.
 //
 // Defines  __ostrel__getLogEventUrl, __ostrel__sendLogEventData, __ostrel__tabIdLogEventParameter
-// Calls    __ostrel__sendXMLHttpRequest, __ostrel__sendXMLHttpPost (02a-channel),
-//          __ostrel__getDocumentForEvent (01c-event-object)
+// Calls    __ostrel__getDocumentForEvent (01c-event-object), __ostrel__sendXMLHttpPost, __ostrel__sendXMLHttpRequest
+//          (02a-channel)
 // At load  nothing runs
 
 /**

@@ -10,10 +10,10 @@
 //          __ostrel__determineEventObject, __ostrel__eventObject, __ostrel__findEvent, __ostrel__rootOf,
 //          __ostrel__srcElement (01c-event-object), __ostrel__eventToStr (01d-event-text), __ostrel__install__handler
 //          (01e-change-listeners), __ostrel__asyncWaitRequest (02a-channel), __ostrel__contextOfForUrl,
-//          __ostrel__ctxwin, __ostrel__findDocument (02c-contexts), __ostrel__getDocumentForNode (02d-classification),
-//          __ostrel__checkForObjectOverlayRelatedEvent, __ostrel__logPickEvent, __ostrel__pickableObject
-//          (02g-overlay), __ostrel__recordTouchEvents (16-touch-recording), __ostrel__listContains
-//          (23-extension-interface)
+//          __ostrel__ctxwin, __ostrel__findDocument (02c-contexts), __ostrel__getDocumentForNode
+//          (02d-classification), __ostrel__checkForObjectOverlayRelatedEvent, __ostrel__logPickEvent,
+//          __ostrel__pickableObject (02g-overlay), __ostrel__recordTouchEvents (16-touch-recording),
+//          __ostrel__listContains (23-extension-interface)
 // At load  the last select event is forgotten and the list of recording filters is created
 
 /** @type {?Event} The last event on a select, for browsers whose change events cannot be captured. */

@@ -7,10 +7,11 @@
 //          __ostrel__hasClickHandler, __ostrel__hasSmartClientId, __ostrel__isKnownWidget,
 //          __ostrel__isKnownWidgetClass, __ostrel__isBackbaseWidget, __ostrel__markAsEventObject,
 //          __ostrel__climbingTypes
-// Calls    __ostrel__contextList (02c-contexts), __ostrel__findUsableParentElement, __ostrel__getDocumentForNode,
-//          __ostrel__isDocumentNode, __ostrel__typeOf (02d-classification), __ostrel__eventObject__hooks,
-//          __ostrel__knownWidgets (02e-hook-lists), __ostrel__enclosingLink, __ostrel__isMenuCell (03a-naming),
-//          __ostrel__isVisible (12-visibility), Ostrel.arrayIndexOf, __ostrel__listContains (23-extension-interface)
+// Calls    __ostrel.getAllFrames, __ostrel__contextList (02c-contexts), __ostrel__findUsableParentElement,
+//          __ostrel__getDocumentForNode, __ostrel__isDocumentNode, __ostrel__typeOf (02d-classification),
+//          __ostrel__eventObject__hooks, __ostrel__knownWidgets (02e-hook-lists), __ostrel__enclosingLink,
+//          __ostrel__isMenuCell (03a-naming), __ostrel__isVisible (12-visibility), Ostrel, __ostrel__listContains
+//          (23-extension-interface)
 // At load  the list of types that make the search climb is created
 
 /**

@@ -11,7 +11,7 @@
 //          __ostrel__objectNameAndType__hooks (02e-hook-lists), __ostrel__isMenuCell, __ostrel__nameOf (03a-naming),
 //          __ostrel__getPageOffsetX, __ostrel__getPageOffsetY (09c-document-geometry), __ostrel__elementPos
 //          (17d-mouse-events), __ostrel__createMultiSelectOptionStr, __ostrel__getSelectedOptionTexts,
-//          __ostrel__selectedOptionText (17f-select-options), Ostrel.arrayIndexOf (23-extension-interface)
+//          __ostrel__selectedOptionText (17f-select-options), Ostrel (23-extension-interface)
 // At load  the list of the types with a text value is created
 
 /**

@@ -5,7 +5,7 @@
 //          __ostrel__addObjectToEventStorage, __ostrel__getSessionStorageEvents, __ostrel__storedEvents,
 //          __ostrel__asyncWaitForPageprobeMsg, __ostrel__asyncWaitStateChanged, __ostrel__processPageprobeMsg,
 //          __ostrel__asyncWaitRequest
-// Calls    __ostrel__isQWebViewBrowser, __ostrel__usesEventLoggerBridge, __ostrel__isJavaSWTBrowser
+// Calls    __ostrel__isJavaSWTBrowser, __ostrel__isQWebViewBrowser, __ostrel__usesEventLoggerBridge
 //          (07-browser-detection), __ostrel__JSON (24-json2)
 // At load  resets the state of the long poll; the poll itself is started by 02z-start
 

@@ -2,8 +2,8 @@
 //
 // Defines  __ostrel__debug, __ostrel__log, __ostrel__console, __ostrel__closeLog, __ostrel__alert,
 //          __ostrel__log__window, __ostrel__logSink, __ostrel__logToPopup
-// Calls    __ostrel__sendXMLHttpRequest, __ostrel__sendXMLHttpPost (02a-channel), __ostrel__isQWebViewBrowser,
-//          __ostrel__usesEventLoggerBridge, __ostrel__isJavaSWTBrowser (07-browser-detection)
+// Calls    __ostrel__sendXMLHttpPost, __ostrel__sendXMLHttpRequest (02a-channel), __ostrel__isJavaSWTBrowser,
+//          __ostrel__isQWebViewBrowser, __ostrel__usesEventLoggerBridge (07-browser-detection)
 // At load  forgets the log window
 
 /**

@@ -128,6 +128,7 @@ function __ostrel__findUsableParentElement(elem) {
  */
 window.top.__ostrel.childObjectAndInfo = function (domnode) {
     var records = [],
+        walk = {},
         child;
 
     // Kept as is: the mark and the widget are two members whose names differ by the underscore.
@@ -140,24 +141,25 @@ window.top.__ostrel.childObjectAndInfo = function (domnode) {
     }
     child = __ostrelDOMAPI.firstChild(domnode);
     while (child) {
-        records[records.length] = __ostrel__childRecord(child);
+        records[records.length] = __ostrel__childRecord(child, walk);
         child = __ostrelDOMAPI.nextSibling(child);
     }
     if (domnode.shadowRoot) {
-        records[records.length] = __ostrel__childRecord(domnode.shadowRoot);
+        records[records.length] = __ostrel__childRecord(domnode.shadowRoot, walk);
     }
     return records;
 };
 
 /**
  * @param {Node} node
+ * @param {Object} walk shared by the children of one parent, so that naming them all counts its siblings once
  * @return {{reference: string, typeString: string, nameInLeaf: string}}
  */
-function __ostrel__childRecord(node) {
+function __ostrel__childRecord(node, walk) {
     return {
         reference: __ostrel__idForObject(node),
         typeString: __ostrel__typeOf(node),
-        nameInLeaf: __ostrel__uniqueNameInLeaf(node)
+        nameInLeaf: __ostrel__uniqueNameInLeaf(node, walk)
     };
 }
 

@@ -33,7 +33,7 @@ function __ostrel__uniqueNameInLeaf(o, walk) {
     if (!o.parentNode) {
         return "DOCUMENT";
     }
-    // The member of qooxdoo objects is written in lower case; the one of elements is another.
+    // Widgets of that toolkit spell the member in lower case; the one of elements is another.
     if (o.classname && String(o.classname).indexOf("qx") !== -1) {
         return "qx_Widget";
     }

@@ -1,8 +1,8 @@
 // 08  Object tree: collects whole subtrees and many property values in one go, for the object dump.
 //
 // Defines  __ostrel.objectTreeInformation, __ostrel.readPropertiesFromObjects
-// Calls    __ostrel.childObjectAndInfo (02d-classification),
-//          __ostrel__idForObject, __ostrel__objectOfReference (04-reference-store)
+// Calls    __ostrel.childObjectAndInfo (02d-classification), __ostrel__idForObject, __ostrel__objectOfReference
+//          (04-reference-store)
 // At load  assigns members of the namespace
 
 /**

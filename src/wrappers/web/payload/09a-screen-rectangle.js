@@ -6,7 +6,7 @@
 //          __ostrel__cutAtViewport, __ostrel__needsAccessibleBounds, __ostrel__readAccessibleBounds,
 //          __ostrel__fixSizeForIE
 // Calls    __ostrel__currentContext (02c-contexts), __ostrel__getDocumentForNode (02d-classification),
-//          __ostrel__applyDevicePixelRatio, __ostrel__applyBridgeZoom, __ostrel__getViewportScreenPosition,
+//          __ostrel__applyBridgeZoom, __ostrel__applyDevicePixelRatio, __ostrel__getViewportScreenPosition,
 //          __ostrel__viewportSizeOnScreen (09b-viewport)
 // At load  nothing runs
 

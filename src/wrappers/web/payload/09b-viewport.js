@@ -11,12 +11,11 @@
 //          __ostrel__isSafariOnMac, __ostrel__addPositions, __ostrel__applyDevicePixelRatio,
 //          __ostrel__applyBridgeZoom, __ostrel__scaleRectOrPosition, __ostrel__framePositionInView,
 //          __ostrel__borderInPixels, __ostrel__getFrameOffset, __ostrel__offsetOfFrame
-// Calls    __ostrel__currentContext (02c-contexts), __ostrel__needToApplyDevicePixelRatio,
-//          __ostrel__usesEventLoggerBridge, __ostrel__isJavaFXWebViewBrowser,
-//          __ostrel__isAndroidWebViewBrowser, __ostrel__isQWebViewBrowser,
-//          __ostrel__isJavaSWTBrowser (07-browser-detection),
-//          __ostrel__getClientBoundingRect (09a-screen-rectangle),
-//          __ostrel__styleInfo, __ostrel__cssToPx (12-visibility)
+// Calls    __ostrel__currentContext (02c-contexts), __ostrel__isAndroidWebViewBrowser,
+//          __ostrel__isJavaFXWebViewBrowser, __ostrel__isJavaSWTBrowser, __ostrel__isQWebViewBrowser,
+//          __ostrel__needToApplyDevicePixelRatio, __ostrel__usesEventLoggerBridge (07-browser-detection),
+//          __ostrel__getClientBoundingRect (09a-screen-rectangle), __ostrel__cssToPx, __ostrel__styleInfo
+//          (12-visibility)
 // At load  the members of window.top.__ostrel are set
 
 /**

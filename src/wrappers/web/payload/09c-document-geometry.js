@@ -8,8 +8,8 @@
 //          __ostrel__devicePixelRatioOfDump, __ostrel__contentCorner, __ostrel__cornerCorrection,
 //          __ostrel__scrollPositionOf
 // Calls    __ostrel__currentContext (02c-contexts), __ostrel__isDocumentNode (02d-classification),
-//          __ostrel__invalidRectangle (09a-screen-rectangle), __ostrel__getFrameOffset,
-//          __ostrel__addPositions (09b-viewport), __ostrel__styleInfo (12-visibility)
+//          __ostrel__invalidRectangle (09a-screen-rectangle), __ostrel__addPositions, __ostrel__getFrameOffset
+//          (09b-viewport), __ostrel__styleInfo (12-visibility)
 // At load  the members of window.top.__ostrel are set
 
 /**

@@ -1,7 +1,7 @@
 // 10  Selected text: the part of a text field's value that the user has selected.
 //
 // Defines  window.top.__ostrel.getSelectedText
-// Calls    nothing outside this file
+// Calls    nothing
 // At load  the member of window.top.__ostrel is set
 
 /**

@@ -1,7 +1,7 @@
 // 11  Text simplification: texts in the form in which they are compared and stored in names.
 //
 // Defines  window.top.__ostrel.simplifyText, window.top.__ostrel.getSimplifiedInnerText, __ostrel__clean
-// Calls    window.top.__ostrel.getPropertyValue (05-property-read)
+// Calls    __ostrel.getPropertyValue (05-property-read)
 // At load  the members of window.top.__ostrel are set
 
 /**

@@ -2,7 +2,7 @@
 //
 // Defines  window.top.__ostrel.getTextContent, __ostrel__assembleText, __ostrel__textPart,
 //          __ostrel__hasTextOfItsOwn, __ostrel__isTextTag, __ostrel__beginsWithText
-// Calls    window.top.__ostrel.simplifyText (11-text-simplification), __ostrelDOMAPI (19-dom-access)
+// Calls    __ostrel.simplifyText (11-text-simplification), __ostrelDOMAPI (19-dom-access)
 // At load  the member of window.top.__ostrel is set
 
 /**

@@ -6,12 +6,12 @@
 // Defines  __ostrel__emulateViaTouchEvents, __ostrel__recordTouchEvents, __ostrel__hookupTouchEvents,
 //          __ostrel__captureAndPrevent, __ostrel__touchstart, __ostrel__touchend, __ostrel__tapTouch,
 //          __ostrel__recordTap
-// Calls    __ostrel__sendLogEventData, __ostrel__tabIdLogEventParameter (01a-log-event), __ostrel__isHookedWasmCanvas,
-//          __ostrel__swallowEvent (01b-event-capture), __ostrel__eventObject (01c-event-object), __ostrel__eventToStr
-//          (01d-event-text), __ostrel__contextOfForUrl, __ostrel__findDocument (02c-contexts),
-//          __ostrel__getDocumentForNode (02d-classification), __ostrel__logPickEvent (02g-overlay),
-//          __ostrel__isAndroidWebViewBrowser, __ostrel__isCocoaTouchWebViewBrowser, __ostrel__isProxyOnMobileDevice
-//          (07-browser-detection)
+// Calls    __ostrel.lastTouches (namespace), __ostrel__sendLogEventData, __ostrel__tabIdLogEventParameter
+//          (01a-log-event), __ostrel__isHookedWasmCanvas, __ostrel__swallowEvent (01b-event-capture),
+//          __ostrel__eventObject (01c-event-object), __ostrel__eventToStr (01d-event-text),
+//          __ostrel__contextOfForUrl, __ostrel__findDocument (02c-contexts), __ostrel__getDocumentForNode
+//          (02d-classification), __ostrel__logPickEvent (02g-overlay), __ostrel__isAndroidWebViewBrowser,
+//          __ostrel__isCocoaTouchWebViewBrowser, __ostrel__isProxyOnMobileDevice (07-browser-detection)
 // At load  nothing runs
 
 /**

@@ -6,10 +6,9 @@
 //          __ostrel__hookupWindowOf, __ostrel__isClickedByHook, __ostrel__sendClick,
 //          __ostrel__submitsByMethod, __ostrel__submitOrClick
 // Calls    __ostrel__click__hooks (02e-hook-lists), __ostrel__hookupWindow (02h-window-hookup),
-//          __ostrel__emulateViaTouchEvents (16-touch-recording),
-//          __ostrel__clickViaTouchEvents (17c-touch-clicks), __ostrel__sendMouseEvent,
-//          __ostrel__sendMouseOut, __ostrel__useIE8AndOlderEventDispatching,
-//          __ostrel__fireOldEvent (17d-mouse-events)
+//          __ostrel__emulateViaTouchEvents (16-touch-recording), __ostrel__clickViaTouchEvents (17c-touch-clicks),
+//          __ostrel__fireOldEvent, __ostrel__sendMouseEvent, __ostrel__sendMouseOut,
+//          __ostrel__useIE8AndOlderEventDispatching (17d-mouse-events)
 // At load  nothing runs
 //
 // Kept as is: every form sends down, click, up, where a browser sends down, up, click. Recorded tests and the
@@ -46,7 +45,7 @@ function __ostrel__clickViaDOM2Events(o, ctrl, shift, alt, x, y, button) {
     }
     __ostrel__sendMouseEvent(o, "mouseover", ctrl, shift, alt, x, y, button);
     __ostrel__sendMouseEvent(o, "mousedown", ctrl, shift, alt, x, y, button);
-    if (button == 2) {
+    if (button === 2) {
         __ostrel__openContextMenu(o, ctrl, shift, alt, x, y);
     } else {
         __ostrel__sendClick(o, ctrl, shift, alt, x, y, button);

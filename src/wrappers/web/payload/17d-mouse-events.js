@@ -5,9 +5,8 @@
 //          __ostrel__buttonForBrowser, __ostrel__elementPos, __ostrel__tableBorder,
 //          __ostrel__useIE8AndOlderEventDispatching, __ostrel__isOldDispatchingDemanded,
 //          __ostrel__documentForEvents
-// Calls    __ostrel__getDocumentForNode (02d-classification),
-//          __ostrel__useIE8AndOlderEventDispatchingOverride__hooks (02e-hook-lists),
-//          __ostrel__getPageOffsetX, __ostrel__getPageOffsetY (09c-document-geometry)
+// Calls    __ostrel__getDocumentForNode (02d-classification), __ostrel__useIE8AndOlderEventDispatchingOverride__hooks
+//          (02e-hook-lists), __ostrel__getPageOffsetX, __ostrel__getPageOffsetY (09c-document-geometry)
 // At load  nothing runs
 
 /**
@@ -138,10 +137,10 @@ function __ostrel__buttonForBrowser(button) {
     if (window.top.__ostrel__ie && !(window.top.__ostrel__ie__version >= 9)) {
         return button;
     }
-    if (button == 1) {
+    if (button === 1) {
         return 0;
     }
-    return button == 4 ? 1 : button;
+    return button === 4 ? 1 : button;
 }
 
 /**

@@ -5,8 +5,8 @@
 //          __ostrel__isOneOf, __ostrel__selectOptionText, __ostrel__selectOptionValue,
 //          __ostrel__createTextArrayFromMultiOptionString, __ostrel__createMultiSelectOptionStr,
 //          __ostrel__getSelectedOptionTexts, __ostrel__selectedOptionText
-// Calls    __ostrel__selectSingleOption__hooks (02e-hook-lists), __ostrel__sendChangeEvent,
-//          __ostrel__typeText (17e-text-input)
+// Calls    __ostrel__selectSingleOption__hooks (02e-hook-lists), __ostrel__sendChangeEvent, __ostrel__typeText
+//          (17e-text-input)
 // At load  the separators are set
 
 /**
@@ -90,6 +90,7 @@ function __ostrel__selectFirstMatch(options, value, getValueFromOptionFunc) {
 
     for (i = 0; i < options.length; i++) {
         options[i].selected = false;
+        // eslint-disable-next-line eqeqeq -- an index may come as text
         if (getValueFromOptionFunc(options[i]) == value) {
             options[i].selected = true;
             return i;
@@ -122,6 +123,7 @@ function __ostrel__isOneOf(value, values) {
     var i;
 
     for (i = 0; i < values.length; i++) {
+        // eslint-disable-next-line eqeqeq -- an index may come as text
         if (values[i] == value) {
             return true;
         }

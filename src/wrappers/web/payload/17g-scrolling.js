@@ -1,7 +1,7 @@
 // 17g  Scrolling: brings an element into view.
 //
 // Defines  __ostrel__scrollToElement, __ostrel__knowsInstantScrolling
-// Calls    nothing outside this file
+// Calls    nothing
 // At load  nothing runs
 
 /**

@@ -2,8 +2,8 @@
 //
 // Defines  __ostrel__lastAlertText, __ostrel__lastConfirmText, __ostrel__lastPromptText,
 //          __ostrel__lastPromptDefault
-// Calls    __ostrel__lastAlertMessage, __ostrel__lastConfirmMessage, __ostrel__lastPromptMessage,
-//          __ostrel__lastPromptDefaultValue (02f-dialogs)
+// Calls    __ostrel__lastAlertMessage, __ostrel__lastConfirmMessage, __ostrel__lastPromptDefaultValue,
+//          __ostrel__lastPromptMessage (02f-dialogs)
 // At load  nothing runs
 
 /**
