@@ -19,6 +19,8 @@ using namespace Host;
 
 namespace {
 
+constexpr double longestTimeout = 24 * 60 * 60; // in seconds
+
 struct RunOptions
 {
     std::string script;
@@ -74,20 +76,30 @@ int run(const RunOptions &options)
         say(stderr, u"pageprobe run: there is no script '%1'."_s.arg(script));
         return Unusable;
     }
-    const auto log = [](const QString &line) { say(stdout, line); };
-    FunctionCallResult<std::unique_ptr<TestSession>> session
-        = TestSession::start(sessionOptions(options), log);
-    if (session.failed()) {
-        say(stderr, u"pageprobe run: %1"_s.arg(session.error));
-        return Unusable;
-    }
-    Inspector::self()->setNoteReceiver([](const QString &note) { say(stderr, note); });
-
-    ScriptEngine engine;
+    FunctionCallResult<std::unique_ptr<TestSession>> session;
     ScriptOutcome outcome;
     {
-        const Interruption interruption([&] { engine.interrupt(); }, [&] { session.value->stop(); });
-        outcome = engine.runFile(script);
+        // Watches from the start of the browser on: a run that is interrupted then ends as soon as it can clean up.
+        std::unique_ptr<ScriptEngine> engine;
+        const Interruption interruption(
+            [&] {
+                if (engine)
+                    engine->interrupt();
+            },
+            [&] {
+                if (session.value)
+                    session.value->stop();
+            });
+        session = TestSession::start(sessionOptions(options), [](const QString &line) { say(stdout, line); });
+        if (session.failed()) {
+            say(stderr, u"pageprobe run: %1"_s.arg(session.error));
+            return Unusable;
+        }
+        Inspector::self()->setNoteReceiver([](const QString &note) { say(stderr, note); });
+        engine = std::make_unique<ScriptEngine>();
+        if (Interruption::wasInterrupted())
+            return Failed;
+        outcome = engine->runFile(script);
     }
     if (outcome.failed)
         reportFailure(outcome.error);
@@ -106,7 +118,7 @@ Command addRunCommand(CLI::App &commandLine)
     command->add_flag("--headed", options->headed, "Show the browser's window");
     command->add_option("--browser-path", options->browserPath, "The browser's executable");
     command->add_option("--timeout", options->timeout, "Limit of a single call into the page, in seconds")
-        ->check(CLI::PositiveNumber)
+        ->check(CLI::Range(0.001, longestTimeout))
         ->capture_default_str();
     command->add_flag("--keep-open", options->keepOpen, "Leave the browser open after the script");
     command->add_option("--serve", options->served, "Serve a folder on the loopback address; scripts ask serverAddress()");

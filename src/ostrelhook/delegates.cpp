@@ -210,15 +210,9 @@ QString objectAsText(const SharedPtr<Object> &object)
 {
     if (!object || object->isNull())
         return u"null"_s;
-    if (object->isPrimitive())
-        return object->toQString();
-    const Class *text = Inspector::self()->primitiveClass(PrimitiveType::String);
-    const auto *delegate = DelegateFactory::self()->delegate<CastDelegate>(object);
-    if (delegate && delegate->canCast(text)) {
-        if (const SharedPtr<Object> result = delegate->cast(object, text))
-            return result->toQString();
-    }
-    return u"[%1]"_s.arg(object->objectClass()->name());
+    bool ok = false;
+    const QString text = object->toQString(&ok);
+    return ok ? text : u"[%1]"_s.arg(object->objectClass()->name());
 }
 
 namespace {

@@ -1,6 +1,8 @@
 #include "ostrelhook/object.h"
 
 #include "ostrelhook/class.h"
+#include "ostrelhook/delegates.h"
+#include "ostrelhook/inspector.h"
 
 #include <QLocale>
 
@@ -76,11 +78,23 @@ bool Object::isNull() const
     return !m_data && !isPrimitive();
 }
 
+std::optional<QString> Object::castToText() const
+{
+    const Class *text = Inspector::self()->primitiveClass(PrimitiveType::String);
+    const auto *delegate = DelegateFactory::self()->delegate<CastDelegate>(m_class);
+    const SharedPtr<Object> self = std::const_pointer_cast<Object>(weak_from_this().lock());
+    if (!m_data || !self || !delegate || !delegate->canCast(text))
+        return std::nullopt;
+    const SharedPtr<Object> result = delegate->cast(self, text);
+    const auto *value = result ? std::get_if<QString>(&result->primitive()) : nullptr;
+    return value ? std::optional(*value) : std::nullopt;
+}
+
 QString Object::toQString(bool *ok) const
 {
     using Result = std::optional<QString>;
     return orDefault(std::visit(Overloaded {
-                                    [](std::monostate) { return Result(); },
+                                    [this](std::monostate) { return castToText(); },
                                     [](int value) { return Result(QString::number(value)); },
                                     [](bool value) { return Result(value ? u"true"_s : u"false"_s); },
                                     [](double value) { return Result(numberText(value)); },

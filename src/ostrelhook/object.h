@@ -27,7 +27,7 @@ using ObjectList = QList<SharedPtr<Object>>;
 
 /// A script value. It is counted by its SharedPtr; one that owns what it wraps has its class delete that when
 /// the last holder lets go.
-class OSTRELHOOK_EXPORT Object
+class OSTRELHOOK_EXPORT Object : public std::enable_shared_from_this<Object>
 {
 public:
     /// The value of a primitive; nothing for wrapped objects and for void.
@@ -60,6 +60,8 @@ public:
     double toDouble(bool *ok = nullptr) const;
 
 private:
+    std::optional<QString> castToText() const;
+
     Class *m_class;
     void *m_data = nullptr;
     Primitive m_primitive;

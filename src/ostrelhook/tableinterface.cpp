@@ -37,9 +37,9 @@ void appendCell(TiXmlElement *parent, const TableRange &range, int row, int colu
     }
 }
 
-int lengthOf(int first, int last, int whole)
+bool areGiven(int first, int last)
 {
-    return first >= 0 && last >= 0 ? last - first : whole;
+    return first >= 0 && last >= 0;
 }
 
 } // namespace
@@ -61,8 +61,8 @@ void TableRange::contentAsXml(TiXmlNode *parent, int flags) const
     if (flags & CellBackgroundColors)
         table->SetAttribute("hasBackgroundColor", "1");
 
-    const int rows = lengthOf(firstRow, lastRow, rowCount());
-    const int columns = lengthOf(firstColumn, lastColumn, columnCount());
+    const int rows = areGiven(firstRow, lastRow) ? lastRow - firstRow : rowCount();
+    const int columns = areGiven(firstColumn, lastColumn) ? lastColumn - firstColumn : columnCount();
     for (int i = 0; i < rows; ++i) {
         TiXmlElement *row = append(table, "row");
         for (int j = 0; j < columns; ++j)

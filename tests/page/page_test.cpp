@@ -183,8 +183,9 @@ protected:
     {
         const QList<BrowserPage *> pages = BrowserEnvironment::browser->pages();
         for (BrowserPage *page : pages) {
-            if (page->isPageAvailable())
+            if (page->isPageAvailable()) {
                 EXPECT_EQ(page->close().error, QString());
+            }
         }
     }
 
@@ -254,9 +255,12 @@ QStringList pairNames()
     return names;
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, PagePairs, ::testing::ValuesIn(pairNames()), [](const auto &info) {
-    return QString(info.param).replace(u'-', u'_').toStdString();
-});
+std::string testName(const ::testing::TestParamInfo<QString> &parameter)
+{
+    return QString(parameter.param).replace(u'-', u'_').toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, PagePairs, ::testing::ValuesIn(pairNames()), testName);
 
 TEST_F(PageTest, EvaluatingThePayloadAgainForgetsReferencesButNotWhatNativeCodeKeeps)
 {
@@ -271,14 +275,13 @@ TEST_F(PageTest, EvaluatingThePayloadAgainForgetsReferencesButNotWhatNativeCodeK
         return [__ostrel__idForObject(document.body), __ostrel__idForObject(document)];
     }()))"_s)),
         uR"(["top.__ostrel__globalObjectRefStore[0]","top.__ostrel__globalObjectRefStore[1]"])"_s);
-    const auto hooksAtLoad = u"__ostrel__typeOf__hooks.length"_s;
 
     const auto again = page->evaluateJavaScript(
         getOstrelJsNamespaceInitCode() + u'\n' + payloadWith({}) + u"\n'evaluated'"_s, 0);
 
     ASSERT_EQ(again.result, u"evaluated"_s);
     EXPECT_EQ(describe(evaluate(*page, u"top.__ostrel__globalObjectRefStore"_s)), u"[]"_s);
-    EXPECT_EQ(describe(evaluate(*page, hooksAtLoad)), u"0"_s);
+    EXPECT_EQ(describe(evaluate(*page, u"__ostrel__typeOf__hooks.length"_s)), u"0"_s);
     EXPECT_EQ(describe(evaluate(*page, u"window.__ostrel__object__C0 === document.body"_s)), u"true"_s);
     EXPECT_EQ(describe(evaluate(*page, u"window.top.__ostrel.glassPaneIds"_s)), u"[\"pane\"]"_s);
     EXPECT_EQ(describe(evaluate(*page, u"__ostrel__idForObject(document)"_s)),

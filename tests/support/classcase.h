@@ -50,7 +50,7 @@ inline QString classText(const QString &name)
     const Class *type = Inspector::self()->findClass(name);
     if (!type)
         return QStringLiteral("no such class");
-    QStringList lines {
+    QStringList lines{
         QStringLiteral("base ") + (type->superClass() ? type->superClass()->name() : QStringLiteral("none"))};
     for (int i = type->superClassOffset(Class::Properties); i < type->numProperties(); ++i) {
         const Property *property = type->property(i);

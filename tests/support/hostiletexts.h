@@ -28,6 +28,7 @@ inline QList<HostileText> hostileTexts()
         {"carriage return and line feed", u"first\r\nsecond"_s},
         {"placeholders", u"%1 %2 %3 %L1 %%"_s},
         {"end of a script element", u"</script><script>"_s},
+        {"line separator", u"first\u2028second"_s},
         {"emoji", u"\U0001F600 smile"_s},
         {"escape sequence as text", u"\\u0041\\x41"_s},
         {"empty", QString()},

@@ -1,5 +1,5 @@
-// OperationCase: one operation of a wrapper as a row of a table: what it sends, what it makes of an answer and what it
-// says when the page fails.
+// OperationCase: one operation of a wrapper as a row of a table: what it sends, what it makes of an answer
+// and what it says when the page fails.
 //
 //     {"checked of a check box", on<&HTML_CustomCheckbox::checked>(),
 //         u"AcmeExtension.isChecked(el);"_s, u"true"_s, u"true"_s,
@@ -108,7 +108,8 @@ inline QString identifying(const QString &expression)
             ";\n    if ( !dummy ) {\n        return JSON.stringify({'refName': null, 'type': '[unknown]'});\n"
             "    }\n    var globalRefName = __ostrel__idForObject( dummy );\n"
             "    return JSON.stringify({'refName': globalRefName, 'type': __ostrel__typeOf( dummy ) });\n"
-            "  } catch( e ) {\n    return JSON.stringify({'error': {'name': e['name'], 'message': e['message'], "
+            "  } catch( e ) {\n    return JSON.stringify({'error': {'name': e['name'], 'message': "
+            "e['message'], "
             "'file': e['fileName'], 'line': e['lineNumber'], 'stack': e['stack']}});  }\n})();");
 }
 
@@ -161,7 +162,7 @@ protected:
 
         const Outcome outcome = GetParam().call(page);
 
-        EXPECT_EQ(page.scripts(), QStringList {GetParam().script});
+        EXPECT_EQ(page.scripts(), QStringList{GetParam().script});
         EXPECT_EQ(outcome.error, QString());
         EXPECT_EQ(outcome.value, GetParam().value);
     }
@@ -173,7 +174,7 @@ protected:
 
         const Outcome outcome = GetParam().call(page);
 
-        EXPECT_EQ(page.scripts(), QStringList {GetParam().script});
+        EXPECT_EQ(page.scripts(), QStringList{GetParam().script});
         EXPECT_EQ(outcome.error, GetParam().error);
     }
 };

@@ -37,7 +37,9 @@ public:
     /// Runs a script; gives its value, or nothing after an exception, whose text error() then tells.
     QJSValue run(const QString &script)
     {
-        const QJSValue value = m_engine.evaluate(script);
+        // This engine is older than the browsers of today, which take line separators inside strings.
+        const QJSValue value = m_engine.evaluate(
+            QString(script).replace(QChar(QChar::LineSeparator), QStringLiteral("\\u2028")));
         m_error = value.isError() ? value.toString() : QString();
         return value.isError() ? QJSValue() : value;
     }

@@ -16,10 +16,8 @@ class TraceCapture
 public:
     explicit TraceCapture(const QString &category)
     {
-        ProbeLog::setTraceReceiver(
-            [this](const ProbeLog::TracePoint &, const QString &text, const ProbeLog::VariableSnapshot &) {
-                m_lines.append(text);
-            });
+        ProbeLog::setTraceReceiver([this](const ProbeLog::TracePoint &, const QString &text,
+                                       const ProbeLog::VariableSnapshot &) { m_lines.append(text); });
         ProbeLog::setActiveCategories({category});
     }
     ~TraceCapture()

@@ -58,10 +58,12 @@
     function defineClass(description) {
         const prototype = Object.create(prototypes[description.base] || guard);
         prototypes[description.name] = prototype;
-        description.methods.forEach(name => defineMethod(prototype, name, function (...args) {
+        // A property hides the method of the same name: both read the same value. The method must not be defined at
+        // all: the engine crashes when many members change from value to accessor.
+        const reachable = description.methods.filter(name => !description.properties.includes(name));
+        reachable.forEach(name => defineMethod(prototype, name, function (...args) {
             return bridge.invoke(this[handleKey], name, args.map(unwrap));
         }));
-        // A property hides the method of the same name: both read the same value.
         description.properties.forEach(name => defineProperty(prototype, name));
         defineMethod(prototype, "toString", function () { return bridge.text(this[handleKey]); });
         // A class of nothing but properties is a value, such as a rectangle: it shows as its members.

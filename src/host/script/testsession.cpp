@@ -65,7 +65,7 @@ TestSession::~TestSession()
 {
     for (const GlobalMethod *method : m_functions)
         Inspector::self()->globalClass()->removeMethod(method);
-    invalidatePageReferences(nullptr);
+    HTMLObjectHierarchyDelegate::registered()->invalidateAllReferencedObjects();
 }
 
 FunctionCallResult<void> TestSession::launch(const SessionOptions &options)
@@ -82,9 +82,13 @@ FunctionCallResult<void> TestSession::launch(const SessionOptions &options)
     // A tab that opens later is held back until it is prepared; the one that is there has begun already.
     connect(
         m_browser.get(), &Browser::pageOpened, this,
-        [this](BrowserPage *page) { preparePage(page, Begun::NotYet); }, Qt::DirectConnection);
-    for (BrowserPage *page : m_browser->pages())
-        preparePage(page, Begun::Already);
+        [this](BrowserPage *page) { static_cast<void>(preparePage(page, Begun::NotYet)); },
+        Qt::DirectConnection);
+    for (BrowserPage *page : m_browser->pages()) {
+        const FunctionCallResult<void> prepared = preparePage(page, Begun::Already);
+        if (prepared.failed())
+            return Failure(prepared.error);
+    }
 
     const FunctionCallResult<BrowserPage *> page = m_browser->openPage();
     if (page.failed())
@@ -92,16 +96,15 @@ FunctionCallResult<void> TestSession::launch(const SessionOptions &options)
     return {};
 }
 
-void TestSession::preparePage(BrowserPage *page, Begun begun)
+FunctionCallResult<void> TestSession::preparePage(BrowserPage *page, Begun begun)
 {
     page->setConfig(&m_config);
     auto *carrier = new FetchCarrier(page, &m_channel, m_channelAddress);
     carrier->setParent(page);
-    connect(page, &BrowserPage::documentGone, this, [page] { invalidatePageReferences(page); });
-    connect(page, &BrowserPage::closed, this, [page] { invalidatePageReferences(page); });
-    const FunctionCallResult<void> injected = page->setInjection(m_injection, begun == Begun::Already);
-    if (injected.failed())
-        PROBELOG_TRACE("WebWrapper", u"Cannot inject into a page: %1"_s.arg(injected.error));
+    const auto forget = [page] { HTMLObjectHierarchyDelegate::registered()->clearAllJSReferences(page); };
+    connect(page, &BrowserPage::documentGone, this, forget);
+    connect(page, &BrowserPage::closed, this, forget);
+    return page->setInjection(m_injection, begun == Begun::Already);
 }
 
 BrowserPage *TestSession::activePage() const
@@ -114,6 +117,7 @@ void TestSession::stop()
 {
     if (m_browser)
         m_browser->stop();
+    Q_EMIT stopped();
 }
 
 void TestSession::registerFunctions()
@@ -182,10 +186,11 @@ FunctionCallResult<void> TestSession::snooze(double seconds) const
 {
     if (!(seconds >= 0))
         return Failure(u"Cannot wait for %1 seconds."_s.arg(seconds));
-    // The page's events keep flowing meanwhile; a browser that ends cuts the wait short.
+    // The page's events keep flowing meanwhile; a browser that ends or is ended cuts the wait short.
     QEventLoop loop;
     QTimer::singleShot(std::chrono::milliseconds(qint64(seconds * 1000)), &loop, &QEventLoop::quit);
     connect(m_browser.get(), &Browser::lost, &loop, &QEventLoop::quit);
+    connect(this, &TestSession::stopped, &loop, &QEventLoop::quit);
     loop.exec();
     return {};
 }

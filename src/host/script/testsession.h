@@ -57,13 +57,18 @@ public:
     /// Ends the browser; calls that wait for it end with an error. May be called at any time.
     void stop();
 
+Q_SIGNALS:
+    /// The session was ended by stop().
+    void stopped();
+
 private:
     TestSession(const SessionOptions &options, LogFunction log);
 
     FunctionCallResult<void> launch(const SessionOptions &options);
     /// Whether the first document of a tab is there when the tab is prepared.
     enum class Begun { NotYet, Already };
-    void preparePage(BrowserPage *page, Begun begun);
+    /// An error tells that the payload does not load; it can only be seen where the document has begun.
+    FunctionCallResult<void> preparePage(BrowserPage *page, Begun begun);
     void registerFunctions();
 
     FunctionCallResult<void> open(const QString &address);

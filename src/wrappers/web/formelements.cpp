@@ -283,6 +283,7 @@ FunctionCallResult<void> HTML_Select::setSelectedOptionsByIndexes(const QList<in
 FunctionCallResult<void> HTML_Select::selectOptions(const QList<QString> &items, const QString &keyFunction)
 {
     const QString shown = QStringList(items).join(", "_L1);
+    // Kept as is: double quotes around items whose double quotes are not escaped; recorded tests hold their own.
     const QString list = quoted(u"\"%1\"", items).join(u',');
 
     const FunctionCallResult<QString> available

@@ -117,6 +117,8 @@ TEST(Delegates, AreAskedForTheTextOfAnObject)
     const ReferenceText texts(u"Sample_Widget"_s);
 
     EXPECT_EQ(objectAsText(button), u"<Sample_Button>"_s);
+    EXPECT_EQ(button->toQString(), u"<Sample_Button>"_s);
+    EXPECT_EQ(wrapped(nullptr)->toQString(), QString());
     EXPECT_EQ(objectAsText(Inspector::self()->createPrimitive(2.5)), u"2.5"_s);
     EXPECT_EQ(objectAsText(wrapped(nullptr)), u"null"_s);
     EXPECT_EQ(objectAsText(nullptr), u"null"_s);

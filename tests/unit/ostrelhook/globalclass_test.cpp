@@ -1,4 +1,5 @@
 // Tests of the global class: functions without an object, and events.
+#include "ostrelhook/eventdata.h"
 #include "ostrelhook/globalfunction.h"
 
 #include "support/printers.h"
@@ -145,6 +146,27 @@ TEST_F(GlobalClassTest, EventsAreFoundByName)
     EXPECT_EQ(poke->owner(), global);
     EXPECT_TRUE(poke->isInput());
     EXPECT_EQ(global->event(u"Poke"_s), nullptr);
+}
+
+TEST_F(GlobalClassTest, EventDataTellsEventsFromStatements)
+{
+    const Event press(global, u"press"_s, Signature(), true, 0);
+    const SharedPtr<Object> three = inspector->createPrimitive(3);
+
+    const EventData raw(&press, u"{tagName='A'}"_s, {three});
+    const EventData statement = EventData::methodCall(u"chooseColor"_s, u"{id='c'}"_s, {three});
+
+    EXPECT_EQ(int(raw.kind()), 0);
+    EXPECT_EQ(raw.eventName(), u"press"_s);
+    EXPECT_EQ(raw.methodName(), QString());
+    EXPECT_EQ(raw.objectId(), u"{tagName='A'}"_s);
+    EXPECT_EQ(raw.argument(0), three);
+    EXPECT_EQ(raw.argument(1), nullptr);
+    EXPECT_EQ(int(statement.kind()), 1);
+    EXPECT_EQ(statement.methodName(), u"chooseColor"_s);
+    EXPECT_EQ(statement.eventName(), QString());
+    EXPECT_EQ(statement.objectId(), u"{id='c'}"_s);
+    EXPECT_EQ(EventData().eventName(), QString());
 }
 
 } // namespace

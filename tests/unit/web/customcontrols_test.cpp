@@ -43,7 +43,7 @@ TEST_P(CustomControl, SaysWhatFailed)
 }
 
 INSTANTIATE_TEST_SUITE_P(Buttons, CustomControl,
-    testing::ValuesIn(QList<OperationCase> {
+    testing::ValuesIn(QList<OperationCase>{
         {"visible", on<&HTML_CustomButtonBase::visible>(), u"AcmeExtension.isVisible(el);"_s, u"true"_s,
             u"true"_s, u"Error determining visibility: gone"_s},
         {"visible of a hidden one", on<&HTML_CustomButtonBase::visible>(), u"AcmeExtension.isVisible(el);"_s,
@@ -54,12 +54,13 @@ INSTANTIATE_TEST_SUITE_P(Buttons, CustomControl,
             u"\n  Save all \t"_s, u"Save all"_s, u"Error occurred while fetching text: gone"_s},
         {"text of two lines", on<&HTML_CustomButtonBase::text>(), u"AcmeExtension.getText(el);"_s,
             u"Save\r\nall\nnow"_s, u"Saveall\nnow"_s, u"Error occurred while fetching text: gone"_s},
-        {"no text", on<&HTML_CustomButtonBase::text>(), u"AcmeExtension.getText(el);"_s, u" undefined "_s, u""_s,
-            u"Error occurred while fetching text: gone"_s},
+        {"no text", on<&HTML_CustomButtonBase::text>(), u"AcmeExtension.getText(el);"_s, u" undefined "_s,
+            u""_s, u"Error occurred while fetching text: gone"_s},
         {"text that speaks of undefined", on<&HTML_CustomButtonBase::text>(), u"AcmeExtension.getText(el);"_s,
             u"undefined value"_s, u"undefined value"_s, u"Error occurred while fetching text: gone"_s},
-        {"set text", on<&HTML_CustomButtonBase::setText>(u"it's"_s), u"AcmeExtension.setText(el, 'it\\'s' );"_s,
-            u"undefined"_s, done, u"Error occurred while setting text 'it's': gone"_s},
+        {"set text", on<&HTML_CustomButtonBase::setText>(u"it's"_s),
+            u"AcmeExtension.setText(el, 'it\\'s' );"_s, u"undefined"_s, done,
+            u"Error occurred while setting text 'it's': gone"_s},
         {"disabled", on<&HTML_CustomButtonBase::disabled>(), u"AcmeExtension.isDisabled(el);"_s, u"true"_s,
             u"true"_s, u"Error reading enablement: gone"_s},
         {"set disabled", on<&HTML_CustomButtonBase::setDisabled>(true),
@@ -67,8 +68,8 @@ INSTANTIATE_TEST_SUITE_P(Buttons, CustomControl,
             u"Error changing enablement to 'true': gone"_s},
         {"enabled", on<&HTML_CustomButtonBase::enabled>(), u"AcmeExtension.isDisabled(el);"_s, u"false"_s,
             u"true"_s, u"Error reading enablement: gone"_s},
-        {"enabled of a disabled one", on<&HTML_CustomButtonBase::enabled>(), u"AcmeExtension.isDisabled(el);"_s,
-            u"true"_s, u"false"_s, u"Error reading enablement: gone"_s},
+        {"enabled of a disabled one", on<&HTML_CustomButtonBase::enabled>(),
+            u"AcmeExtension.isDisabled(el);"_s, u"true"_s, u"false"_s, u"Error reading enablement: gone"_s},
         {"set enabled", on<&HTML_CustomButtonBase::setEnabled>(true),
             u"AcmeExtension.setDisabled(el, 'false' );"_s, u"undefined"_s, done,
             u"Error changing enablement to 'false': gone"_s},
@@ -88,10 +89,11 @@ INSTANTIATE_TEST_SUITE_P(Buttons, CustomControl,
         {"click with shift", on<&HTML_CustomButtonBase::click>(int(ShiftKey), 0, 0, 1),
             u"AcmeExtension.click(el, false, true, false, 0, 0, 1);"_s, u"undefined"_s, done,
             u"Error clicking button: gone"_s},
-        {"checked", on<&HTML_CustomCheckbox::checked>(), u"AcmeExtension.isChecked(el);"_s, u"true"_s, u"true"_s,
-            u"Error retrieving checked property: gone"_s},
-        {"set checked", on<&HTML_CustomCheckbox::setChecked>(true), u"AcmeExtension.setChecked(el, 'true' );"_s,
-            u"undefined"_s, done, u"Error setting checked property: gone"_s},
+        {"checked", on<&HTML_CustomCheckbox::checked>(), u"AcmeExtension.isChecked(el);"_s, u"true"_s,
+            u"true"_s, u"Error retrieving checked property: gone"_s},
+        {"set checked", on<&HTML_CustomCheckbox::setChecked>(true),
+            u"AcmeExtension.setChecked(el, 'true' );"_s, u"undefined"_s, done,
+            u"Error setting checked property: gone"_s},
         {"set not checked", on<&HTML_CustomCheckbox::setChecked>(false),
             u"AcmeExtension.setChecked(el, 'false' );"_s, u"undefined"_s, done,
             u"Error setting checked property: gone"_s},
@@ -104,7 +106,7 @@ INSTANTIATE_TEST_SUITE_P(Buttons, CustomControl,
     rowName<OperationCase>);
 
 INSTANTIATE_TEST_SUITE_P(Lists, CustomControl,
-    testing::ValuesIn(QList<OperationCase> {
+    testing::ValuesIn(QList<OperationCase>{
         {"selected option", on<&HTML_CustomComboBox::selectedOption>(),
             u"AcmeExtension.getSelectedOption(el);"_s, u" Red "_s, u" Red "_s,
             u"Failed to read selected option: gone"_s},
@@ -130,7 +132,7 @@ INSTANTIATE_TEST_SUITE_P(Lists, CustomControl,
     rowName<OperationCase>);
 
 INSTANTIATE_TEST_SUITE_P(Texts, CustomControl,
-    testing::ValuesIn(QList<OperationCase> {
+    testing::ValuesIn(QList<OperationCase>{
         {"value", on<&HTML_CustomText::value>(), u"AcmeExtension.getValue(el);"_s, u" Ada\r\n "_s, u"Ada"_s,
             u"Error while obtaining value of text field: gone"_s},
         {"no value", on<&HTML_CustomText::value>(), u"AcmeExtension.getValue(el);"_s, u"undefined"_s, u""_s,
@@ -144,9 +146,9 @@ INSTANTIATE_TEST_SUITE_P(Texts, CustomControl,
     rowName<OperationCase>);
 
 INSTANTIATE_TEST_SUITE_P(ColorFields, CustomControl,
-    testing::ValuesIn(QList<OperationCase> {
-        {"enabled", on<&HTML_ColorField::isEnabled>(), u"AcmeExtension.isEnabled(el);"_s, u"true"_s, u"true"_s,
-            u"Error checking enablement: gone"_s},
+    testing::ValuesIn(QList<OperationCase>{
+        {"enabled", on<&HTML_ColorField::isEnabled>(), u"AcmeExtension.isEnabled(el);"_s, u"true"_s,
+            u"true"_s, u"Error checking enablement: gone"_s},
         {"set enabled", on<&HTML_ColorField::setEnabled>(false), u"AcmeExtension.setEnabled(el, false);"_s,
             u"undefined"_s, done, u"Error changing enablement to 'false': gone"_s},
         {"field name", on<&HTML_ColorField::fieldName>(), u"AcmeExtension.getFieldName(el);"_s,
@@ -164,7 +166,7 @@ INSTANTIATE_TEST_SUITE_P(ColorFields, CustomControl,
     rowName<OperationCase>);
 
 INSTANTIATE_TEST_SUITE_P(SectionHeaders, CustomControl,
-    testing::ValuesIn(QList<OperationCase> {
+    testing::ValuesIn(QList<OperationCase>{
         {"enabled", on<&HTML_ExpandableSectionHeader::isEnabled>(), u"AcmeExtension.isEnabled(el);"_s,
             u"true"_s, u"true"_s, u"Error fetching enabled state: gone"_s},
         {"set enabled", on<&HTML_ExpandableSectionHeader::setEnabled>(true),
@@ -186,7 +188,7 @@ INSTANTIATE_TEST_SUITE_P(SectionHeaders, CustomControl,
     rowName<OperationCase>);
 
 INSTANTIATE_TEST_SUITE_P(ProgressBars, CustomControl,
-    testing::ValuesIn(QList<OperationCase> {
+    testing::ValuesIn(QList<OperationCase>{
         {"value", on<&HTML_ProgressBar::value>(), u"AcmeExtension.getValue(el);"_s, u"40"_s, u"40"_s,
             u"Error while fetching value: gone"_s},
         {"set value", on<&HTML_ProgressBar::setValue>(-5), u"AcmeExtension.setValue(el, '-5');"_s,
@@ -228,7 +230,7 @@ TEST(CustomControlAnswers, APlaceholderInATextStaysAsItIs)
     auto button = acme<HTML_CustomButtonBase>(page);
 
     EXPECT_EQ(button.setText(u"%2 of %1"_s).error, u"Error occurred while setting text '%2 of %1': no %1"_s);
-    EXPECT_EQ(page.scripts(), QStringList {u"AcmeExtension.setText(el, '%2 of %1' );"_s});
+    EXPECT_EQ(page.scripts(), QStringList{u"AcmeExtension.setText(el, '%2 of %1' );"_s});
 }
 
 TEST(CustomControlAnswers, TheExtensionNameKeepsItsCase)
@@ -238,8 +240,8 @@ TEST(CustomControlAnswers, TheExtensionNameKeepsItsCase)
 
     (void)button.text();
 
-    EXPECT_EQ(page.scripts(),
-        QStringList {u"aCme_KitExtension.getText(top.__ostrel__globalObjectRefStore[7]);"_s});
+    EXPECT_EQ(
+        page.scripts(), QStringList{u"aCme_KitExtension.getText(top.__ostrel__globalObjectRefStore[7]);"_s});
 }
 
 // Operations that an extension may lack
@@ -277,7 +279,7 @@ TEST_P(OptionalOperation, SendsItsScriptAndReadsTheAnswer)
 
     const Outcome outcome = GetParam().call(page);
 
-    EXPECT_EQ(page.scripts(), QStringList {GetParam().script});
+    EXPECT_EQ(page.scripts(), QStringList{GetParam().script});
     EXPECT_EQ(outcome.error, QString());
     EXPECT_EQ(outcome.value, GetParam().value);
     EXPECT_EQ(traces.lines(), QStringList());
@@ -294,15 +296,16 @@ TEST_P(OptionalOperation, IsNoErrorWhereItIsMissing)
 
         EXPECT_EQ(outcome.error, QString());
         EXPECT_EQ(outcome.value, GetParam().valueOnFailure);
-        EXPECT_EQ(traces.lines(), GetParam().traced.isEmpty() ? QStringList() : QStringList {GetParam().traced});
+        EXPECT_EQ(
+            traces.lines(), GetParam().traced.isEmpty() ? QStringList() : QStringList{GetParam().traced});
     }
 }
 
 INSTANTIATE_TEST_SUITE_P(CustomControls, OptionalOperation,
-    testing::ValuesIn(QList<OptionalCase> {
+    testing::ValuesIn(QList<OptionalCase>{
         {"tooltip", on<&HTML_CustomButtonBase::tooltip>(),
-            u"try{AcmeExtension.getTooltip(el);}catch(e){undefined;}"_s, u" Saves\r\n all "_s, u"Saves all"_s, {},
-            {}},
+            u"try{AcmeExtension.getTooltip(el);}catch(e){undefined;}"_s, u" Saves\r\n all "_s, u"Saves all"_s,
+            {}, {}},
         {"no tooltip", on<&HTML_CustomButtonBase::tooltip>(),
             u"try{AcmeExtension.getTooltip(el);}catch(e){undefined;}"_s, u"undefined"_s, u""_s, {}, {}},
         {"set tooltip", on<&HTML_CustomButtonBase::setTooltip>(u"it's\nhere"_s),
@@ -349,7 +352,7 @@ TEST(CustomText, ValueGoesToTheExtension)
 
     EXPECT_EQ(set.error, QString());
     EXPECT_EQ(page.scripts(),
-        (QStringList {u"AcmeExtension.isFileUploadField(el);"_s,
+        (QStringList{u"AcmeExtension.isFileUploadField(el);"_s,
             u"AcmeExtension.setValue(el, 'it\\'s\\n\\\\here' );"_s}));
     EXPECT_EQ(page.files(), QStringList());
 }
@@ -372,7 +375,7 @@ TEST(CustomText, FailingToTellTheTypeSetsNothing)
     EXPECT_EQ(acme<HTML_CustomText>(page).setValue(u"Ada"_s).error,
         u"Error while determining type of text field, cannot set value 'Ada': "
         "Error while obtaining type of text field: gone"_s);
-    EXPECT_EQ(page.scripts(), QStringList {u"AcmeExtension.isFileUploadField(el);"_s});
+    EXPECT_EQ(page.scripts(), QStringList{u"AcmeExtension.isFileUploadField(el);"_s});
 }
 
 TEST(CustomText, FileFieldsTakeAPathAndSucceedWhateverTheBridgeSays)
@@ -384,8 +387,8 @@ TEST(CustomText, FileFieldsTakeAPathAndSucceedWhateverTheBridgeSays)
     const FunctionCallResult<void> set = acme<HTML_CustomText>(page).setValue(u"/tmp/it's.txt"_s);
 
     EXPECT_EQ(set.error, QString());
-    EXPECT_EQ(page.files(), QStringList {u"/tmp/it's.txt"_s});
-    EXPECT_EQ(page.scripts(), QStringList {u"AcmeExtension.isFileUploadField(el);"_s});
+    EXPECT_EQ(page.files(), QStringList{u"/tmp/it's.txt"_s});
+    EXPECT_EQ(page.scripts(), QStringList{u"AcmeExtension.isFileUploadField(el);"_s});
 }
 
 TEST(CustomText, FormElementOperationsReachTheExtension)
@@ -400,7 +403,7 @@ TEST(CustomText, FormElementOperationsReachTheExtension)
     (void)element.hasFocus();
 
     EXPECT_EQ(page.scripts(),
-        (QStringList {u"AcmeExtension.setFocus(el);"_s, u"AcmeExtension.isDisabled(el);"_s,
+        (QStringList{u"AcmeExtension.setFocus(el);"_s, u"AcmeExtension.isDisabled(el);"_s,
             u"AcmeExtension.setDisabled(el, 'false' );"_s, u"AcmeExtension.getHasFocus(el);"_s}));
 }
 
@@ -432,7 +435,8 @@ TEST(ExpandableSectionHeader, ClickIsDeferredAndWaitsEvenWhenItFails)
     EXPECT_GE(watch.elapsed(), 190);
     EXPECT_EQ(clicked.error, u"Error clicking expandable section: gone"_s);
     EXPECT_EQ(page.scripts(),
-        QStringList {u"setTimeout(function(e){AcmeExtension.click(el, true, true, false, 3, 4, 2);}, 100);"_s});
+        QStringList{
+            u"setTimeout(function(e){AcmeExtension.click(el, true, true, false, 3, 4, 2);}, 100);"_s});
 }
 
 // What a script engine makes of the composed script
@@ -476,12 +480,12 @@ TEST_P(EscapedText, ReachesTheExtensionUnchanged)
         engine.run(page.scripts().constLast());
 
         EXPECT_EQ(engine.error(), QString()) << hostile.name;
-        EXPECT_EQ(engine.arguments(), QVariantList {QString(hostile.text).remove(u'\r')}) << hostile.name;
+        EXPECT_EQ(engine.arguments(), QVariantList{QString(hostile.text).remove(u'\r')}) << hostile.name;
     }
 }
 
 INSTANTIATE_TEST_SUITE_P(CustomControls, EscapedText,
-    testing::ValuesIn(QList<TextSetter> {
+    testing::ValuesIn(QList<TextSetter>{
         {"text", u"AcmeExtension.setText"_s, send<&HTML_CustomButtonBase::setText>, true},
         {"tooltip", u"AcmeExtension.setTooltip"_s, send<&HTML_CustomButtonBase::setTooltip>, true},
         {"value of a button", u"AcmeExtension.setValue"_s, send<&HTML_CustomButton::setValue>, true},
@@ -504,7 +508,7 @@ TEST(RawText, AQuoteBreaksTheScriptAndThePageReportsIt)
     (void)acme<HTML_ExpandableSectionHeader>(page).setTitle(u"it's"_s);
 
     EXPECT_EQ(page.scripts(),
-        (QStringList {u"AcmeExtension.setRgbColor(el, 'it's');"_s, u"AcmeExtension.setTitle(el, 'it's');"_s}));
+        (QStringList{u"AcmeExtension.setRgbColor(el, 'it's');"_s, u"AcmeExtension.setTitle(el, 'it's');"_s}));
     for (const QString &script : page.scripts()) {
         engine.run(script);
         EXPECT_TRUE(engine.error().startsWith(u"SyntaxError"_s)) << engine.error().toStdString();
@@ -521,9 +525,9 @@ TEST(CustomButton, StatesArriveAsTextsAndThoseOfColourFieldsAsBooleans)
     (void)acme<HTML_ColorField>(page).setEnabled(false);
 
     engine.run(page.scripts()[0]);
-    EXPECT_EQ(engine.arguments(), QVariantList {u"false"_s});
+    EXPECT_EQ(engine.arguments(), QVariantList{u"false"_s});
     engine.run(page.scripts()[1]);
-    EXPECT_EQ(engine.arguments(), QVariantList {false});
+    EXPECT_EQ(engine.arguments(), QVariantList{false});
 }
 
 TEST(CustomButton, TooltipProtectsItselfInThePage)
@@ -557,7 +561,7 @@ TEST_P(CustomControlClass, HasItsMembersInOrder)
 }
 
 INSTANTIATE_TEST_SUITE_P(CustomControls, CustomControlClass,
-    testing::ValuesIn(std::initializer_list<ClassCase> {
+    testing::ValuesIn(std::initializer_list<ClassCase>{
         {"HTML_CustomButtonBase", R"(base HTML_Object
 disabled bool
 showText bool
@@ -651,6 +655,6 @@ TEST(CustomControlScript, AssignmentsAndReadsGoThroughTheExtension)
     EXPECT_EQ(callMethod(field, u"hasFocus"_s).value->toBool(), false);
 
     EXPECT_EQ(page.scripts(),
-        (QStringList {u"AcmeExtension.isFileUploadField(el);"_s, u"AcmeExtension.setValue(el, 'Ada' );"_s,
+        (QStringList{u"AcmeExtension.isFileUploadField(el);"_s, u"AcmeExtension.setValue(el, 'Ada' );"_s,
             u"AcmeExtension.setDisabled(el, 'true' );"_s, u"AcmeExtension.getHasFocus(el);"_s}));
 }

@@ -28,10 +28,10 @@ const QString view = foundAnswer(u"custom_itemview_Acme"_s);
 const QString plain = foundAnswer(u"DIV"_s);
 const QString nothing = nothingAnswer();
 
-constexpr FunctionCallResult<HTML_CustomItem *> (HTML_CustomItemView::*findByText)(const char *) const
-    = &HTML_CustomItemView::findItem;
-constexpr FunctionCallResult<HTML_CustomItem *> (HTML_CustomItemView::*findByCell)(int, int) const
-    = &HTML_CustomItemView::findItem;
+constexpr FunctionCallResult<HTML_CustomItem *> (HTML_CustomItemView::*findByText)(
+    const char *) const = &HTML_CustomItemView::findItem;
+constexpr FunctionCallResult<HTML_CustomItem *> (HTML_CustomItemView::*findByCell)(
+    int, int) const = &HTML_CustomItemView::findItem;
 
 /// The script of a click on "found", which findItem gave.
 const QString plainClick
@@ -54,7 +54,7 @@ TEST_P(ItemViews, SaysWhatFailed)
 }
 
 INSTANTIATE_TEST_SUITE_P(Items, ItemViews,
-    testing::ValuesIn(QList<OperationCase> {
+    testing::ValuesIn(QList<OperationCase>{
         {"text", on<&HTML_CustomItem::text>(),
             u"try {AcmeExtension.itemText(el);} catch (e) {el.innerText;}"_s, u" Inbox "_s, u" Inbox "_s,
             u"Error fetching text: gone"_s},
@@ -62,14 +62,15 @@ INSTANTIATE_TEST_SUITE_P(Items, ItemViews,
             u"Error fetching open state: gone"_s},
         {"is open as a number", on<&HTML_CustomItem::isOpen>(), u"AcmeExtension.isItemOpen(el);"_s, u"1"_s,
             u"true"_s, u"Error fetching open state: gone"_s},
-        {"is not open", on<&HTML_CustomItem::isOpen>(), u"AcmeExtension.isItemOpen(el);"_s, u"0"_s, u"false"_s,
-            u"Error fetching open state: gone"_s},
+        {"is not open", on<&HTML_CustomItem::isOpen>(), u"AcmeExtension.isItemOpen(el);"_s, u"0"_s,
+            u"false"_s, u"Error fetching open state: gone"_s},
         {"set open", on<&HTML_CustomItem::setOpen>(true), u"AcmeExtension.setItemOpen(el, true);"_s,
             u"undefined"_s, done, u"Error setting open state to 'true': gone"_s},
         {"is selected", on<&HTML_CustomItem::isSelected>(), u"AcmeExtension.isItemSelected(el);"_s, u"true"_s,
             u"true"_s, u"Error fetching selected state: gone"_s},
-        {"is selected as a number", on<&HTML_CustomItem::isSelected>(), u"AcmeExtension.isItemSelected(el);"_s,
-            u"1"_s, u"true"_s, u"Error fetching selected state: gone"_s},
+        {"is selected as a number", on<&HTML_CustomItem::isSelected>(),
+            u"AcmeExtension.isItemSelected(el);"_s, u"1"_s, u"true"_s,
+            u"Error fetching selected state: gone"_s},
         {"is not selected", on<&HTML_CustomItem::isSelected>(), u"AcmeExtension.isItemSelected(el);"_s,
             u"undefined"_s, u"false"_s, u"Error fetching selected state: gone"_s},
         {"set selected", on<&HTML_CustomItem::setSelected>(false),
@@ -87,9 +88,9 @@ INSTANTIATE_TEST_SUITE_P(Items, ItemViews,
             nothing, u"nothing"_s, u"Error fetching handle: gone"_s},
         {"view", on<&HTML_CustomItem::itemView>(), identifying(u"AcmeExtension.itemView(el);"_s), view,
             u"HTML_CustomItemView found"_s, u"Error fetching itemview: gone"_s},
-        {"calendar as a view", on<&HTML_CustomItem::itemView>(), identifying(u"AcmeExtension.itemView(el);"_s),
-            foundAnswer(u"calendarview_Acme"_s), u"HTML_CalendarView found"_s,
-            u"Error fetching itemview: gone"_s},
+        {"calendar as a view", on<&HTML_CustomItem::itemView>(),
+            identifying(u"AcmeExtension.itemView(el);"_s), foundAnswer(u"calendarview_Acme"_s),
+            u"HTML_CalendarView found"_s, u"Error fetching itemview: gone"_s},
         {"view that is none", on<&HTML_CustomItem::itemView>(), identifying(u"AcmeExtension.itemView(el);"_s),
             item, u"nothing"_s, u"Error fetching itemview: gone"_s},
         {"child item", on<&HTML_CustomItem::childItem>(2), identifying(u"AcmeExtension.childItem(el,2);"_s),
@@ -112,7 +113,7 @@ INSTANTIATE_TEST_SUITE_P(Items, ItemViews,
     rowName<OperationCase>);
 
 INSTANTIATE_TEST_SUITE_P(Views, ItemViews,
-    testing::ValuesIn(QList<OperationCase> {
+    testing::ValuesIn(QList<OperationCase>{
         {"item by text", on<findByText>("it's"), identifying(u"AcmeExtension.findItem(el,'it\\'s');"_s), item,
             u"HTML_CustomItem found"_s, u"Error occurred while finding item with text 'it's': gone"_s},
         {"no item by text", on<findByText>("Spam"), identifying(u"AcmeExtension.findItem(el,'Spam');"_s),
@@ -129,8 +130,8 @@ INSTANTIATE_TEST_SUITE_P(Views, ItemViews,
             u"Error occurred while fetching child item at column '2': gone"_s},
         {"caption", on<&HTML_CustomItemView::columnCaption>(1), u"AcmeExtension.columnCaption(el,1);"_s,
             u"Sender"_s, u"Sender"_s, u"Error occurred while fetching caption for column '1': gone"_s},
-        {"columns", on<&HTML_CustomItemView::numColumns>(), u"AcmeExtension.numColumns(el);"_s, u"3"_s, u"3"_s,
-            u"Error occurred while fetching number of columns: gone"_s},
+        {"columns", on<&HTML_CustomItemView::numColumns>(), u"AcmeExtension.numColumns(el);"_s, u"3"_s,
+            u"3"_s, u"Error occurred while fetching number of columns: gone"_s},
         {"rows", on<&HTML_CustomItemView::numRows>(), u"try { AcmeExtension.numRows(el);}catch(e){-1;}"_s,
             u"12"_s, u"12"_s, u"Error occurred while fetching number of rows: gone"_s},
         {"has item", on<&HTML_CustomItemView::hasItem>("Inbox"),
@@ -173,7 +174,7 @@ TEST_P(ItemViewNumber, ShowsAnAnswerThatIsNone)
 }
 
 INSTANTIATE_TEST_SUITE_P(ItemViews, ItemViewNumber,
-    testing::ValuesIn(QList<NumberCase> {
+    testing::ValuesIn(QList<NumberCase>{
         {"row", on<&HTML_CustomItem::row>(), u"Could not convert value for row 'many' to number"_s},
         {"column", on<&HTML_CustomItem::column>(), u"Could not convert value for column 'many' to number"_s},
         {"rows of an item", on<&HTML_CustomItem::numRows>(),
@@ -196,7 +197,7 @@ TEST(CustomItem, NameIsAskedForOnce)
     EXPECT_EQ(cell.name().value, u"item_3"_s);
     EXPECT_EQ(cell.name().value, u"item_3"_s);
 
-    EXPECT_EQ(page.scripts(), QStringList {u"__ostrel__hierarchicalItemName(AcmeExtension, el);"_s});
+    EXPECT_EQ(page.scripts(), QStringList{u"__ostrel__hierarchicalItemName(AcmeExtension, el);"_s});
 }
 
 TEST(CustomItem, AFailedNameIsAskedForAgain)
@@ -249,10 +250,10 @@ TEST(CustomItem, WithoutClickSupportEachClickIsPlainAndTracedOnce)
     const QString ask = u"AcmeExtension.supportsClickItem(el);"_s;
     const QString click
         = u"setTimeout(function(e){__ostrel__click(el, true, false, false, 3, 4, 1);}, 100);"_s;
-    EXPECT_EQ(page.scripts(), (QStringList {ask, click, ask, click}));
+    EXPECT_EQ(page.scripts(), (QStringList{ask, click, ask, click}));
     const QString line = u"Ignoring error from optional API Extension.supportsClickItem: "
                          "supportsClickItem is not a function"_s;
-    EXPECT_EQ(traces.lines(), (QStringList {line, line}));
+    EXPECT_EQ(traces.lines(), (QStringList{line, line}));
 }
 
 TEST(CustomItem, RefusedClickSupportIsAPlainClickThatWaits)
@@ -285,7 +286,7 @@ TEST(CustomItem, ClickSupportHandsTheClickToTheExtensionWithoutAWait)
     EXPECT_LT(watch.elapsed(), 150);
     EXPECT_EQ(clicked.error, QString());
     EXPECT_EQ(page.scripts(),
-        (QStringList {u"AcmeExtension.supportsClickItem(el);"_s,
+        (QStringList{u"AcmeExtension.supportsClickItem(el);"_s,
             u"AcmeExtension.clickItem(el, false, true, true, 3, 4, 2);"_s}));
 }
 
@@ -295,8 +296,8 @@ TEST(CustomItem, AFailingClickOfTheExtensionIsAnError)
     page.answer(u"true"_s);
     page.fail(u"gone"_s);
 
-    EXPECT_EQ(acme<HTML_CustomItem>(page).click(0, 0, 0, 1).error,
-        u"Error emulating click via extension: gone"_s);
+    EXPECT_EQ(
+        acme<HTML_CustomItem>(page).click(0, 0, 0, 1).error, u"Error emulating click via extension: gone"_s);
 }
 
 TEST(CustomItem, WithoutDoubleClickSupportADoubleClickIsPlainAndTraced)
@@ -309,10 +310,10 @@ TEST(CustomItem, WithoutDoubleClickSupportADoubleClickIsPlainAndTraced)
     EXPECT_EQ(cell.doubleClick(AltKey, 3, 4).error, QString());
 
     EXPECT_EQ(page.scripts(),
-        (QStringList {u"AcmeExtension.supportsDoubleClickItem(el);"_s,
+        (QStringList{u"AcmeExtension.supportsDoubleClickItem(el);"_s,
             u"setTimeout(function(e){__ostrel__dblclick(el, false, false, true, 3, 4, 1);}, 100);"_s}));
     EXPECT_EQ(traces.lines(),
-        QStringList {
+        QStringList{
             u"Ignoring error from optional API Extension.supportsDoubleClickItem: no such function"_s});
 }
 
@@ -325,7 +326,7 @@ TEST(CustomItem, DoubleClickSupportHandsItToTheExtensionWithoutAButton)
 
     EXPECT_EQ(clicked.error, QString());
     EXPECT_EQ(page.scripts(),
-        (QStringList {u"AcmeExtension.supportsDoubleClickItem(el);"_s,
+        (QStringList{u"AcmeExtension.supportsDoubleClickItem(el);"_s,
             u"AcmeExtension.doubleClickItem(el, true, false, false, 3, 4);"_s}));
 }
 
@@ -351,7 +352,7 @@ TEST(CustomItemView, ClickItemClicksTheItemThatItFinds)
 
     EXPECT_EQ(clicked.error, QString());
     EXPECT_EQ(page.scripts(),
-        (QStringList {identifying(u"AcmeExtension.findItem(el,'Inbox');"_s),
+        (QStringList{identifying(u"AcmeExtension.findItem(el,'Inbox');"_s),
             u"AcmeExtension.supportsClickItem(found);"_s,
             u"AcmeExtension.clickItem(found, false, true, false, 0, 0, 4);"_s}));
 }
@@ -367,7 +368,7 @@ TEST(CustomItemView, ClickItemByCellClicksTheItemThatItFinds)
 
     EXPECT_EQ(clicked.error, QString());
     EXPECT_EQ(page.scripts(),
-        (QStringList {identifying(u"AcmeExtension.findItemByRowAndColumn(el, 4, 5);"_s),
+        (QStringList{identifying(u"AcmeExtension.findItemByRowAndColumn(el, 4, 5);"_s),
             u"AcmeExtension.supportsClickItem(found);"_s, plainClick}));
 }
 
@@ -382,7 +383,7 @@ TEST(CustomItemView, DoubleClickItemDoubleClicksTheItemThatItFinds)
 
     EXPECT_EQ(clicked.error, QString());
     EXPECT_EQ(page.scripts(),
-        (QStringList {identifying(u"AcmeExtension.findItem(el,'Inbox');"_s),
+        (QStringList{identifying(u"AcmeExtension.findItem(el,'Inbox');"_s),
             u"AcmeExtension.supportsDoubleClickItem(found);"_s,
             u"AcmeExtension.doubleClickItem(found, true, false, false, 0, 0);"_s}));
 }
@@ -397,7 +398,7 @@ TEST(CustomItemView, ClickHandleClicksTheHandleOfTheItem)
 
     EXPECT_EQ(clicked.error, QString());
     EXPECT_EQ(page.scripts(),
-        (QStringList {identifying(u"AcmeExtension.findItem(el,'Inbox');"_s),
+        (QStringList{identifying(u"AcmeExtension.findItem(el,'Inbox');"_s),
             identifying(u"AcmeExtension.itemHandle(found);"_s),
             u"setTimeout(function(e){__ostrel__click(handle, false, false, false, 0, 0, 1);}, 100);"_s}));
 }
@@ -429,7 +430,7 @@ TEST(CustomItemView, StatesAreThoseOfTheItem)
 
     const QString find = identifying(u"AcmeExtension.findItem(el,'Inbox');"_s);
     EXPECT_EQ(page.scripts(),
-        (QStringList {find, u"AcmeExtension.isItemSelected(found);"_s, find,
+        (QStringList{find, u"AcmeExtension.isItemSelected(found);"_s, find,
             u"AcmeExtension.isItemOpen(found);"_s, find, u"AcmeExtension.isItemOpen(found);"_s}));
 }
 
@@ -485,7 +486,7 @@ TEST_P(MissingItem, AFailingLookupIsToldAsItIs)
 }
 
 INSTANTIATE_TEST_SUITE_P(Views, MissingItem,
-    testing::ValuesIn(QList<MissingCase> {
+    testing::ValuesIn(QList<MissingCase>{
         {"click item", on<clickByText>("Spam", 0, 1), noSpam, failedSpam},
         {"click item by cell", on<clickByCell>(4, 5, 0, 1), u"No item found with row '4' and column '5'"_s,
             u"Error occurred while finding item with row '4' and column '5': gone"_s},
@@ -512,7 +513,7 @@ TEST(CustomItemView, CheckTreeItemGoesStraightToTheExtensionUnescaped)
 
     EXPECT_EQ(acme<HTML_CustomItemView>(page).checkTreeItem("it's").error, QString());
 
-    EXPECT_EQ(page.scripts(), QStringList {u"AcmeExtension.checkTreeItem(el, 'it's');"_s});
+    EXPECT_EQ(page.scripts(), QStringList{u"AcmeExtension.checkTreeItem(el, 'it's');"_s});
     EXPECT_EQ(traces.lines(), QStringList());
 }
 
@@ -525,7 +526,7 @@ TEST(CustomItemView, CheckTreeItemIsNoErrorWhereItIsMissing)
     EXPECT_EQ(acme<HTML_CustomItemView>(page).checkTreeItem("Inbox").error, QString());
 
     EXPECT_EQ(traces.lines(),
-        QStringList {u"Ignoring error from optional API Extension.checkTreeItem: is not a function"_s});
+        QStringList{u"Ignoring error from optional API Extension.checkTreeItem: is not a function"_s});
 }
 
 // What a script engine makes of the composed script
@@ -541,7 +542,7 @@ TEST(CustomItemView, FindItemTakesEveryTextOfOneLine)
         on<findByText>(hostile.text.toUtf8().constData())(page);
         engine.run(page.scripts().constLast());
 
-        EXPECT_EQ(engine.arguments(), QVariantList {hostile.text}) << hostile.name;
+        EXPECT_EQ(engine.arguments(), QVariantList{hostile.text}) << hostile.name;
     }
 }
 
@@ -604,7 +605,7 @@ TEST_P(ItemViewClass, HasItsMembersInOrder)
 }
 
 INSTANTIATE_TEST_SUITE_P(ItemViews, ItemViewClass,
-    testing::ValuesIn(std::initializer_list<ClassCase> {
+    testing::ValuesIn(std::initializer_list<ClassCase>{
         {"HTML_CustomItem", R"(base HTML_Object
 realType String read-only
 column int read-only
@@ -669,7 +670,7 @@ TEST_F(ItemViewScript, WithoutAColumnTheExtensionGetsMinusOne)
     EXPECT_EQ(callMethod(list, u"childItem"_s).error, QString());
 
     EXPECT_EQ(page.scripts(),
-        (QStringList {identifying(u"AcmeExtension.childItem(el,-1);"_s),
+        (QStringList{identifying(u"AcmeExtension.childItem(el,-1);"_s),
             identifying(u"AcmeExtension.parentItem(el,-1);"_s),
             identifying(u"AcmeExtension.nextSibling(el,-1);"_s),
             identifying(u"AcmeExtension.childItem(el,-1);"_s)}));
@@ -706,6 +707,6 @@ TEST_F(ItemViewScript, PropertiesOfAnItemAreWrittenThroughTheExtension)
     EXPECT_EQ(readProperty(cell, u"realType"_s).text(), u"Acme"_s);
 
     EXPECT_EQ(page.scripts(),
-        (QStringList {
+        (QStringList{
             u"AcmeExtension.setItemOpen(el, true);"_s, u"AcmeExtension.setItemSelected(el, false);"_s}));
 }

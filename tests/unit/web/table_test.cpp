@@ -46,7 +46,7 @@ template <typename... Bounds>
 ScriptAnswer getRange(const SharedPtr<Object> &table, Bounds... bounds)
 {
     TableInterfaceClass *interface = TableInterfaceClass::of(table->objectClass());
-    const ObjectList arguments {argument(bounds)...};
+    const ObjectList arguments{argument(bounds)...};
     const FunctionCallResult<Method *> method = interface->resolve(u"getRange"_s, arguments);
     if (method.failed())
         return {{}, method.error};
@@ -73,7 +73,7 @@ TEST_P(TableOperation, SaysWhatFailed)
 }
 
 INSTANTIATE_TEST_SUITE_P(Table, TableOperation,
-    testing::ValuesIn(QList<OperationCase> {
+    testing::ValuesIn(QList<OperationCase>{
         {"number of rows", on<&HTML_Table::rowCount>(), u"AcmeExtension.rowCount(el);"_s, u"3"_s, u"3"_s,
             u"Error obtaining number of rows: gone"_s},
         {"number of columns", on<&HTML_Table::columnCount>(), u"AcmeExtension.columnCount(el);"_s, u"2"_s,
@@ -117,7 +117,8 @@ TEST(Table, MissingCellIsAnError)
     page.answer(nothingAnswer());
     const HTML_Table table = acme<HTML_Table>(page);
 
-    EXPECT_EQ(table.cellAt(9, 1).error, u"Failed to get cell object for row 9 and column 1: No valid object."_s);
+    EXPECT_EQ(
+        table.cellAt(9, 1).error, u"Failed to get cell object for row 9 and column 1: No valid object."_s);
 }
 
 TEST(Table, AsksForAllTextsAtOnce)
@@ -127,7 +128,7 @@ TEST(Table, AsksForAllTextsAtOnce)
     page.fail(u"gone"_s);
     const HTML_Table table = acme<HTML_Table>(page);
 
-    EXPECT_EQ(table.cellTexts().value, (Rows {{"Name", "Price"}, {"Ada", "1"}, {"Bob", "2"}}));
+    EXPECT_EQ(table.cellTexts().value, (Rows{{"Name", "Price"}, {"Ada", "1"}, {"Bob", "2"}}));
     EXPECT_EQ(table.cellTexts().error, u"Error obtaining cell texts: gone"_s);
     EXPECT_EQ(page.scripts().constFirst(), u"AcmeExtension.cellTexts(el);"_s);
 }
@@ -172,7 +173,7 @@ TEST(TableRange, ReadsTheTextsOnce)
 
     EXPECT_EQ(range.cellText(0, 1), u"Price"_s);
     EXPECT_EQ(range.cellText(2, 0), u"Bob"_s);
-    EXPECT_EQ(page.scripts(), QStringList {u"AcmeExtension.cellTexts(el);"_s});
+    EXPECT_EQ(page.scripts(), QStringList{u"AcmeExtension.cellTexts(el);"_s});
 }
 
 TEST(TableRange, CellOutsideHasNoText)
@@ -197,7 +198,7 @@ TEST(TableRange, HasNoColours)
 
     const Range range(&table, -1, -1, -1, -1);
 
-    EXPECT_EQ(range.cellBackgroundColor(0, 0), CellColor {});
+    EXPECT_EQ(range.cellBackgroundColor(0, 0), CellColor{});
 }
 
 TEST(TableRange, WritesFailuresToStandardErrorAndStaysEmpty)
@@ -294,6 +295,7 @@ TEST_F(TableVerification, LastRowAndColumnAreNotPartOfTheRange)
         "    <row>\n        <cell>\n            <text>1</text>\n        </cell>\n    </row>\n"
         "    <row>\n        <cell>\n            <text>2</text>\n        </cell>\n    </row>\n"
         "</table>\n"_s);
+    EXPECT_EQ(page.scripts(), QStringList{u"AcmeExtension.cellTexts(el);"_s}) << "the size is given";
 }
 
 TEST_F(TableVerification, ColoursAreAskedForByDefaultAlthoughNoCellHasOne)

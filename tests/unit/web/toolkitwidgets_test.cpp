@@ -26,6 +26,9 @@ namespace {
 
 const QString done = u"done"_s;
 
+/// A wait of 200 ms may end a twentieth early.
+constexpr int shortestWait = 190;
+
 /// What the operation does with the wrapper of the element "el".
 template <typename Wrapper, typename Operation>
 std::function<Outcome(FakePage &)> with(Operation operation)
@@ -69,14 +72,14 @@ TEST_P(ToolkitClick, SendsItsScriptAndSaysWhatFailed)
 
     const Outcome outcome = GetParam().call(page);
 
-    EXPECT_EQ(page.scripts(), QStringList {GetParam().script});
+    EXPECT_EQ(page.scripts(), QStringList{GetParam().script});
     EXPECT_EQ(outcome.error, GetParam().error);
 }
 
 // Backbase
 
 INSTANTIATE_TEST_SUITE_P(BackBase, ToolkitOperation,
-    testing::ValuesIn(QList<OperationCase> {
+    testing::ValuesIn(QList<OperationCase>{
         {"start of a spinner", with<HTML_BackBaseSpinner>([](auto &spinner) { return spinner.startValue(); }),
             u"window.top.__ostrel.getPropertyValue( el, 'b:start');"_s, u"1"_s, u"1"_s,
             u"Error while obtaining property 'b:start': gone"_s},
@@ -89,28 +92,35 @@ INSTANTIATE_TEST_SUITE_P(BackBase, ToolkitOperation,
         {"looping spinner", with<HTML_BackBaseSpinner>([](auto &spinner) { return spinner.isLooping(); }),
             u"window.top.__ostrel.getPropertyValue( el, 'b:loop');"_s, u"true"_s, u"true"_s,
             u"Error while obtaining property 'b:loop': gone"_s},
-        {"spinner without a loop", with<HTML_BackBaseSpinner>([](auto &spinner) { return spinner.isLooping(); }),
+        {"spinner without a loop",
+            with<HTML_BackBaseSpinner>([](auto &spinner) { return spinner.isLooping(); }),
             u"window.top.__ostrel.getPropertyValue( el, 'b:loop');"_s, u"True"_s, u"false"_s,
             u"Error while obtaining property 'b:loop': gone"_s},
         {"value of a spinner", with<HTML_BackBaseSpinner>([](auto &spinner) { return spinner.value(); }),
-            u"__ostrel__backbase__getSpinnerValue(el);"_s, u"-5"_s, u"-5"_s, u"Failed to fetch value: gone"_s},
-        {"set value of a spinner", with<HTML_BackBaseSpinner>([](auto &spinner) { return spinner.setValue(-5); }),
+            u"__ostrel__backbase__getSpinnerValue(el);"_s, u"-5"_s, u"-5"_s,
+            u"Failed to fetch value: gone"_s},
+        {"set value of a spinner",
+            with<HTML_BackBaseSpinner>([](auto &spinner) { return spinner.setValue(-5); }),
             u"__ostrel__backbase__setSpinnerValue(el, -5);"_s, u"undefined"_s, done,
             u"Failed to set value -5: gone"_s},
-        {"focus of a spinner", with<HTML_BackBaseSpinner>([](HTML_FormElement &field) { return field.focus(); }),
+        {"focus of a spinner",
+            with<HTML_BackBaseSpinner>([](HTML_FormElement &field) { return field.focus(); }),
             u"var c = __ostrel__backbase__inputElementOfSpinner(el);if ( c && c.focus )    c.focus();"_s,
             u"undefined"_s, done, u"Failed to focus spinner: gone"_s},
         {"selected index", with<HTML_BackBaseComboBox>([](HTML_Select &box) { return box.selectedIndex(); }),
             u"__ostrel__backbase__getSelectedComboBoxIndex(el);"_s, u"3"_s, u"3"_s,
             u"Error fetching selected index: gone"_s},
-        {"set selected index", with<HTML_BackBaseComboBox>([](HTML_Select &box) { return box.setSelectedIndex(3); }),
+        {"set selected index",
+            with<HTML_BackBaseComboBox>([](HTML_Select &box) { return box.setSelectedIndex(3); }),
             u"__ostrel__backbase__selectComboBoxIndex(el, 3);"_s, u"undefined"_s, done,
             u"Error setting selected index to 3: gone"_s},
-        {"selected option", with<HTML_BackBaseComboBox>([](HTML_Select &box) { return box.selectedOption(); }),
+        {"selected option",
+            with<HTML_BackBaseComboBox>([](HTML_Select &box) { return box.selectedOption(); }),
             u"__ostrel__backbase__getSelectedComboBoxValue(el);"_s, u" Red "_s, u" Red "_s,
             u"Error fetching selected option: gone"_s},
-        {"set selected option",
-            with<HTML_BackBaseComboBox>([](HTML_Select &box) { return box.setSelectedOption(u"it's \\ %1"_s); }),
+        {"set selected option", with<HTML_BackBaseComboBox>([](HTML_Select &box) {
+             return box.setSelectedOption(u"it's \\ %1"_s);
+         }),
             u"__ostrel__backbase__selectComboBoxValue(el, 'it\\'s \\\\ %1');"_s, u"undefined"_s, done,
             u"Failed to select option text 'it's \\ %1': gone"_s},
         {"number of options", with<HTML_BackBaseComboBox>([](auto &box) { return box.numOptions(); }),
@@ -127,14 +137,16 @@ INSTANTIATE_TEST_SUITE_P(BackBase, ToolkitOperation,
         {"caption of a list view", with<HTML_BackBaseListView>([](auto &view) { return view.caption(1); }),
             u"__ostrel__backbase__lv__caption(el, 1);"_s, u"Price"_s, u"Price"_s,
             u"Error fetching caption for column 1: gone"_s},
-        {"item text of a list view", with<HTML_BackBaseListView>([](auto &view) { return view.itemText(4, 1); }),
+        {"item text of a list view",
+            with<HTML_BackBaseListView>([](auto &view) { return view.itemText(4, 1); }),
             u"__ostrel__backbase__lv__itemText(el, 4, 1);"_s, u"3.50"_s, u"3.50"_s,
             u"Error fetching text for item at row 4, column 1: gone"_s},
         {"click item of a list view",
             with<HTML_BackBaseListView>([](auto &view) { return view.clickItem(u"it's"_s, ControlKey); }),
             u"__ostrel__backbase__lv__clickItem(el, 'it's');"_s, u"undefined"_s, done,
             u"Error clicking item 'it's': gone"_s},
-        {"has item of a list view", with<HTML_BackBaseListView>([](auto &view) { return view.hasItem(u"Ada"_s); }),
+        {"has item of a list view",
+            with<HTML_BackBaseListView>([](auto &view) { return view.hasItem(u"Ada"_s); }),
             u"__ostrel__backbase__lv__getItem(el, 'Ada') != undefined;"_s, u"true"_s, u"true"_s,
             u"Error checking for item 'Ada': gone"_s},
         {"item of a list view selected",
@@ -177,7 +189,7 @@ TEST(BackBase, SelectingAnOptionBearsAPageThatThrows)
 TEST(BackBase, OptionTextsReachThePageAsTheyAre)
 {
     for (const HostileText &hostile : hostileTexts()) {
-        if (hostile.hasLineBreak())
+        if (hostile.hasLineBreak() || hostile.text.contains(QChar::LineSeparator))
             continue; // the texts of options have none
         FakePage page;
         HTML_BackBaseComboBox box({}, u"el"_s, false, &page);
@@ -187,25 +199,26 @@ TEST(BackBase, OptionTextsReachThePageAsTheyAre)
         engine.run(page.scripts().constFirst());
 
         EXPECT_EQ(engine.error(), QString()) << hostile.name;
-        EXPECT_EQ(engine.arguments(), QVariantList {hostile.text}) << hostile.name;
+        EXPECT_EQ(engine.arguments(), QVariantList{hostile.text}) << hostile.name;
     }
 }
 
 // Dojo
 
 INSTANTIATE_TEST_SUITE_P(Dojo, ToolkitOperation,
-    testing::ValuesIn(QList<OperationCase> {
+    testing::ValuesIn(QList<OperationCase>{
         {"has item of a tree", with<HTML_DojoTree>([](auto &tree) { return tree.hasItem(u"Rome"_s); }),
             u"var __ostrel__node = __ostrel__dojo__findTreeItem(el, 'Rome');!!__ostrel__node;"_s, u"true"_s,
             u"true"_s, u"Error checking if item 'Rome' exists: gone"_s},
-        {"has no such item of a tree", with<HTML_DojoTree>([](auto &tree) { return tree.hasItem(u"Rome"_s); }),
+        {"has no such item of a tree",
+            with<HTML_DojoTree>([](auto &tree) { return tree.hasItem(u"Rome"_s); }),
             u"var __ostrel__node = __ostrel__dojo__findTreeItem(el, 'Rome');!!__ostrel__node;"_s, u"false"_s,
             u"false"_s, u"Error checking if item 'Rome' exists: gone"_s},
     }),
     rowName<OperationCase>);
 
 INSTANTIATE_TEST_SUITE_P(Dojo, ToolkitClick,
-    testing::ValuesIn(QList<OperationCase> {
+    testing::ValuesIn(QList<OperationCase>{
         {"item of a tree", with<HTML_DojoTree>([](auto &tree) { return tree.clickItem(u"Rome"_s, AltKey); }),
             u"var __ostrel__node = __ostrel__dojo__findTreeItem(el, 'Rome');if (__ostrel__node) "
             "{setTimeout(function(e){__ostrel__click(__ostrel__node, false, false, true, 0, 0, 1);}, 100);}"_s,
@@ -217,7 +230,8 @@ INSTANTIATE_TEST_SUITE_P(Dojo, ToolkitClick,
             {}, {}, u"Error double clicking item 'Rome': gone"_s},
         {"handle of a tree", with<HTML_DojoTree>([](auto &tree) { return tree.clickHandle(u"Rome"_s); }),
             u"var __ostrel__node = __ostrel__dojo__findTreeItem(el, 'Rome');if (__ostrel__node) "
-            "{var div = __ostrel__node.parentNode.previousSibling;setTimeout(function(e){__ostrel__click(div, "
+            "{var div = "
+            "__ostrel__node.parentNode.previousSibling;setTimeout(function(e){__ostrel__click(div, "
             "false, false, false, 0, 0, 1);}, 100);}"_s,
             {}, {}, u"Error clicking handle of item 'Rome': gone"_s},
         {"item of a split pane",
@@ -253,13 +267,13 @@ TEST(DojoSplitPane, ClickOnNoItemIsASuccessThatWaits)
     const FunctionCallResult<void> clicked = pane.clickItem(u"Mail"_s, 0);
 
     EXPECT_EQ(clicked.error, QString());
-    EXPECT_GE(timer.elapsed(), 200);
+    EXPECT_GE(timer.elapsed(), shortestWait);
 }
 
 // GWC
 
 INSTANTIATE_TEST_SUITE_P(Gwc, ToolkitOperation,
-    testing::ValuesIn(QList<OperationCase> {
+    testing::ValuesIn(QList<OperationCase>{
         {"item of a form field box sends no modifier",
             with<HTML_GWCFormFieldBox>([](auto &box) { return box.clickItem(u"Ada"_s, ControlKey); }),
             u"__ostrel__gwc__ffb__clickItem(el, 'Ada');"_s, u"undefined"_s, done,
@@ -274,20 +288,20 @@ INSTANTIATE_TEST_SUITE_P(Gwc, ToolkitOperation,
 // qooxdoo
 
 INSTANTIATE_TEST_SUITE_P(Qooxdoo, ToolkitOperation,
-    testing::ValuesIn(QList<OperationCase> {
+    testing::ValuesIn(QList<OperationCase>{
         {"class name", with<HTML_QxWidget>([](auto &widget) { return widget.qxClassName(); }),
-            u"window.top.__ostrel.getPropertyValue( el, 'classname');"_s, u"qx.ui.Button"_s, u"qx.ui.Button"_s,
-            u"Error while obtaining property 'classname': gone"_s},
+            u"window.top.__ostrel.getPropertyValue( el, 'classname');"_s, u"qx.ui.Button"_s,
+            u"qx.ui.Button"_s, u"Error while obtaining property 'classname': gone"_s},
         {"label", with<HTML_QxWidget>([](auto &widget) { return widget.qxLabel(); }), u"el.getLabel();"_s,
             u"Save"_s, u"Save"_s, u"Error invoking function 'getLabel': gone"_s},
-        {"caption", with<HTML_QxWidget>([](auto &widget) { return widget.qxCaption(); }), u"el.getCaption();"_s,
-            u"Mail"_s, u"Mail"_s, u"Error invoking function 'getCaption': gone"_s},
+        {"caption", with<HTML_QxWidget>([](auto &widget) { return widget.qxCaption(); }),
+            u"el.getCaption();"_s, u"Mail"_s, u"Mail"_s, u"Error invoking function 'getCaption': gone"_s},
         {"name", with<HTML_QxWidget>([](auto &widget) { return widget.qxName(); }), u"el.getName();"_s,
             u"save"_s, u"save"_s, u"Error invoking function 'getName': gone"_s},
         {"selected", with<HTML_QxWidget>([](auto &widget) { return widget.qxSelected(); }),
             u"el.getSelected();"_s, u"True"_s, u"true"_s, u"Error invoking function 'getSelected': gone"_s},
-        {"checked", with<HTML_QxWidget>([](auto &widget) { return widget.qxChecked(); }), u"el.getChecked();"_s,
-            u"false"_s, u"false"_s, u"Error invoking function 'getChecked': gone"_s},
+        {"checked", with<HTML_QxWidget>([](auto &widget) { return widget.qxChecked(); }),
+            u"el.getChecked();"_s, u"false"_s, u"false"_s, u"Error invoking function 'getChecked': gone"_s},
         {"set selected", with<HTML_QxWidget>([](auto &widget) { return widget.qxSetSelected(true); }),
             u"el.setSelected(true);"_s, u"undefined"_s, done,
             u"Error invoking function 'setSelected(true)': gone"_s},
@@ -315,8 +329,7 @@ INSTANTIATE_TEST_SUITE_P(Qooxdoo, ToolkitOperation,
         {"element of another class", with<HTML_QxWidget>([](auto &widget) { return widget.qxElement(); }),
             identifying(u"el.getElement();"_s), foundAnswer(u"DIV"_s), u"nothing"_s,
             u"Error getting qxElement: gone"_s},
-        {"widget of an element",
-            with<HTML_QxWidgetElement>([](auto &element) { return element.qxWidget(); }),
+        {"widget of an element", with<HTML_QxWidgetElement>([](auto &element) { return element.qxWidget(); }),
             identifying(u"el.qx_Widget;"_s), foundAnswer(u"qx_widget"_s), u"HTML_QxWidget found"_s,
             u"Error getting qxWidget: gone"_s},
     }),
@@ -382,7 +395,7 @@ TEST_F(ToolkitClasses, ComboBoxInheritsTheMembersOfSelects)
     EXPECT_EQ(readProperty(box, u"selectedIndex"_s).text(), u"1"_s);
     EXPECT_EQ(writeProperty(box, u"selectedOption"_s, u"Red"_s), QString());
     EXPECT_EQ(page.scripts(),
-        (QStringList {u"__ostrel__backbase__getSelectedComboBoxIndex(el);"_s,
+        (QStringList{u"__ostrel__backbase__getSelectedComboBoxIndex(el);"_s,
             u"__ostrel__backbase__selectComboBoxValue(el, 'Red');"_s}));
 }
 
@@ -405,5 +418,5 @@ TEST_F(ToolkitClasses, WidgetsAreWrittenThroughTheirSetters)
 
     EXPECT_EQ(writeProperty(widget, u"qxSelected"_s, true), QString());
     EXPECT_EQ(writeProperty(widget, u"qxChecked"_s, false), QString());
-    EXPECT_EQ(page.scripts(), (QStringList {u"el.setSelected(true);"_s, u"el.setChecked(false);"_s}));
+    EXPECT_EQ(page.scripts(), (QStringList{u"el.setSelected(true);"_s, u"el.setChecked(false);"_s}));
 }

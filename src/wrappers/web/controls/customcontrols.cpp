@@ -10,8 +10,7 @@ namespace {
 QString getLabelFromExtension(
     const HTMLComponent *component, const QString &reference, const QString &extension)
 {
-    return optionalAnswer(component,
-        script(u"%1Extension.getLabel(%2);", Expr {extension}, Expr {reference}),
+    return optionalAnswer(component, script(u"%1Extension.getLabel(%2);", Expr{extension}, Expr{reference}),
         u"Error while invoking optional API Extension.getLabel: %1");
 }
 
@@ -40,7 +39,7 @@ FunctionCallResult<QString> HTML_CustomButtonBase::text() const
 
 FunctionCallResult<void> HTML_CustomButtonBase::setText(const QString &text)
 {
-    return run(script(u"%1Extension.setText(%2, '%3' );", ext(), ref(), Quoted {text}),
+    return run(script(u"%1Extension.setText(%2, '%3' );", ext(), ref(), Quoted{text}),
         u"Error occurred while setting text '%1': %2", text);
 }
 
@@ -52,7 +51,7 @@ FunctionCallResult<QString> HTML_CustomButtonBase::tooltip() const
 
 FunctionCallResult<void> HTML_CustomButtonBase::setTooltip(const QString &text)
 {
-    optionalAnswer(component(), script(u"%1Extension.setTooltip(%2, '%3' );", ext(), ref(), Quoted {text}));
+    optionalAnswer(component(), script(u"%1Extension.setTooltip(%2, '%3' );", ext(), ref(), Quoted{text}));
     return {};
 }
 
@@ -101,7 +100,7 @@ FunctionCallResult<QString> HTML_CustomButton::value() const
 
 FunctionCallResult<void> HTML_CustomButton::setValue(const QString &value)
 {
-    optionalAnswer(component(), script(u"%1Extension.setValue(%2, '%3' );", ext(), ref(), Quoted {value}),
+    optionalAnswer(component(), script(u"%1Extension.setValue(%2, '%3' );", ext(), ref(), Quoted{value}),
         u"Ignoring error from optional API Extension.setValue: %1");
     return {};
 }
@@ -140,14 +139,14 @@ FunctionCallResult<QString> HTML_CustomComboBox::selectedOption() const
 
 FunctionCallResult<void> HTML_CustomComboBox::setSelectedOption(const QString &option)
 {
-    return run(script(u"%1Extension.setSelectedOption(%2,'%3');", ext(), ref(), QuotedLine {option}),
+    return run(script(u"%1Extension.setSelectedOption(%2,'%3');", ext(), ref(), QuotedLine{option}),
         u"Failed to select option text '%1': %2", option);
 }
 
 FunctionCallResult<bool> HTML_CustomComboBox::hasOption(const QString &option) const
 {
     return isTrueInAnyCase(
-        evaluate(script(u"%1Extension.hasOption(%2,'%3');", ext(), ref(), QuotedLine {option}),
+        evaluate(script(u"%1Extension.hasOption(%2,'%3');", ext(), ref(), QuotedLine{option}),
             u"Failed to check for options '%1': %2", option));
 }
 
@@ -164,14 +163,14 @@ FunctionCallResult<QString> HTML_CustomSelectList::selectedOptions() const
 
 FunctionCallResult<void> HTML_CustomSelectList::setSelectedOptions(const QString &options)
 {
-    return run(script(u"%1Extension.setSelectedOptions(%2,'%3');", ext(), ref(), QuotedLine {options}),
+    return run(script(u"%1Extension.setSelectedOptions(%2,'%3');", ext(), ref(), QuotedLine{options}),
         u"Error while setting selected option text '%1': %2", options);
 }
 
 FunctionCallResult<bool> HTML_CustomSelectList::hasOptions(const QString &options) const
 {
     return isTrueInAnyCase(
-        evaluate(script(u"%1Extension.hasOptions(%2,'%3');", ext(), ref(), QuotedLine {options}),
+        evaluate(script(u"%1Extension.hasOptions(%2,'%3');", ext(), ref(), QuotedLine{options}),
             u"Error while checking for options '%1': %2", options));
 }
 
@@ -201,29 +200,28 @@ FunctionCallResult<void> HTML_CustomText::setDisabled(bool disabled)
 
 FunctionCallResult<void> HTML_CustomText::focus()
 {
-    return run(
-        script(u"%1Extension.setFocus(%2);", ext(), ref()), u"Error while focussing text field: %1");
+    return run(script(u"%1Extension.setFocus(%2);", ext(), ref()), u"Error while focussing text field: %1");
 }
 
 FunctionCallResult<QString> HTML_CustomText::value() const
 {
-    return cleaned(evaluate(
-        script(u"%1Extension.getValue(%2);", ext(), ref()), u"Error while obtaining value of text field: %1"));
+    return cleaned(evaluate(script(u"%1Extension.getValue(%2);", ext(), ref()),
+        u"Error while obtaining value of text field: %1"));
 }
 
 FunctionCallResult<void> HTML_CustomText::setValue(const QString &value)
 {
     const FunctionCallResult<bool> takesFile = isFileUploadField();
     if (takesFile.failed()) {
-        return Failure(message(u"Error while determining type of text field, cannot set value '%1': %2", value,
-            takesFile.error));
+        return Failure(message(u"Error while determining type of text field, cannot set value '%1': %2",
+            value, takesFile.error));
     }
     if (takesFile.value) {
         // Kept as is: what the bridge says of the file is dropped; scripts go on after a file field.
         (void)component()->setCustomFileInputValue(this, value);
         return {};
     }
-    return run(script(u"%1Extension.setValue(%2, '%3' );", ext(), ref(), Quoted {value}),
+    return run(script(u"%1Extension.setValue(%2, '%3' );", ext(), ref(), Quoted{value}),
         u"Error while setting value '%1' on text field: %2", value);
 }
 
@@ -266,7 +264,7 @@ FunctionCallResult<QString> HTML_ColorField::rgbColor() const
 
 FunctionCallResult<void> HTML_ColorField::setRgbColor(const QString &color)
 {
-    return run(script(u"%1Extension.setRgbColor(%2, '%3');", ext(), ref(), Expr {color}),
+    return run(script(u"%1Extension.setRgbColor(%2, '%3');", ext(), ref(), Expr{color}),
         u"Error setting color '%1': %2", color);
 }
 
@@ -310,7 +308,7 @@ FunctionCallResult<QString> HTML_ExpandableSectionHeader::title() const
 FunctionCallResult<void> HTML_ExpandableSectionHeader::setTitle(const QString &title)
 {
     // Kept as is: the two spaces; scripts match on this text.
-    return run(script(u"%1Extension.setTitle(%2, '%3');", ext(), ref(), Expr {title}),
+    return run(script(u"%1Extension.setTitle(%2, '%3');", ext(), ref(), Expr{title}),
         u"Error setting title to  '%1': %2", title);
 }
 

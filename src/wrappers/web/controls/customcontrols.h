@@ -1,5 +1,5 @@
-// Controls that a page extension operates: buttons, fields, colour fields, section headers and progress bars. Their
-// operations do nothing but forward to the extension object.
+// Controls that a page extension operates: buttons, fields, colour fields, section headers and progress bars.
+// Their operations do nothing but forward to the extension object.
 #pragma once
 
 #include "wrappers/web/controls/extensioncall.h"
@@ -88,7 +88,8 @@ public:
     FunctionCallResult<QString> label() const;
 };
 
-/// A list in which several options can be selected. Several options are one text, in the extension's own form.
+/// A list in which several options can be selected. Several options are one text, in the extension's own
+/// form.
 class PAGEPROBELIB_EXPORT HTML_CustomSelectList : public ExtensionBacked<HTML_FormElement>
 {
 public:
@@ -119,7 +120,8 @@ public:
     FunctionCallResult<void> focus() override;
 
     FunctionCallResult<QString> value() const;
-    /// Fills the field. A file upload field takes the path of a file, and reports success whatever becomes of it.
+    /// Fills the field. A file upload field takes the path of a file, and reports success whatever becomes of
+    /// it.
     FunctionCallResult<void> setValue(const QString &value);
     FunctionCallResult<bool> isFileUploadField() const;
     /// Optional, as for combo boxes.

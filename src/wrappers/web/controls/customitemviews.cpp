@@ -25,8 +25,8 @@ FunctionCallResult<void> HTML_CustomItem::click(int modifier, int x, int y, int 
             u"Ignoring error from optional API Extension.supportsClickItem: %1");
     if (supported != "true"_L1)
         return HTML_Object::click(modifier, x, y, button);
-    return run(script(u"%1Extension.clickItem(%2, %3, %4, %5, %6);", ext(), ref(), modifierKeys(modifier), x, y,
-                   pressedButton(modifier, button)),
+    return run(script(u"%1Extension.clickItem(%2, %3, %4, %5, %6);", ext(), ref(), modifierKeys(modifier), x,
+                   y, pressedButton(modifier, button)),
         u"Error emulating click via extension: %1");
 }
 
@@ -37,7 +37,8 @@ FunctionCallResult<void> HTML_CustomItem::doubleClick(int modifier, int x, int y
             u"Ignoring error from optional API Extension.supportsDoubleClickItem: %1");
     if (supported != "true"_L1)
         return HTML_Object::doubleClick(modifier, x, y);
-    return run(script(u"%1Extension.doubleClickItem(%2, %3, %4, %5);", ext(), ref(), modifierKeys(modifier), x, y),
+    return run(
+        script(u"%1Extension.doubleClickItem(%2, %3, %4, %5);", ext(), ref(), modifierKeys(modifier), x, y),
         u"Error emulating double-click via extension: %1");
 }
 
@@ -84,8 +85,7 @@ FunctionCallResult<void> HTML_CustomItem::setSelected(bool selected)
 
 FunctionCallResult<int> HTML_CustomItem::row() const
 {
-    return toNumber(
-        evaluate(script(u"%1Extension.itemRow( %2 );", ext(), ref()), u"Error fetching row: %1"),
+    return toNumber(evaluate(script(u"%1Extension.itemRow( %2 );", ext(), ref()), u"Error fetching row: %1"),
         u"Could not convert value for row '%1' to number");
 }
 
@@ -171,7 +171,7 @@ FunctionCallResult<HTML_CustomItem *> HTML_CustomItemView::findItem(const char *
 {
     const QString wanted = QString::fromUtf8(text);
     return as<HTML_CustomItem>(
-        objectFrom(script(u"%1Extension.findItem(%2,'%3');", ext(), ref(), QuotedLine {wanted}),
+        objectFrom(script(u"%1Extension.findItem(%2,'%3');", ext(), ref(), QuotedLine{wanted}),
             u"Error occurred while finding item with text '%1': %2", wanted));
 }
 
@@ -238,8 +238,8 @@ FunctionCallResult<void> HTML_CustomItemView::clickItem(int row, int column, int
     if (found.failed())
         return Failure(found.error);
     if (!found.value) {
-        return Failure(message(u"No item found with row '%1' and column '%2'", QString::number(row),
-            QString::number(column)));
+        return Failure(message(
+            u"No item found with row '%1' and column '%2'", QString::number(row), QString::number(column)));
     }
     const std::unique_ptr<HTML_CustomItem> item(found.value);
     return item->click(modifier, 0, 0, button);
@@ -270,7 +270,7 @@ FunctionCallResult<void> HTML_CustomItemView::clickHandle(const char *item)
 FunctionCallResult<void> HTML_CustomItemView::checkTreeItem(const char *item)
 {
     optionalAnswer(component(),
-        script(u"%1Extension.checkTreeItem(%2, '%3');", ext(), ref(), Expr {QString::fromUtf8(item)}),
+        script(u"%1Extension.checkTreeItem(%2, '%3');", ext(), ref(), Expr{QString::fromUtf8(item)}),
         u"Ignoring error from optional API Extension.checkTreeItem: %1");
     return {};
 }

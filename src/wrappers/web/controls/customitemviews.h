@@ -19,8 +19,8 @@ public:
 
     using ExtensionBacked::ExtensionBacked;
     const char *className() const override { return ScriptName; }
-    /// Both leave the click to an extension that says that it can do it, at once and without a wait; otherwise
-    /// the item is clicked like any element.
+    /// Both leave the click to an extension that says that it can do it, at once and without a wait;
+    /// otherwise the item is clicked like any element.
     FunctionCallResult<void> click(int modifier, int x, int y, int button) override;
     FunctionCallResult<void> doubleClick(int modifier, int x, int y) override;
     /// The name in the view, such as "item_3", asked of the page once.
@@ -48,8 +48,8 @@ public:
     FunctionCallResult<HTML_CustomItem *> findItem(int row, int column) const;
 };
 
-/// The view. Items are found by their text or by row and column; lookups give a null pointer and no error where
-/// there is no such item, operations on an item fail.
+/// The view. Items are found by their text or by row and column; lookups give a null pointer and no error
+/// where there is no such item, operations on an item fail.
 class PAGEPROBELIB_EXPORT HTML_CustomItemView : public ExtensionBacked<HTML_FormElement>
 {
 public:
@@ -79,8 +79,8 @@ public:
     FunctionCallResult<void> doubleClickItem(const char *item, int modifier);
     /// Clicks what opens or closes the item.
     FunctionCallResult<void> clickHandle(const char *item);
-    /// Ticks the box of a tree item. Optional for an extension: a failure is traced and is no error. The text goes
-    /// into the script as it stands.
+    /// Ticks the box of a tree item. Optional for an extension: a failure is traced and is no error. The text
+    /// goes into the script as it stands.
     FunctionCallResult<void> checkTreeItem(const char *item);
 
 private:

@@ -1,10 +1,10 @@
-// What all wrappers share whose page side is the object of a page extension: the name of the extension, and how
-// the answers of its functions are read.
+// What all wrappers share whose page side is the object of a page extension: the name of the extension, and
+// how the answers of its functions are read.
 //
-//     cleaned(evaluate(script(u"%1Extension.getTitle(%2);", ext(), ref()), u"Error fetching title value: %1"))
+//     cleaned(evaluate(script(u"%1Extension.getTitle(%2);", ext(), ref()), u"Error fetching title: %1"))
 //
-// The extension object is the page global "<extension name>Extension"; the first argument of each of its functions
-// is the element.
+// The extension object is the page global "<extension name>Extension"; the first argument of each of its
+// functions is the element.
 #pragma once
 
 #include "wrappers/web/webobject.h"
@@ -20,14 +20,13 @@ class PAGEPROBELIB_EXPORT ExtensionBacked : public Base
 public:
     ExtensionBacked(
         const QString &name, const QString &reference, const QString &extension, HTMLComponent *component)
-        : Base(name, reference, component)
-        , m_extension(extension)
+        : Base(name, reference, component), m_extension(extension)
     {
     }
 
 protected:
     /// The extension name as a piece of script.
-    Expr ext() const { return Expr {m_extension}; }
+    Expr ext() const { return Expr{m_extension}; }
 
     const QString &extension() const { return m_extension; }
 
@@ -53,7 +52,8 @@ FunctionCallResult<QString> definedText(const FunctionCallResult<QString> &answe
 /// The answer as a number; `error` holds the text at %1 when it is none.
 FunctionCallResult<int> toNumber(const FunctionCallResult<QString> &answer, QStringView error);
 
-/// The wrapper as one of its subclasses. One of another class is deleted and gives null, as a missing one does.
+/// The wrapper as one of its subclasses. One of another class is deleted and gives null, as a missing one
+/// does.
 template <std::derived_from<HTML_Object> Wrapper>
 FunctionCallResult<Wrapper *> as(const FunctionCallResult<HTML_Object *> &object)
 {
@@ -65,8 +65,8 @@ FunctionCallResult<Wrapper *> as(const FunctionCallResult<HTML_Object *> &object
     return wrapper;
 }
 
-/// Calls a function that an extension may lack. A failure is no error: the answer is empty then, and `traced`, with
-/// the page's message at %1, goes to the trace; without `traced` nobody is told.
+/// Calls a function that an extension may lack. A failure is no error: the answer is empty then, and
+/// `traced`, with the page's message at %1, goes to the trace; without `traced` nobody is told.
 QString optionalAnswer(const HTMLComponent *component, const QString &script, QStringView traced = {});
 
 } // namespace Ostrel::WebWrapper

@@ -13,29 +13,31 @@ namespace {
 /// Stands for all rows where a search begins behind a row.
 constexpr int noStartRow = -1;
 
-/// Script that leaves in __ostrel__node the first cell of a table with a text. A value, which the page does not show,
-/// wins over a visible text in whatever row.
+/// Script that leaves in __ostrel__node the first cell of a table with a text. A value, which the page does
+/// not show, wins over a visible text in whatever row.
 QString findItemInternal(const Expr &table, const QString &text, int startRow)
 {
     const QString start = startRow == noStartRow ? u"undefined"_s : QString::number(startRow);
-    return script(u"var __ostrel__startRow = %1;"
-                  "var __ostrel__node = undefined;"
-                  "(function() {"
-                  "  var text = __ostrel__clean('%3');"
-                  "  var cells = %2.getElementsByTagName('TD');"
-                  "  function firstCell(textOf) {"
-                  "    for( var c = 0; c < cells.length; c++ ) {"
-                  "      if( __ostrel__startRow !== undefined && !(cells[c].i > __ostrel__startRow) ) continue;"
-                  "      if( __ostrel__clean(textOf(cells[c])) == text ) return cells[c];"
-                  "    }"
-                  "  }"
-                  "  __ostrel__node = firstCell(function(cell) { return cell.getAttribute('value'); })"
-                  "    || firstCell(function(cell) { return cell.innerText; });"
-                  "}());",
-        Expr {start}, table, Expr {text});
+    return script(
+        u"var __ostrel__startRow = %1;"
+        "var __ostrel__node = undefined;"
+        "(function() {"
+        "  var text = __ostrel__clean('%3');"
+        "  var cells = %2.getElementsByTagName('TD');"
+        "  function firstCell(textOf) {"
+        "    for( var c = 0; c < cells.length; c++ ) {"
+        "      if( __ostrel__startRow !== undefined && !(cells[c].i > __ostrel__startRow) ) continue;"
+        "      if( __ostrel__clean(textOf(cells[c])) == text ) return cells[c];"
+        "    }"
+        "  }"
+        "  __ostrel__node = firstCell(function(cell) { return cell.getAttribute('value'); })"
+        "    || firstCell(function(cell) { return cell.innerText; });"
+        "}());",
+        Expr{start}, table, Expr{text});
 }
 
-/// Script that leaves the cell at a place in a variable and gives its type. A row has holes where a cell above spans it.
+/// Script that leaves the cell at a place in a variable and gives its type. A row has holes where a cell
+/// above spans it.
 QString findCellScript(
     QStringView rowsFunction, const Expr &table, const QString &variable, int row, int column)
 {
@@ -49,7 +51,7 @@ QString findCellScript(
                   "    }"
                   "     count++;"
                   "  }",
-        Expr {rowsFunction.toString()}, table, row, column, Expr {variable});
+        Expr{rowsFunction.toString()}, table, row, column, Expr{variable});
 }
 
 /// Script that leaves the first cell of a row of __ostrel__rows in __ostrel__row.
@@ -64,8 +66,8 @@ QString findRowScript(int row)
         row);
 }
 
-/// A wrapper of what a script left in a page variable and told the type of. The reference of the table goes along as
-/// the cell's name: the cell takes it for its owner.
+/// A wrapper of what a script left in a page variable and told the type of. The reference of the table goes
+/// along as the cell's name: the cell takes it for its owner.
 template <typename Cell>
 FunctionCallResult<Cell *> cellIn(
     const QString &variable, const FunctionCallResult<QString> &type, const HTML_Object &table)
@@ -88,7 +90,7 @@ FunctionCallResult<QString> HTML_KiwiChoice::selectedOption() const
 
 FunctionCallResult<void> HTML_KiwiChoice::setSelectedOption(const QString &text)
 {
-    return run(script(u"__ostrel__kiwi__choice__setSelectedOption( %1, '%2');", ref(), QuotedLine {text}),
+    return run(script(u"__ostrel__kiwi__choice__setSelectedOption( %1, '%2');", ref(), QuotedLine{text}),
         u"Error while setting selected option text '%1': %2", text);
 }
 
@@ -96,8 +98,8 @@ FunctionCallResult<int> HTML_KiwiChoice::selectedValue() const
 {
     // Kept as is: the second message speaks of rows, as those of the tables do; scripts match on this text.
     return toNumber(
-        evaluate(
-            script(u"__ostrel__cbinput = %1.getElementsByTagName('input')[0];__ostrel__cbinput.value;", ref()),
+        evaluate(script(u"__ostrel__cbinput = %1.getElementsByTagName('input')[0];__ostrel__cbinput.value;",
+                     ref()),
             u"Error while getting selected value: %1"),
         u"Could not convert value '%1' to number of rows.");
 }
@@ -112,30 +114,32 @@ FunctionCallResult<void> HTML_KiwiChoice::setSelectedValue(int value)
 
 QString HTML_KiwiTree::findItem(const QString &item) const
 {
-    return script(u"var __ostrel__node = __ostrel__kiwi__tree__find__item( %1, '%2' );", ref(), Expr {item});
+    return script(u"var __ostrel__node = __ostrel__kiwi__tree__find__item( %1, '%2' );", ref(), Expr{item});
 }
 
 FunctionCallResult<void> HTML_KiwiTree::clickHandle(const QString &item)
 {
-    return runAndWait(script(u"%1if (__ostrel__node) {__ostrel__node = __ostrel__node.parentNode.previousSibling;"
-                             "if (__ostrel__node) {%2}}",
-                          Expr {findItem(item)}, Expr {clickOn("__ostrel__node", 0, 0, 0, 1)}),
+    return runAndWait(
+        script(u"%1if (__ostrel__node) {__ostrel__node = __ostrel__node.parentNode.previousSibling;"
+               "if (__ostrel__node) {%2}}",
+            Expr{findItem(item)}, Expr{clickOn("__ostrel__node", 0, 0, 0, 1)}),
         u"Error clicking handle of item '%1': %2", item);
 }
 
 FunctionCallResult<bool> HTML_KiwiTree::isSelected(const QString &item) const
 {
-    return isTrue(evaluate(script(u"%1if (__ostrel__node) {__ostrel__kiwi__tree__is__selected( %2, __ostrel__node );} "
-                                  "else {false;}",
-                               Expr {findItem(item)}, ref()),
-        u"Error checking selection state of item '%1': %2", item));
+    return isTrue(
+        evaluate(script(u"%1if (__ostrel__node) {__ostrel__kiwi__tree__is__selected( %2, __ostrel__node );} "
+                        "else {false;}",
+                     Expr{findItem(item)}, ref()),
+            u"Error checking selection state of item '%1': %2", item));
 }
 
 FunctionCallResult<bool> HTML_KiwiTree::isOpen(const QString &item) const
 {
     return isTrue(evaluate(
         script(u"%1if (__ostrel__node) {__ostrel__kiwi__tree__is__open( __ostrel__node );} else {false;}",
-            Expr {findItem(item)}),
+            Expr{findItem(item)}),
         u"Error checking open state of item '%1': %2", item));
 }
 
@@ -143,8 +147,7 @@ FunctionCallResult<bool> HTML_KiwiTree::isOpen(const QString &item) const
 
 KiwiCell::KiwiCell(
     const QString &name, const QString &reference, const QString &owner, HTMLComponent *component)
-    : HTML_Object(name, reference, component)
-    , m_owner(owner)
+    : HTML_Object(name, reference, component), m_owner(owner)
 {
 }
 
@@ -213,9 +216,9 @@ FunctionCallResult<int> HTML_KiwiMatrix::numColumns() const
 
 FunctionCallResult<bool> HTML_KiwiMatrix::isSelected() const
 {
-    return isTrueInAnyCase(
-        evaluate(script(u"__ostrel__kiwi__table__isCellSelected(%1, %2, 'kiwi_matrixtable');", owner(), ref()),
-            u"Error while checking selection: %1"));
+    return isTrueInAnyCase(evaluate(
+        script(u"__ostrel__kiwi__table__isCellSelected(%1, %2, 'kiwi_matrixtable');", owner(), ref()),
+        u"Error while checking selection: %1"));
 }
 
 FunctionCallResult<HTML_KiwiMatrixCell *> HTML_KiwiMatrix::findItem(int row, int column) const
@@ -223,7 +226,8 @@ FunctionCallResult<HTML_KiwiMatrixCell *> HTML_KiwiMatrix::findItem(int row, int
     const QString variable = nextPageVariable();
     return cellIn<HTML_KiwiMatrixCell>(variable,
         evaluate(findCellScript(u"__ostrel__kiwi__matrix__getRows", ref(), variable, row, column),
-            u"Error while finding item at row %1 column %2: %3", QString::number(row), QString::number(column)),
+            u"Error while finding item at row %1 column %2: %3", QString::number(row),
+            QString::number(column)),
         *this);
 }
 
@@ -264,39 +268,40 @@ FunctionCallResult<QString> KiwiTableBase::groupCaptionOfColumn(int column) cons
 
 FunctionCallResult<void> KiwiTableBase::clickItem(const QString &item, int modifier)
 {
-    return runAndWait(script(u"%1if (__ostrel__node) {%2}", Expr {findItemInternal(ref(), item, noStartRow)},
-                          Expr {clickOn("__ostrel__node", modifier, 0, 0, 1)}),
+    return runAndWait(script(u"%1if (__ostrel__node) {%2}", Expr{findItemInternal(ref(), item, noStartRow)},
+                          Expr{clickOn("__ostrel__node", modifier, 0, 0, 1)}),
         u"Error while clicking on item '%1' with modifier '%2': %3", item, QString::number(modifier));
 }
 
 FunctionCallResult<void> KiwiTableBase::clickRow(const QString &text, int modifier)
 {
     return runAndWait(script(u"var __ostrel__row = __ostrel__kiwi__table__findRow(%1, '%2');%3", ref(),
-                          Expr {text}, Expr {clickOnRow(modifier)}),
+                          Expr{text}, Expr{clickOnRow(modifier)}),
         u"Error while clicking on row '%1' with modifier '%2': %3", text, QString::number(modifier));
 }
 
 FunctionCallResult<void> KiwiTableBase::clickRow(int row, int modifier)
 {
     return runAndWait(script(u"var __ostrel__rows = __ostrel__kiwi__table__getRows(%1); %2%3", ref(),
-                          Expr {findRowScript(row)}, Expr {clickOnRow(modifier)}),
+                          Expr{findRowScript(row)}, Expr{clickOnRow(modifier)}),
         u"Error while clicking on row %1 with modifier '%2': %3", QString::number(row),
         QString::number(modifier));
 }
 
 FunctionCallResult<bool> KiwiTableBase::hasItem(const QString &item) const
 {
-    return isTrue(evaluate(script(u"%1!!__ostrel__node;", Expr {findItemInternal(ref(), item, noStartRow)}),
+    return isTrue(evaluate(script(u"%1!!__ostrel__node;", Expr{findItemInternal(ref(), item, noStartRow)}),
         u"Error while checking if item '%1' is known: %2", item));
 }
 
 FunctionCallResult<bool> KiwiTableBase::isSelected(const QString &item) const
 {
-    // Kept as is: the double test, and a tree table that asks as a table does; the page's functions know this call.
+    // Kept as is: the double test, and a tree table that asks as a table does; the page's functions know this
+    // call.
     return isTrue(evaluate(script(u"%1if (__ostrel__node) {if (__ostrel__node) {"
                                   "__ostrel__kiwi__table__isCellSelected(%2, __ostrel__node, 'kiwi_table');} "
                                   "else {false;}} else {false;}",
-                               Expr {findItemInternal(ref(), item, noStartRow)}, ref()),
+                               Expr{findItemInternal(ref(), item, noStartRow)}, ref()),
         u"Error while checking if item '%1' is selected: %2", item));
 }
 
@@ -306,7 +311,7 @@ FunctionCallResult<Cell *> KiwiTableBase::findCell(const QString &text, int star
     const QString variable = nextPageVariable();
     return cellIn<Cell>(variable,
         evaluate(script(u"%1%2 = __ostrel__node; __ostrel__typeOf(%2);",
-                     Expr {findItemInternal(ref(), text, startRow)}, Expr {variable}),
+                     Expr{findItemInternal(ref(), text, startRow)}, Expr{variable}),
             u"Error while finding item '%1' starting at row %2: %3", text, QString::number(startRow)),
         *this);
 }
@@ -324,7 +329,7 @@ FunctionCallResult<Cell *> KiwiTableBase::findCell(int row, int column) const
 
 QString HTML_KiwiTable::clickOnRow(int modifier) const
 {
-    return script(u"if (__ostrel__row) {%1}", Expr {clickOn("__ostrel__row", modifier, 0, 0, 1)});
+    return script(u"if (__ostrel__row) {%1}", Expr{clickOn("__ostrel__row", modifier, 0, 0, 1)});
 }
 
 FunctionCallResult<QString> HTML_KiwiTable::caption(int column) const
@@ -353,7 +358,7 @@ FunctionCallResult<HTML_KiwiTableCell *> HTML_KiwiTable::findItem(int row, int c
 QString HTML_KiwiTreeTable::clickOnRow(int modifier) const
 {
     return script(u"if (__ostrel__row) { %1}",
-        Expr {clickOn(
+        Expr{clickOn(
             "__ostrel__kiwi__treetable__find__clickableelement( __ostrel__row )", modifier, 0, 0, 1)});
 }
 
@@ -421,7 +426,8 @@ FunctionCallResult<HTML_KiwiMatrix *> HTML_KiwiMatrixTable::findItem(int row, in
     const QString variable = nextPageVariable();
     return cellIn<HTML_KiwiMatrix>(variable,
         evaluate(findCellScript(u"__ostrel__kiwi__matrixtable__getRows", ref(), variable, row, column),
-            u"Error while finding item at row %1 column %2: %3", QString::number(row), QString::number(column)),
+            u"Error while finding item at row %1 column %2: %3", QString::number(row),
+            QString::number(column)),
         *this);
 }
 
@@ -429,8 +435,8 @@ FunctionCallResult<HTML_KiwiMatrix *> HTML_KiwiMatrixTable::findItem(int row, in
 
 FunctionCallResult<QString> HTML_KiwiMoreMenuItem::itemText() const
 {
-    return evaluate(script(u"__ostrel__kiwi__menuItemText(%1);", ref()),
-        u"Error while obtaining menu item text: %1");
+    return evaluate(
+        script(u"__ostrel__kiwi__menuItemText(%1);", ref()), u"Error while obtaining menu item text: %1");
 }
 
 FunctionCallResult<QString> HTML_KiwiMoreMenu::getItems() const
@@ -439,7 +445,7 @@ FunctionCallResult<QString> HTML_KiwiMoreMenu::getItems() const
         return m_items;
     const QString variable = nextPageVariable();
     const FunctionCallResult<void> stored
-        = run(script(u"%1 = __ostrel__kiwi__menuItems(%2);", Expr {variable}, ref()),
+        = run(script(u"%1 = __ostrel__kiwi__menuItems(%2);", Expr{variable}, ref()),
             u"Error while obtaining all menu items: %1");
     if (stored.failed())
         return Failure(stored.error);
@@ -453,7 +459,7 @@ FunctionCallResult<int> HTML_KiwiMoreMenu::numItems() const
     if (items.failed())
         return Failure(message(u"Error while determining number of items: %1", items.error));
     return toNumber(
-        evaluate(script(u"%1.length;", Expr {items.value}), u"Error while obtaining number of items: %1"),
+        evaluate(script(u"%1.length;", Expr{items.value}), u"Error while obtaining number of items: %1"),
         u"Could not convert value '%1' to number of items.");
 }
 
@@ -463,9 +469,9 @@ FunctionCallResult<HTML_KiwiMoreMenuItem *> HTML_KiwiMoreMenu::itemAt(int index)
     if (items.failed())
         return Failure(message(u"Error while getting item at %1: %2", QString::number(index), items.error));
     const QString variable = nextPageVariable();
-    const FunctionCallResult<QString> type = evaluate(
-        script(u"%1 = %2[%3]; __ostrel__typeOf(%1);", Expr {variable}, Expr {items.value}, index),
-        u"Error while getting item %1: %2", QString::number(index));
+    const FunctionCallResult<QString> type
+        = evaluate(script(u"%1 = %2[%3]; __ostrel__typeOf(%1);", Expr{variable}, Expr{items.value}, index),
+            u"Error while getting item %1: %2", QString::number(index));
     if (type.failed())
         return Failure(type.error);
     return as<HTML_KiwiMoreMenuItem>(htmlObjectFromReferenceInfo(component(), type.value, variable, {}));
@@ -473,7 +479,7 @@ FunctionCallResult<HTML_KiwiMoreMenuItem *> HTML_KiwiMoreMenu::itemAt(int index)
 
 FunctionCallResult<bool> HTML_KiwiMoreMenu::activateItem(const QString &text)
 {
-    return isTrue(evaluate(script(u"__ostrel__kiwi__activateItem(%1, '%2');", ref(), Expr {text}),
+    return isTrue(evaluate(script(u"__ostrel__kiwi__activateItem(%1, '%2');", ref(), Expr{text}),
         u"Error while activating item '%1': %2", text));
 }
 

@@ -1,8 +1,9 @@
-// The controls of the Kiwi toolkit. They need no extension object: the page has functions __ostrel__kiwi__... for them,
-// and some operations walk the page with script of their own.
+// The controls of the Kiwi toolkit. They need no extension object: the page has functions __ostrel__kiwi__...
+// for them, and some operations walk the page with script of their own.
 //
-// Texts that name an item go into the script as they stand unless an operation says otherwise, so that a quote in one
-// makes the page report an error. A click on something that does not exist is a success that does nothing.
+// Texts that name an item go into the script as they stand unless an operation says otherwise, so that a
+// quote in one makes the page report an error. A click on something that does not exist is a success that
+// does nothing.
 #pragma once
 
 #include "wrappers/web/controls/treebase.h"
@@ -43,7 +44,8 @@ protected:
 
 // Cells
 
-/// A cell that knows which table it belongs to. Its row and column are members that the toolkit sets on its node.
+/// A cell that knows which table it belongs to. Its row and column are members that the toolkit sets on its
+/// node.
 class PAGEPROBELIB_EXPORT KiwiCell : public HTML_Object
 {
 public:
@@ -55,7 +57,7 @@ public:
 
 protected:
     /// The table as a piece of script.
-    Expr owner() const { return Expr {m_owner}; }
+    Expr owner() const { return Expr{m_owner}; }
 
 private:
     QString m_owner;
@@ -129,8 +131,8 @@ public:
     FunctionCallResult<QString> groupCaption(int group) const;
     FunctionCallResult<QString> groupCaptionOfColumn(int column) const;
 
-    /// `modifier` is a sum of ModifierState values. The page gets the click 100 ms later; the call returns after
-    /// 200 ms.
+    /// `modifier` is a sum of ModifierState values. The page gets the click 100 ms later; the call returns
+    /// after 200 ms.
     FunctionCallResult<void> clickItem(const QString &item, int modifier);
     FunctionCallResult<void> clickRow(const QString &text, int modifier);
     FunctionCallResult<void> clickRow(int row, int modifier);
@@ -139,12 +141,12 @@ public:
     FunctionCallResult<bool> isSelected(const QString &item) const;
 
 protected:
-    /// Finds the first cell with a value, or else a visible text, that equals `text`, in the rows behind `startRow`;
-    /// -1 for all rows. Null when there is none.
+    /// Finds the first cell with a value, or else a visible text, that equals `text`, in the rows behind
+    /// `startRow`; -1 for all rows. Null when there is none.
     template <typename Cell>
     FunctionCallResult<Cell *> findCell(const QString &text, int startRow) const;
-    /// The cell at a place; cells that a row lacks because one above spans it do not count. Null when the row ends
-    /// before.
+    /// The cell at a place; cells that a row lacks because one above spans it do not count. Null when the row
+    /// ends before.
     template <typename Cell>
     FunctionCallResult<Cell *> findCell(int row, int column) const;
 

@@ -14,18 +14,16 @@ namespace {
 struct DateTexts
 {
     explicit DateTexts(const DateTime &date)
-        : year(QString::number(date.date().year()))
-        , month(QString::number(date.date().month()))
-        , day(QString::number(date.date().day()))
-        , hour(QString::number(date.time().hour()))
-        , minute(QString::number(date.time().minute()))
+        : year(QString::number(date.date().year())), month(QString::number(date.date().month())),
+          day(QString::number(date.date().day())), hour(QString::number(date.time().hour())),
+          minute(QString::number(date.time().minute()))
     {
     }
 
     /// The page's own date. It counts months from 0, and the script shows that instead of hiding it.
     Expr expression() const
     {
-        return Expr {message(u"(new Date(%1,%2-1,%3,%4,%5))", year, month, day, hour, minute)};
+        return Expr{message(u"(new Date(%1,%2-1,%3,%4,%5))", year, month, day, hour, minute)};
     }
 
     QString year;
@@ -44,7 +42,7 @@ Failure noDate()
 /// The date behind the five numbers that the page answers with.
 FunctionCallResult<DateTime> parsedDate(const FunctionCallResult<QString> &answer)
 {
-    constexpr std::array<QStringView, 5> errors {
+    constexpr std::array<QStringView, 5> errors{
         u"Could not parse year in date string '%1'.",
         u"Could not parse month in date string '%1'.",
         u"Could not parse day in date string '%1'.",
@@ -59,7 +57,7 @@ FunctionCallResult<DateTime> parsedDate(const FunctionCallResult<QString> &answe
     if (parts.size() < qsizetype(errors.size()))
         return Failure(message(u"Could not parse date string '%1'.", text));
 
-    std::array<int, errors.size()> numbers {};
+    std::array<int, errors.size()> numbers{};
     for (std::size_t i = errors.size(); i-- > 0;) {
         bool ok = false;
         numbers[i] = parts[qsizetype(i)].toInt(&ok);
@@ -99,14 +97,14 @@ FunctionCallResult<HTML_MenuItem *> HTML_Menu::itemAt(int index) const
 FunctionCallResult<HTML_MenuItem *> HTML_Menu::findItemByText(const QString &text) const
 {
     return as<HTML_MenuItem>(
-        objectFrom(script(u"%1Extension.findMenuItemByText(%2, '%3');", ext(), ref(), Expr {text}),
+        objectFrom(script(u"%1Extension.findMenuItemByText(%2, '%3');", ext(), ref(), Expr{text}),
             u"Error obtaining menu item with text '%1': %2", text));
 }
 
 FunctionCallResult<HTML_MenuItem *> HTML_Menu::findItemByIconUrl(const QString &url) const
 {
     return as<HTML_MenuItem>(
-        objectFrom(script(u"%1Extension.findMenuItemByIconUrl(%2, '%3');", ext(), ref(), Expr {url}),
+        objectFrom(script(u"%1Extension.findMenuItemByIconUrl(%2, '%3');", ext(), ref(), Expr{url}),
             u"Error obtaining menu item with icon '%1': %2", url));
 }
 
@@ -117,8 +115,8 @@ FunctionCallResult<bool> HTML_MenuItem::visible() const
 
 FunctionCallResult<HTML_Menu *> HTML_MenuItem::parentMenu() const
 {
-    return as<HTML_Menu>(
-        objectFrom(script(u"%1Extension.getParentMenu(%2);", ext(), ref()), u"Error obtaining parent menu: %1"));
+    return as<HTML_Menu>(objectFrom(
+        script(u"%1Extension.getParentMenu(%2);", ext(), ref()), u"Error obtaining parent menu: %1"));
 }
 
 FunctionCallResult<HTML_Menu *> HTML_MenuItem::subMenu() const
@@ -129,14 +127,13 @@ FunctionCallResult<HTML_Menu *> HTML_MenuItem::subMenu() const
 
 FunctionCallResult<QString> HTML_MenuItem::text() const
 {
-    return cleaned(
-        evaluate(script(u"Ostrel.cleanString( %1Extension.getMenuItemText(%2) );", ext(), ref()),
-            u"Error fetching item text: %1"));
+    return cleaned(evaluate(script(u"Ostrel.cleanString( %1Extension.getMenuItemText(%2) );", ext(), ref()),
+        u"Error fetching item text: %1"));
 }
 
 FunctionCallResult<void> HTML_MenuItem::setText(const QString &text)
 {
-    return run(script(u"%1Extension.setMenuItemText(%2, '%3');", ext(), ref(), Expr {text}),
+    return run(script(u"%1Extension.setMenuItemText(%2, '%3');", ext(), ref(), Expr{text}),
         u"Error setting item text '%1': %2", text);
 }
 
@@ -148,7 +145,7 @@ FunctionCallResult<QString> HTML_MenuItem::iconUrl() const
 
 FunctionCallResult<void> HTML_MenuItem::setIconUrl(const QString &url)
 {
-    return run(script(u"%1Extension.setMenuItemIconUrl(%2, '%3');", ext(), ref(), Expr {url}),
+    return run(script(u"%1Extension.setMenuItemIconUrl(%2, '%3');", ext(), ref(), Expr{url}),
         u"Error setting icon url '%1': %2", url);
 }
 
@@ -190,39 +187,39 @@ FunctionCallResult<void> HTML_MenuItem::setSeparator(bool separator)
 
 FunctionCallResult<HTML_Menu *> HTML_MenuButton::menu() const
 {
-    return as<HTML_Menu>(
-        objectFrom(script(u"%1Extension.getMenu(%2);", ext(), ref()), u"Error obtaining menu from button: %1"));
+    return as<HTML_Menu>(objectFrom(
+        script(u"%1Extension.getMenu(%2);", ext(), ref()), u"Error obtaining menu from button: %1"));
 }
 
 // Tabs
 
 FunctionCallResult<void> HTML_TabWidget::clickTab(const QString &name)
 {
-    return run(script(u"%1Extension.clickTab(%2, '%3');", ext(), ref(), Expr {name}),
+    return run(script(u"%1Extension.clickTab(%2, '%3');", ext(), ref(), Expr{name}),
         u"Error while clicking tab '%1': %2", name);
 }
 
 FunctionCallResult<HTML_Tab *> HTML_TabWidget::currentTab() const
 {
-    return as<HTML_Tab>(
-        objectFrom(script(u"%1Extension.getCurrentTab(%2);", ext(), ref()), u"Error fetching current tab: %1"));
+    return as<HTML_Tab>(objectFrom(
+        script(u"%1Extension.getCurrentTab(%2);", ext(), ref()), u"Error fetching current tab: %1"));
 }
 
 FunctionCallResult<HTML_Tab *> HTML_TabWidget::findTab(const QString &title) const
 {
-    return as<HTML_Tab>(objectFrom(script(u"%1Extension.findTab(%2, '%3');", ext(), ref(), Expr {title}),
+    return as<HTML_Tab>(objectFrom(script(u"%1Extension.findTab(%2, '%3');", ext(), ref(), Expr{title}),
         u"Error finding tab '%1': %2", title));
 }
 
 FunctionCallResult<QString> HTML_Tab::title() const
 {
-    return cleaned(evaluate(
-        script(u"%1Extension.getTitle( %2 );", ext(), ref()), u"Error while fetching title: %1"));
+    return cleaned(
+        evaluate(script(u"%1Extension.getTitle( %2 );", ext(), ref()), u"Error while fetching title: %1"));
 }
 
 FunctionCallResult<void> HTML_Tab::setTitle(const QString &title)
 {
-    return run(script(u"%1Extension.setTitle( %2, '%3' );", ext(), ref(), Expr {title}),
+    return run(script(u"%1Extension.setTitle( %2, '%3' );", ext(), ref(), Expr{title}),
         u"Error setting title '%1': %2", title);
 }
 
@@ -234,7 +231,7 @@ FunctionCallResult<QString> HTML_Tab::icon() const
 
 FunctionCallResult<void> HTML_Tab::setIcon(const QString &icon)
 {
-    return run(script(u"%1Extension.setIcon( %2, '%3' );", ext(), ref(), Expr {icon}),
+    return run(script(u"%1Extension.setIcon( %2, '%3' );", ext(), ref(), Expr{icon}),
         u"Error setting icon '%1': %2", icon);
 }
 
@@ -260,9 +257,9 @@ FunctionCallResult<HTML_TabWidget *> HTML_Tab::getTabWidget() const
 
 FunctionCallResult<DateTime> HTML_DateChooser::date() const
 {
-    return parsedDate(evaluate(
-        script(u"__ostrel__convertJSDateToDateTimeString( %1Extension.getDate(%2));", ext(), ref()),
-        u"Error obtaining date: %1"));
+    return parsedDate(
+        evaluate(script(u"__ostrel__convertJSDateToDateTimeString( %1Extension.getDate(%2));", ext(), ref()),
+            u"Error obtaining date: %1"));
 }
 
 FunctionCallResult<void> HTML_DateChooser::setDate(const DateTime &date)
@@ -277,9 +274,9 @@ FunctionCallResult<void> HTML_DateChooser::setDate(const DateTime &date)
 
 FunctionCallResult<DateTime> HTML_CalendarView::date() const
 {
-    return parsedDate(evaluate(
-        script(u"__ostrel__convertJSDateToDateTimeString( %1Extension.getDate(%2));", ext(), ref()),
-        u"Error obtaining date: %1"));
+    return parsedDate(
+        evaluate(script(u"__ostrel__convertJSDateToDateTimeString( %1Extension.getDate(%2));", ext(), ref()),
+            u"Error obtaining date: %1"));
 }
 
 FunctionCallResult<void> HTML_CalendarView::setDate(const DateTime &date)
@@ -312,7 +309,7 @@ FunctionCallResult<QString> HTML_CalendarEvent::title() const
 
 FunctionCallResult<void> HTML_CalendarEvent::setTitle(const QString &title)
 {
-    return run(script(u"%1Extension.setTitle(%2, '%3');", ext(), ref(), Expr {title}),
+    return run(script(u"%1Extension.setTitle(%2, '%3');", ext(), ref(), Expr{title}),
         u"Error changing title to '%1': %2", title);
 }
 
@@ -324,7 +321,7 @@ FunctionCallResult<QString> HTML_CalendarEvent::description() const
 
 FunctionCallResult<void> HTML_CalendarEvent::setDescription(const QString &description)
 {
-    return run(script(u"%1Extension.setDescription(%2, '%3');", ext(), ref(), Expr {description}),
+    return run(script(u"%1Extension.setDescription(%2, '%3');", ext(), ref(), Expr{description}),
         u"Error changing description to '%1': %2", description);
 }
 
@@ -341,8 +338,8 @@ FunctionCallResult<void> HTML_CalendarEvent::setStartDateTime(const DateTime &da
         return noDate();
     const DateTexts texts(date);
     return run(script(u"%1Extension.setStartDateTime(%2, %3);", ext(), ref(), texts.expression()),
-        u"Error changing start datetime to '%1/%2/%3 %4:%5': %6", texts.month, texts.day, texts.year, texts.hour,
-        texts.minute);
+        u"Error changing start datetime to '%1/%2/%3 %4:%5': %6", texts.month, texts.day, texts.year,
+        texts.hour, texts.minute);
 }
 
 FunctionCallResult<DateTime> HTML_CalendarEvent::endDateTime() const
@@ -358,8 +355,8 @@ FunctionCallResult<void> HTML_CalendarEvent::setEndDateTime(const DateTime &date
         return noDate();
     const DateTexts texts(date);
     return run(script(u"%1Extension.setEndDateTime(%2, %3);", ext(), ref(), texts.expression()),
-        u"Error changing end datetime to '%1/%2/%3 %4:%5': %6", texts.month, texts.day, texts.year, texts.hour,
-        texts.minute);
+        u"Error changing end datetime to '%1/%2/%3 %4:%5': %6", texts.month, texts.day, texts.year,
+        texts.hour, texts.minute);
 }
 
 } // namespace Ostrel::WebWrapper

@@ -1,5 +1,5 @@
-// Menus, tabs, date choosers and calendars that a page extension operates. Texts go into the script as they stand: a
-// quote in one makes the page report an error.
+// Menus, tabs, date choosers and calendars that a page extension operates. Texts go into the script as they
+// stand: a quote in one makes the page report an error.
 #pragma once
 
 #include "wrappers/web/controls/customcontrols.h"
@@ -11,7 +11,8 @@ class HTML_MenuItem;
 class HTML_Tab;
 class HTML_CalendarEvent;
 
-// Operations that give a wrapper give a new one, owned by the caller, or null and no error where there is none.
+// Operations that give a wrapper give a new one, owned by the caller, or null and no error where there is
+// none.
 
 class PAGEPROBELIB_EXPORT HTML_Menu : public ExtensionBacked<HTML_Object>
 {

@@ -9,8 +9,8 @@ namespace Ostrel::WebWrapper {
 
 namespace {
 
-/// Takes the texts of a table apart: "$" ends a cell, "|" ends a row, and a backslash makes the next character part of
-/// the text.
+/// Takes the texts of a table apart: "$" ends a cell, "|" ends a row, and a backslash makes the next
+/// character part of the text.
 HTML_TableVPInterface::Rows rowsFrom(const QString &text)
 {
     HTML_TableVPInterface::Rows rows;
@@ -54,10 +54,8 @@ T valueOrReported(const FunctionCallResult<T> &result)
 
 HTML_TableVPInterface_TableRange::HTML_TableVPInterface_TableRange(const HTML_TableVPInterface *table,
     int topRow, int leftColumn, int bottomRow, int rightColumn, SharedPtr<Object> owner)
-    : Ostrel::TableRange(topRow, leftColumn, bottomRow, rightColumn)
-    , m_table(table)
-    , m_owner(std::move(owner))
-    , m_rows(valueOrReported(table->cellTexts()))
+    : Ostrel::TableRange(topRow, leftColumn, bottomRow, rightColumn), m_table(table),
+      m_owner(std::move(owner)), m_rows(valueOrReported(table->cellTexts()))
 {
 }
 
@@ -90,8 +88,8 @@ QString HTML_TableVPInterface_TableRange::cellText(int row, int column) const
 
 FunctionCallResult<HTML_TableVPInterface::Rows> HTML_Table::cellTexts() const
 {
-    const FunctionCallResult<QString> text = evaluate(
-        script(u"%1Extension.cellTexts(%2);", ext(), ref()), u"Error obtaining cell texts: %1");
+    const FunctionCallResult<QString> text
+        = evaluate(script(u"%1Extension.cellTexts(%2);", ext(), ref()), u"Error obtaining cell texts: %1");
     if (text.failed())
         return Failure(text.error);
     return rowsFrom(text.value);
@@ -99,15 +97,20 @@ FunctionCallResult<HTML_TableVPInterface::Rows> HTML_Table::cellTexts() const
 
 FunctionCallResult<QString> HTML_Table::cellText(int row, int column) const
 {
-    // Kept as is: the message has no room for what the page says; scripts match on this text.
-    return evaluate(script(u"%1Extension.cellText(%2, %3, %4);", ext(), ref(), row, column),
-        u"Error obtaining cell text for row %1 and column %2", QString::number(row), QString::number(column));
+    FunctionCallResult<QString> text
+        = evaluate(script(u"%1Extension.cellText(%2, %3, %4);", ext(), ref(), row, column), u"%1");
+    if (text.failed()) {
+        // Kept as is: the message has no room for what the page says; scripts match on this text.
+        return Failure(message(u"Error obtaining cell text for row %1 and column %2", QString::number(row),
+            QString::number(column)));
+    }
+    return text;
 }
 
 FunctionCallResult<int> HTML_Table::rowCount() const
 {
-    return toNumber(evaluate(script(u"%1Extension.rowCount(%2);", ext(), ref()),
-                        u"Error obtaining number of rows: %1"),
+    return toNumber(
+        evaluate(script(u"%1Extension.rowCount(%2);", ext(), ref()), u"Error obtaining number of rows: %1"),
         u"Cannot convert '%1' to number of rows.");
 }
 
@@ -129,8 +132,8 @@ FunctionCallResult<HTML_Object *> HTML_Table::cellAt(int row, int column) const
     if (cell.failed())
         return Failure(message(error, rowText, columnText, cell.error));
     if (!cell.value) {
-        return Failure(
-            message(u"Failed to get cell object for row %1 and column %2: No valid object.", rowText, columnText));
+        return Failure(message(
+            u"Failed to get cell object for row %1 and column %2: No valid object.", rowText, columnText));
     }
     return cell;
 }

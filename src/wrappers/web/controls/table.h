@@ -29,12 +29,14 @@ protected:
     ~HTML_TableVPInterface() = default;
 };
 
-/// A range of the cells of a web table. It reads all texts when it is made and keeps them. It cannot report to a script:
-/// a failure goes to standard error and leaves the range empty, so that a comparison fails visibly.
+/// A range of the cells of a web table. It reads all texts when it is made and keeps them. It cannot report
+/// to a script: a failure goes to standard error and leaves the range empty, so that a comparison fails
+/// visibly.
 class PAGEPROBELIB_EXPORT HTML_TableVPInterface_TableRange : public Ostrel::TableRange
 {
 public:
-    /// `table` belongs to `owner`, which the range keeps alive; without an owner the table outlives the range.
+    /// `table` belongs to `owner`, which the range keeps alive; without an owner the table outlives the
+    /// range.
     HTML_TableVPInterface_TableRange(const HTML_TableVPInterface *table, int topRow, int leftColumn,
         int bottomRow, int rightColumn, SharedPtr<Object> owner = {});
 

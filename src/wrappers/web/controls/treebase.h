@@ -5,8 +5,8 @@
 
 namespace Ostrel::WebWrapper {
 
-/// A tree whose items are named by their text. The text goes into the script as it stands, so that a quote in it makes
-/// the page report an error. A click on an item that does not exist is a success that does nothing.
+/// A tree whose items are named by their text. The text goes into the script as it stands, so that a quote in
+/// it makes the page report an error. A click on an item that does not exist is a success that does nothing.
 class PAGEPROBELIB_EXPORT HTML_TreeBase : public HTML_FormElement
 {
 public:

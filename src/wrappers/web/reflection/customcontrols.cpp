@@ -110,7 +110,8 @@ constexpr MethodRow colorFieldMethods[] = {
 constexpr PropertyRow sectionHeaderProperties[] = {
     property<&HTML_ExpandableSectionHeader::isExpanded, &HTML_ExpandableSectionHeader::setExpanded>(
         "isExpanded"),
-    property<&HTML_ExpandableSectionHeader::isEnabled, &HTML_ExpandableSectionHeader::setEnabled>("isEnabled"),
+    property<&HTML_ExpandableSectionHeader::isEnabled, &HTML_ExpandableSectionHeader::setEnabled>(
+        "isEnabled"),
     property<&HTML_ExpandableSectionHeader::title, &HTML_ExpandableSectionHeader::setTitle>("title"),
 };
 
@@ -138,25 +139,25 @@ constexpr MethodRow progressBarMethods[] = {
 
 } // namespace
 
-constinit const ClassTable HTML_CustomButtonBase_Class {
+constinit const ClassTable HTML_CustomButtonBase_Class{
     "HTML_CustomButtonBase", "HTML_Object", customButtonBaseProperties, customButtonBaseMethods};
-constinit const ClassTable HTML_CustomButton_Class {
+constinit const ClassTable HTML_CustomButton_Class{
     "HTML_CustomButton", "HTML_CustomButtonBase", customButtonProperties, customButtonMethods};
-constinit const ClassTable HTML_CustomCheckbox_Class {
+constinit const ClassTable HTML_CustomCheckbox_Class{
     "HTML_CustomCheckbox", "HTML_CustomButtonBase", customCheckboxProperties, customCheckboxMethods};
-constinit const ClassTable HTML_CustomRadioButton_Class {
+constinit const ClassTable HTML_CustomRadioButton_Class{
     "HTML_CustomRadioButton", "HTML_CustomButtonBase", customRadioButtonProperties, customRadioButtonMethods};
-constinit const ClassTable HTML_CustomComboBox_Class {
+constinit const ClassTable HTML_CustomComboBox_Class{
     "HTML_CustomComboBox", "HTML_FormElement", customComboBoxProperties, customComboBoxMethods};
-constinit const ClassTable HTML_CustomSelectList_Class {
+constinit const ClassTable HTML_CustomSelectList_Class{
     "HTML_CustomSelectList", "HTML_FormElement", customSelectListProperties, customSelectListMethods};
-constinit const ClassTable HTML_CustomText_Class {
+constinit const ClassTable HTML_CustomText_Class{
     "HTML_CustomText", "HTML_FormElement", customTextProperties, customTextMethods};
-constinit const ClassTable HTML_ColorField_Class {
+constinit const ClassTable HTML_ColorField_Class{
     "HTML_ColorField", "HTML_Object", colorFieldProperties, colorFieldMethods};
-constinit const ClassTable HTML_ExpandableSectionHeader_Class {
+constinit const ClassTable HTML_ExpandableSectionHeader_Class{
     "HTML_ExpandableSectionHeader", "HTML_Object", sectionHeaderProperties, sectionHeaderMethods};
-constinit const ClassTable HTML_ProgressBar_Class {
+constinit const ClassTable HTML_ProgressBar_Class{
     "HTML_ProgressBar", "HTML_Object", progressBarProperties, progressBarMethods};
 
 } // namespace Ostrel::WebWrapper

@@ -73,9 +73,9 @@ constexpr MethodRow customItemViewMethods[] = {
 
 } // namespace
 
-constinit const ClassTable HTML_CustomItem_Class {
+constinit const ClassTable HTML_CustomItem_Class{
     "HTML_CustomItem", "HTML_Object", customItemProperties, customItemMethods};
-constinit const ClassTable HTML_CustomItemView_Class {
+constinit const ClassTable HTML_CustomItemView_Class{
     "HTML_CustomItemView", "HTML_FormElement", customItemViewProperties, customItemViewMethods};
 
 } // namespace Ostrel::WebWrapper

@@ -158,27 +158,27 @@ constexpr MethodRow treeTableCellMethods[] = {
 
 } // namespace
 
-constinit const ClassTable HTML_TreeBase_Class {"HTML_TreeBase", "HTML_FormElement", {}, treeBaseMethods};
-constinit const ClassTable HTML_KiwiChoice_Class {
+constinit const ClassTable HTML_TreeBase_Class{"HTML_TreeBase", "HTML_FormElement", {}, treeBaseMethods};
+constinit const ClassTable HTML_KiwiChoice_Class{
     "HTML_KiwiChoice", "HTML_FormElement", choiceProperties, choiceMethods};
-constinit const ClassTable HTML_KiwiMatrix_Class {
+constinit const ClassTable HTML_KiwiMatrix_Class{
     "HTML_KiwiMatrix", "HTML_Object", matrixProperties, matrixMethods};
-constinit const ClassTable HTML_KiwiMatrixCell_Class {
+constinit const ClassTable HTML_KiwiMatrixCell_Class{
     "HTML_KiwiMatrixCell", "HTML_Object", matrixCellProperties, matrixCellMethods};
-constinit const ClassTable HTML_KiwiMatrixTable_Class {
+constinit const ClassTable HTML_KiwiMatrixTable_Class{
     "HTML_KiwiMatrixTable", "HTML_FormElement", matrixTableProperties, matrixTableMethods};
-constinit const ClassTable HTML_KiwiMoreMenu_Class {
+constinit const ClassTable HTML_KiwiMoreMenu_Class{
     "HTML_KiwiMoreMenu", "HTML_FormElement", moreMenuProperties, moreMenuMethods};
-constinit const ClassTable HTML_KiwiMoreMenuItem_Class {
+constinit const ClassTable HTML_KiwiMoreMenuItem_Class{
     "HTML_KiwiMoreMenuItem", "HTML_FormElement", moreMenuItemProperties, moreMenuItemMethods};
-constinit const ClassTable HTML_KiwiTable_Class {"HTML_KiwiTable", "HTML_FormElement", tableProperties,
-    tableMethods<HTML_KiwiTable, HTML_KiwiTableCell>};
-constinit const ClassTable HTML_KiwiTableCell_Class {
+constinit const ClassTable HTML_KiwiTable_Class{
+    "HTML_KiwiTable", "HTML_FormElement", tableProperties, tableMethods<HTML_KiwiTable, HTML_KiwiTableCell>};
+constinit const ClassTable HTML_KiwiTableCell_Class{
     "HTML_KiwiTableCell", "HTML_Object", tableCellProperties, tableCellMethods};
-constinit const ClassTable HTML_KiwiTree_Class {"HTML_KiwiTree", "HTML_TreeBase", {}, {}};
-constinit const ClassTable HTML_KiwiTreeTable_Class {"HTML_KiwiTreeTable", "HTML_FormElement",
-    tableProperties, tableMethods<HTML_KiwiTreeTable, HTML_KiwiTreeTableCell>};
-constinit const ClassTable HTML_KiwiTreeTableCell_Class {
+constinit const ClassTable HTML_KiwiTree_Class{"HTML_KiwiTree", "HTML_TreeBase", {}, {}};
+constinit const ClassTable HTML_KiwiTreeTable_Class{"HTML_KiwiTreeTable", "HTML_FormElement", tableProperties,
+    tableMethods<HTML_KiwiTreeTable, HTML_KiwiTreeTableCell>};
+constinit const ClassTable HTML_KiwiTreeTableCell_Class{
     "HTML_KiwiTreeTableCell", "HTML_Object", treeTableCellProperties, treeTableCellMethods};
 
 } // namespace Ostrel::WebWrapper

@@ -108,18 +108,18 @@ constexpr MethodRow calendarEventMethods[] = {
 
 } // namespace
 
-constinit const ClassTable HTML_Menu_Class {"HTML_Menu", "HTML_Object", menuProperties, menuMethods};
-constinit const ClassTable HTML_MenuItem_Class {
+constinit const ClassTable HTML_Menu_Class{"HTML_Menu", "HTML_Object", menuProperties, menuMethods};
+constinit const ClassTable HTML_MenuItem_Class{
     "HTML_MenuItem", "HTML_Object", menuItemProperties, menuItemMethods};
-constinit const ClassTable HTML_MenuButton_Class {
+constinit const ClassTable HTML_MenuButton_Class{
     "HTML_MenuButton", "HTML_CustomButtonBase", {}, menuButtonMethods};
-constinit const ClassTable HTML_TabWidget_Class {"HTML_TabWidget", "HTML_Object", {}, tabWidgetMethods};
-constinit const ClassTable HTML_Tab_Class {"HTML_Tab", "HTML_Object", tabProperties, tabMethods};
-constinit const ClassTable HTML_DateChooser_Class {
+constinit const ClassTable HTML_TabWidget_Class{"HTML_TabWidget", "HTML_Object", {}, tabWidgetMethods};
+constinit const ClassTable HTML_Tab_Class{"HTML_Tab", "HTML_Object", tabProperties, tabMethods};
+constinit const ClassTable HTML_DateChooser_Class{
     "HTML_DateChooser", "HTML_Object", dateChooserProperties, dateChooserMethods};
-constinit const ClassTable HTML_CalendarView_Class {
+constinit const ClassTable HTML_CalendarView_Class{
     "HTML_CalendarView", "HTML_CustomItemView", calendarViewProperties, calendarViewMethods};
-constinit const ClassTable HTML_CalendarEvent_Class {
+constinit const ClassTable HTML_CalendarEvent_Class{
     "HTML_CalendarEvent", "HTML_Object", calendarEventProperties, calendarEventMethods};
 
 } // namespace Ostrel::WebWrapper

@@ -1,8 +1,10 @@
 #include "wrappers/web/reflection/objectdelegates.h"
 
 #include "ostrelhook/inspector.h"
+#include "wrappers/web/geometrydelegates.h"
 #include "wrappers/web/objectfactory.h"
 #include "wrappers/web/webobject.h"
+#include "wrappers/web/webobjectdelegate.h"
 
 #include <cstdio>
 
@@ -48,6 +50,10 @@ bool HTML_Object_ComparisonDelegate::compare(SharedPtr<Object> a, SharedPtr<Obje
 void registerObjectDelegates()
 {
     const QString rootClass = u"HTML_Object"_s;
+    new HTMLObjectHierarchyDelegate;
+    new WebObjectGeometryDelegate;
+    // Scripts compare by the delegate that is made last: two null elements are equal to them.
+    new WebObjectComparisonDelegate;
     new HTML_Object_ComparisonDelegate(rootClass);
     new HTML_Object_CastToStringDelegate(rootClass);
 }

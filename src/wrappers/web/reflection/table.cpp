@@ -21,6 +21,6 @@ constexpr MethodRow tableMethods[] = {
 
 } // namespace
 
-constinit const ClassTable HTML_Table_Class {"HTML_Table", "HTML_Object", tableProperties, tableMethods};
+constinit const ClassTable HTML_Table_Class{"HTML_Table", "HTML_Object", tableProperties, tableMethods};
 
 } // namespace Ostrel::WebWrapper

@@ -9,7 +9,8 @@
 
 namespace Ostrel::WebWrapper {
 
-/// The interface "<name of Table>_TableInterface", for a wrapper class that is an HTML_TableVPInterface as well.
+/// The interface "<name of Table>_TableInterface", for a wrapper class that is an HTML_TableVPInterface as
+/// well.
 template <typename Table>
 class HTML_TableVPInterface_TableInterfaceClass : public TableInterfaceClass
 {

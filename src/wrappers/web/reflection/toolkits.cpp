@@ -94,22 +94,22 @@ constexpr MethodRow qxWidgetElementMethods[] = {
 
 } // namespace
 
-constinit const ClassTable HTML_BackBaseButton_Class {"HTML_BackBaseButton", "HTML_ButtonBase", {}, {}};
-constinit const ClassTable HTML_BackBaseComboBox_Class {
+constinit const ClassTable HTML_BackBaseButton_Class{"HTML_BackBaseButton", "HTML_ButtonBase", {}, {}};
+constinit const ClassTable HTML_BackBaseComboBox_Class{
     "HTML_BackBaseComboBox", "HTML_Select", comboBoxProperties, comboBoxMethods};
-constinit const ClassTable HTML_BackBaseListView_Class {
+constinit const ClassTable HTML_BackBaseListView_Class{
     "HTML_BackBaseListView", "HTML_FormElement", listViewProperties, listViewMethods};
-constinit const ClassTable HTML_BackBaseSpinner_Class {
+constinit const ClassTable HTML_BackBaseSpinner_Class{
     "HTML_BackBaseSpinner", "HTML_FormElement", spinnerProperties, spinnerMethods};
-constinit const ClassTable HTML_DojoSplitPane_Class {
+constinit const ClassTable HTML_DojoSplitPane_Class{
     "HTML_DojoSplitPane", "HTML_FormElement", {}, splitPaneMethods};
-constinit const ClassTable HTML_DojoTree_Class {"HTML_DojoTree", "HTML_TreeBase", {}, {}};
-constinit const ClassTable HTML_GWCFormFieldBox_Class {
+constinit const ClassTable HTML_DojoTree_Class{"HTML_DojoTree", "HTML_TreeBase", {}, {}};
+constinit const ClassTable HTML_GWCFormFieldBox_Class{
     "HTML_GWCFormFieldBox", "HTML_FormElement", {}, formFieldBoxMethods};
-constinit const ClassTable HTML_GWCTable_Class {"HTML_GWCTable", "HTML_FormElement", {}, gwcTableMethods};
-constinit const ClassTable HTML_QxWidget_Class {
+constinit const ClassTable HTML_GWCTable_Class{"HTML_GWCTable", "HTML_FormElement", {}, gwcTableMethods};
+constinit const ClassTable HTML_QxWidget_Class{
     "HTML_QxWidget", "HTML_Object", qxWidgetProperties, qxWidgetMethods};
-constinit const ClassTable HTML_QxWidgetElement_Class {
+constinit const ClassTable HTML_QxWidgetElement_Class{
     "HTML_QxWidgetElement", "HTML_Object", {}, qxWidgetElementMethods};
 
 } // namespace Ostrel::WebWrapper

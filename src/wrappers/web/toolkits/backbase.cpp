@@ -21,8 +21,8 @@ FunctionCallResult<int> HTML_BackBaseComboBox::selectedIndex() const
 
 FunctionCallResult<void> HTML_BackBaseComboBox::setSelectedOption(const QString &text)
 {
-    const HTMLComponent::EvalResult answer = evaluateJS(
-        script(u"__ostrel__backbase__selectComboBoxValue(%1, '%2');", ref(), QuotedLine {text}));
+    const HTMLComponent::EvalResult answer
+        = evaluateJS(script(u"__ostrel__backbase__selectComboBoxValue(%1, '%2');", ref(), QuotedLine{text}));
     // Only this flag counts here.
     if (answer.failed)
         return Failure(message(u"Failed to select option text '%1': %2", text, answer.result));
@@ -37,8 +37,7 @@ FunctionCallResult<QString> HTML_BackBaseComboBox::selectedOption() const
 
 FunctionCallResult<int> HTML_BackBaseComboBox::numOptions() const
 {
-    return toNumber(
-        evaluate(script(u"%1.aIndexElms.length;", ref()), u"Error fetching number of option: %1"),
+    return toNumber(evaluate(script(u"%1.aIndexElms.length;", ref()), u"Error fetching number of option: %1"),
         u"Could not convert number of options value '%1' to integer.");
 }
 
@@ -53,7 +52,8 @@ FunctionCallResult<QString> HTML_BackBaseComboBox::optionAt(int index) const
 FunctionCallResult<void> HTML_BackBaseSpinner::focus()
 {
     return run(
-        script(u"var c = __ostrel__backbase__inputElementOfSpinner(%1);if ( c && c.focus )    c.focus();", ref()),
+        script(u"var c = __ostrel__backbase__inputElementOfSpinner(%1);if ( c && c.focus )    c.focus();",
+            ref()),
         u"Failed to focus spinner: %1");
 }
 
@@ -121,20 +121,20 @@ FunctionCallResult<QString> HTML_BackBaseListView::itemText(int row, int column)
 
 FunctionCallResult<void> HTML_BackBaseListView::clickItem(const QString &item, int)
 {
-    return run(script(u"__ostrel__backbase__lv__clickItem(%1, '%2');", ref(), Expr {item}),
+    return run(script(u"__ostrel__backbase__lv__clickItem(%1, '%2');", ref(), Expr{item}),
         u"Error clicking item '%1': %2", item);
 }
 
 FunctionCallResult<bool> HTML_BackBaseListView::hasItem(const QString &item) const
 {
     return isTrue(
-        evaluate(script(u"__ostrel__backbase__lv__getItem(%1, '%2') != undefined;", ref(), Expr {item}),
+        evaluate(script(u"__ostrel__backbase__lv__getItem(%1, '%2') != undefined;", ref(), Expr{item}),
             u"Error checking for item '%1': %2", item));
 }
 
 FunctionCallResult<bool> HTML_BackBaseListView::isSelected(const QString &item) const
 {
-    return isTrue(evaluate(script(u"__ostrel__backbase__lv__isSelected(%1, '%2');", ref(), Expr {item}),
+    return isTrue(evaluate(script(u"__ostrel__backbase__lv__isSelected(%1, '%2');", ref(), Expr{item}),
         u"Error checking if item '%1' is selected: %2", item));
 }
 

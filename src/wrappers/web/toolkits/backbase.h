@@ -50,8 +50,8 @@ public:
     FunctionCallResult<void> setValue(int value);
 };
 
-/// Rows and columns count from 0. The text of an item goes into the script as it stands, so that a quote in it makes the
-/// page report an error.
+/// Rows and columns count from 0. The text of an item goes into the script as it stands, so that a quote in
+/// it makes the page report an error.
 class PAGEPROBELIB_EXPORT HTML_BackBaseListView : public HTML_FormElement
 {
 public:

@@ -31,8 +31,8 @@ public:
     using HTML_FormElement::HTML_FormElement;
     const char *className() const override { return ScriptName; }
 
-    /// The text goes into the script as it stands, so that a quote in it makes the page report an error. A click on an
-    /// item that does not exist is a success that does nothing.
+    /// The text goes into the script as it stands, so that a quote in it makes the page report an error. A
+    /// click on an item that does not exist is a success that does nothing.
     FunctionCallResult<void> clickItem(const QString &item, int modifier);
 };
 

@@ -1,7 +1,7 @@
 // The widgets of the GWC toolkit. The page has functions __ostrel__gwc__... that click their items.
 //
-// The text of an item goes into the script as it stands, so that a quote in it makes the page report an error. Clicks
-// are plain ones, whatever the modifier says.
+// The text of an item goes into the script as it stands, so that a quote in it makes the page report an
+// error. Clicks are plain ones, whatever the modifier says.
 #pragma once
 
 #include "wrappers/web/formelements.h"

@@ -7,8 +7,8 @@ namespace Ostrel::WebWrapper {
 
 class HTML_QxWidgetElement;
 
-/// A widget. Its reference is the widget object of the toolkit, not an element: operations call the widget's methods.
-/// Widgets that an operation gives are owned by the caller; null where the page has no widget there.
+/// A widget. Its reference is the widget object of the toolkit, not an element: operations call the widget's
+/// methods. Widgets that an operation gives are owned by the caller; null where the page has no widget there.
 class PAGEPROBELIB_EXPORT HTML_QxWidget : public HTML_Object
 {
 public:

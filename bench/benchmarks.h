@@ -1,0 +1,34 @@
+// The benchmarks of the bridge, each in a file of its own. Each gives its rows of the table or says what failed.
+#pragma once
+
+#include "ostrelhook/functioncallresult.h"
+#include "table.h"
+
+#include <QList>
+
+namespace Ostrel::Bench {
+
+/// How much is done. Fewer of everything give a table, too, but one that proves nothing.
+struct Effort
+{
+    int rounds = 9; ///< turns of each contestant
+    int reads = 2000; ///< property reads in a turn
+    int elements = 50000; ///< elements that get a reference in a turn
+    int loads = 60; ///< turns of loading a page
+    int sessions = 5; ///< turns of starting and ending a browser
+};
+
+/// One property of one element, read again and again: through a wrapper and from a script, against a client that
+/// sends the same text over the same connection and against another library's read of an element's property.
+FunctionCallResult<QList<Row>> measurePropertyReads(const Effort &effort);
+
+/// References of many elements against references of few, as time per element.
+FunctionCallResult<QList<Row>> measureReferenceStore(const Effort &effort);
+
+/// The load of an empty page with all that is injected against the load of the page alone.
+FunctionCallResult<QList<Row>> measureInjection(const Effort &effort);
+
+/// A session from its start to its end against another library's.
+FunctionCallResult<QList<Row>> measureSession(const Effort &effort);
+
+} // namespace Ostrel::Bench

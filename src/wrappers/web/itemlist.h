@@ -1,0 +1,16 @@
+// The item list: the compact text in which a page tells the items of an item view.
+#pragma once
+
+#include "ostrelhook/object.h"
+
+#include <QString>
+
+namespace Ostrel::WebWrapper {
+
+class HTMLComponent;
+
+/// The objects of "name|reference~type#" records, in order. "[err]", which stands for a failed call of the page, and the
+/// empty text give none; an unfinished last record is left out.
+ObjectList objectsFromItemList(HTMLComponent *component, const QString &text);
+
+} // namespace Ostrel::WebWrapper
