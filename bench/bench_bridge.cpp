@@ -49,11 +49,11 @@ int main(int argc, char **argv)
     CLI::App commandLine {"Measures the bridge to the page against references. A missed bar is no failure."};
     commandLine.add_option("benchmarks", wanted, "Which ones; all when left out")
         ->check(CLI::IsMember(benchmarkNames()));
-    commandLine.add_option("--rounds", effort.rounds, "Turns of each contestant")->capture_default_str();
-    commandLine.add_option("--reads", effort.reads, "Property reads in a turn")->capture_default_str();
-    commandLine.add_option("--elements", effort.elements, "Elements in a turn")->capture_default_str();
-    commandLine.add_option("--loads", effort.loads, "Turns of loading a page")->capture_default_str();
-    commandLine.add_option("--sessions", effort.sessions, "Turns of starting a browser")->capture_default_str();
+    commandLine.add_option("--rounds", effort.rounds, "Rounds of reads and references")->capture_default_str();
+    commandLine.add_option("--reads", effort.reads, "Property reads in a round")->capture_default_str();
+    commandLine.add_option("--elements", effort.elements, "Elements in a round")->capture_default_str();
+    commandLine.add_option("--loads", effort.loads, "Loads of a page")->capture_default_str();
+    commandLine.add_option("--sessions", effort.sessions, "Starts of a browser")->capture_default_str();
     CLI11_PARSE(commandLine, argc, argv);
 
     QList<Row> rows;

@@ -11,11 +11,11 @@ namespace Ostrel::Bench {
 /// How much is done. Fewer of everything give a table, too, but one that proves nothing.
 struct Effort
 {
-    int rounds = 9; ///< turns of each contestant
-    int reads = 2000; ///< property reads in a turn
-    int elements = 50000; ///< elements that get a reference in a turn
-    int loads = 60; ///< turns of loading a page
-    int sessions = 5; ///< turns of starting and ending a browser
+    int rounds = 9; ///< of property reads and of references
+    int reads = 2000; ///< property reads in a round
+    int elements = 50000; ///< elements that get a reference in a round
+    int loads = 60; ///< how often a page is loaded
+    int sessions = 5; ///< how often a browser is started and ended
 };
 
 /// One property of one element, read again and again: through a wrapper and from a script, against a client that

@@ -17,21 +17,33 @@ double median(QList<double> times)
     return times.size() % 2 ? times.at(middle) : (times.at(middle - 1) + times.at(middle)) / 2;
 }
 
+/// Adds the time of one turn of each contestant to `times`.
+FunctionCallResult<void> takeTurns(const QList<Turn> &contestants, bool backwards, QList<double> &times)
+{
+    for (qsizetype i = 0; i < contestants.size(); ++i) {
+        const qsizetype next = backwards ? contestants.size() - 1 - i : i;
+        const FunctionCallResult<double> time = contestants.at(next)();
+        if (time.failed())
+            return Failure(time.error);
+        times[next] += time.value;
+    }
+    return {};
+}
+
 } // namespace
 
-FunctionCallResult<QList<double>> medianTimes(const QList<Turn> &contestants, int rounds)
+FunctionCallResult<QList<double>> medianTimes(const QList<Turn> &contestants, const Rounds &rounds)
 {
     QList<QList<double>> times(contestants.size());
     constexpr int warmUp = -1;
-    for (int round = warmUp; round < qMax(1, rounds); ++round) {
-        for (qsizetype turn = 0; turn < contestants.size(); ++turn) {
-            const qsizetype next = round % 2 ? contestants.size() - 1 - turn : turn;
-            const FunctionCallResult<double> time = contestants.at(next)();
-            if (time.failed())
-                return Failure(time.error);
-            if (round != warmUp)
-                times[next].append(time.value);
+    for (int round = warmUp; round < rounds.count; ++round) {
+        QList<double> sums(contestants.size());
+        for (int turn = 0; turn < rounds.turns; ++turn) {
+            if (const auto taken = takeTurns(contestants, (round + turn) % 2, sums); taken.failed())
+                return Failure(taken.error);
         }
+        for (qsizetype i = 0; round != warmUp && i < contestants.size(); ++i)
+            times[i].append(sums.at(i));
     }
     QList<double> medians;
     for (const QList<double> &list : std::as_const(times))

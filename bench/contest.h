@@ -12,10 +12,18 @@ namespace Ostrel::Bench {
 /// Does the work once and tells how many milliseconds it took, or why it could not be done.
 using Turn = std::function<FunctionCallResult<double>()>;
 
-/// The median time of each contestant over `rounds` rounds (at least one), in milliseconds. A round that does not
-/// count goes before, and every other round runs backwards: nobody always comes behind the same neighbour. The
-/// first failure ends the contest.
-FunctionCallResult<QList<double>> medianTimes(const QList<Turn> &contestants, int rounds);
+struct Rounds
+{
+    int count = 1;
+    /// Turns of each contestant in one round, whose times are added up. Many short turns spread the noise more evenly
+    /// than few long ones.
+    int turns = 1;
+};
+
+/// The median over the rounds of each contestant's time, in milliseconds. A round that does not count goes before,
+/// and every other time the order is reversed: nobody always comes behind the same neighbour. The first failure
+/// ends the contest.
+FunctionCallResult<QList<double>> medianTimes(const QList<Turn> &contestants, const Rounds &rounds);
 
 /// Milliseconds that `work` took, or its failure.
 FunctionCallResult<double> timed(const std::function<FunctionCallResult<void>()> &work);

@@ -48,7 +48,7 @@ FunctionCallResult<QList<Row>> measureInjection(const Effort &effort)
             return timed([page] { return page->navigate(pageAddress); });
         };
     };
-    const FunctionCallResult<QList<double>> times = medianTimes({load(injection), load({})}, effort.loads);
+    const FunctionCallResult<QList<double>> times = medianTimes({load(injection), load({})}, {effort.loads});
     if (times.failed())
         return Failure(times.error);
 

@@ -23,6 +23,8 @@ namespace {
 const QString pageAddress = QStringLiteral("file://" PAGEPROBE_BENCH_DIR "/pages/element.html");
 const QString targetExpression = u"document.getElementById('target')"_s;
 
+constexpr int turnsInRound = 20;
+
 using Read = std::function<FunctionCallResult<QString>()>;
 
 /// The text that one operation of a wrapper sends to the page.
@@ -100,17 +102,18 @@ FunctionCallResult<QList<Row>> measurePropertyReads(const Effort &effort)
         = composedText(*element, [](HTML_Object &twin) { static_cast<void>(twin.tagName()); });
     const QString propertyText
         = composedText(*element, [](HTML_Object &twin) { static_cast<void>(twin.property("tagName")); });
-    const QString loop = u"for (var i = 0; i < %1; ++i) { element.tagName; }"_s.arg(effort.reads);
+    const int reads = qMax(1, effort.reads / turnsInRound);
+    const QString loop = u"for (var i = 0; i < %1; ++i) { element.tagName; }"_s.arg(reads);
     const FunctionCallResult<QList<double>> times = medianTimes(
         {
-            repeated(effort.reads, [&] { return element->tagName(); }),
-            repeated(effort.reads, [&] { return readBarely(*page, tagNameText); }),
-            repeated(effort.reads, [&] { return element->property("tagName"); }),
-            repeated(effort.reads, [&] { return readBarely(*page, propertyText); }),
+            repeated(reads, [&] { return element->tagName(); }),
+            repeated(reads, [&] { return readBarely(*page, tagNameText); }),
+            repeated(reads, [&] { return element->property("tagName"); }),
+            repeated(reads, [&] { return readBarely(*page, propertyText); }),
             [&] { return timed([&] { return runScript(engine, loop); }); },
-            [&] { return peer.ask(u"read %1"_s.arg(effort.reads)); },
+            [&] { return peer.ask(u"read %1"_s.arg(reads)); },
         },
-        effort.rounds);
+        {effort.rounds, turnsInRound});
     if (times.failed())
         return Failure(times.error);
 

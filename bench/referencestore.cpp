@@ -83,7 +83,7 @@ FunctionCallResult<QList<Row>> measureReferenceStore(const Effort &effort)
             turn(u"timeKnown"_s, effort.elements),
             turn(u"timeKnown"_s, fewElements),
         },
-        effort.rounds);
+        {effort.rounds});
     if (times.failed())
         return Failure(times.error);
 

@@ -33,7 +33,7 @@ FunctionCallResult<QList<Row>> measureSession(const Effort &effort)
             [] { return timed(startAndEndSession); },
             [&] { return peer.ask(u"session"_s); },
         },
-        effort.sessions);
+        {effort.sessions});
     if (times.failed())
         return Failure(times.error);
     return QList<Row> {

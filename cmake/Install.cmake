@@ -13,7 +13,7 @@ function(pageprobe_public_headers target)
 endfunction()
 
 # Of the wrappers a host gets what exports something, and the header below, which those include.
-set(wrapper_headers ${source_dir}/wrappers/web/scripttext.h)
+set(wrapper_headers ${source_dir}/wrappers/web/composing.h)
 file(GLOB_RECURSE candidates CONFIGURE_DEPENDS ${source_dir}/wrappers/web/*.h)
 foreach(header IN LISTS candidates)
     file(STRINGS ${header} exports REGEX "PAGEPROBELIB_EXPORT")

@@ -1,7 +1,9 @@
-// The smallest host of pageprobeLib: a page that is a table of answers, and what a script interpreter does with the
-// objects of that page. A real host evaluates the scripts in a browser; the rest of it is as it stands here.
+// The smallest host of pageprobeLib: a page that is a table of answers, and what a script interpreter does
+// with the objects of that page. A real host evaluates the scripts in a browser; the rest of it is as it
+// stands here.
 //
-// Prints what is done, behind ">" how the script begins that the library sends to the page, and what came of it.
+// Prints what is done, behind ">" how the script begins that the library sends to the page, and what came of
+// it.
 #include "ostrelhook/class.h"
 #include "ostrelhook/delegates.h"
 #include "ostrelhook/inspector.h"
@@ -34,8 +36,10 @@ struct Answer
 
 constexpr Answer answers[] = {
     {u"getPropertyValue( window.document, 'title' )", u"{\"result\": \"Checkout\"}"},
-    {u"getElementById('gift')", u"{\"refName\": \"top.__ostrel__globalObjectRefStore[0]\", \"type\": \"checkbox\"}"},
-    {u"getElementById('order')", u"{\"refName\": \"top.__ostrel__globalObjectRefStore[1]\", \"type\": \"button\"}"},
+    {u"getElementById('gift')",
+        u"{\"refName\": \"top.__ostrel__globalObjectRefStore[0]\", \"type\": \"checkbox\"}"},
+    {u"getElementById('order')",
+        u"{\"refName\": \"top.__ostrel__globalObjectRefStore[1]\", \"type\": \"button\"}"},
     {u"getPropertyValue( top.__ostrel__globalObjectRefStore[1], 'value')", u"Place the order"},
     {u".checked=true;", u"true"},
     {u"__ostrel__sendChangeEvent(", u"undefined"},
@@ -49,7 +53,7 @@ public:
     EvalResult evaluateJavaScript(const QString &script, unsigned int) const override
     {
         const QString line = script.simplified();
-        print(u"    > "_s + (line.size() > 120 ? line.first(120) + u" ..."_s : line));
+        print(u"    > "_s + (line.size() > 140 ? line.first(140) + u" ..."_s : line));
         for (const Answer &row : answers) {
             if (script.contains(row.asked))
                 return {row.answer.toString()};
@@ -61,8 +65,14 @@ public:
     bool isPageAvailable() const override { return true; }
     WrapperConfig *config() const override { return &m_config; }
 
-    FunctionCallResult<void> setFileInputValue(HTML_TextBase *, const QString &) override { return noFiles(); }
-    FunctionCallResult<void> setCustomFileInputValue(HTML_CustomText *, const QString &) override { return noFiles(); }
+    FunctionCallResult<void> setFileInputValue(HTML_TextBase *, const QString &) override
+    {
+        return noFiles();
+    }
+    FunctionCallResult<void> setCustomFileInputValue(HTML_CustomText *, const QString &) override
+    {
+        return noFiles();
+    }
 
 private:
     static Failure noFiles() { return Failure(u"this page takes no files."_s); }
@@ -70,8 +80,8 @@ private:
     mutable MemoryBasedConfig m_config;
 };
 
-// What an interpreter does when a script says object.name, object.name = value and object.name(arguments). Failures
-// wait in the Inspector; their text is what the script gets.
+// What an interpreter does when a script says object.name, object.name = value and object.name(arguments).
+// Failures wait in the Inspector; their text is what the script gets.
 
 const Property *propertyOf(const SharedPtr<Object> &object, const QString &name)
 {

@@ -4,6 +4,7 @@
 #include "app/installationprefix.h"
 
 #include <QCoreApplication>
+#include <QLoggingCategory>
 
 #include <cstdio>
 #include <vector>
@@ -28,6 +29,8 @@ int main(int argc, char *argv[])
 {
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("pageprobe"));
+    // The script engine's remarks on style, such as a function that names a variable of a later line.
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.qml.compiler=false"));
     Ostrel::App::provideInstallationPrefix(QCoreApplication::applicationDirPath());
 
     CLI::App commandLine {"Drives web pages in a real browser: runs test scripts."};

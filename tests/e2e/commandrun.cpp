@@ -123,8 +123,7 @@ void CommandRun::startScript(
     start(arguments + options);
 }
 
-Ended CommandRun::runScript(
-    const QByteArray &script, const QString &servedFolder, const QStringList &options)
+Ended CommandRun::runScript(const QByteArray &script, const QString &servedFolder, const QStringList &options)
 {
     startScript(script, servedFolder, options);
     return finish();

@@ -34,7 +34,7 @@ foreach(file IN LISTS files)
 endforeach()
 
 # What only the library itself uses stays at home.
-foreach(header csspropertynames evaluateasjson gentlesleep liveobjects payloadtexts reflection/cssproperties
+foreach(header csspropertynames evaluateasjson gentlesleep liveobjects payloadtexts scripttext controls/extensioncall reflection/cssproperties
         reflection/htmlevent reflection/tableinterface reflection/tables)
     if(include/pageprobe/wrappers/web/${header}.h IN_LIST files)
         message(SEND_ERROR "The internal header ${header}.h is in the package")

@@ -3,6 +3,7 @@
 #include "wrappers/web/htmlarray.h"
 #include "wrappers/web/liveobjects.h"
 #include "wrappers/web/objectfactory.h"
+#include "wrappers/web/scripttext.h"
 
 #include <cstdio>
 

@@ -2,6 +2,7 @@
 
 #include "wrappers/web/diagnostics.h"
 #include "wrappers/web/objectfactory.h"
+#include "wrappers/web/scripttext.h"
 #include "wrappers/web/webobject.h"
 
 namespace Ostrel::WebWrapper {

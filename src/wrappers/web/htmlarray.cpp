@@ -1,6 +1,7 @@
 #include "wrappers/web/htmlarray.h"
 
 #include "wrappers/web/objectfactory.h"
+#include "wrappers/web/scripttext.h"
 
 namespace Ostrel::WebWrapper {
 

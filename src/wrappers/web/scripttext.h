@@ -6,6 +6,8 @@
 // Unmarked text does not compile, so nothing reaches a page unescaped by oversight.
 #pragma once
 
+#include "wrappers/web/composing.h"
+
 #include <QString>
 
 namespace Ostrel::WebWrapper {
@@ -18,12 +20,6 @@ QString escapeQuotes(const QString &text);
 
 /// Text for the double-quoted string of an XPath statement: backslash and double quote.
 QString escapeXPath(const QString &text);
-
-/// A reference or expression that is pasted as it stands, on purpose.
-struct Expr
-{
-    QString text;
-};
 
 /// Text that goes between single quotes of the shape.
 struct Quoted
@@ -79,13 +75,6 @@ template <typename... Pieces>
 QString script(QStringView shape, const Pieces &...pieces)
 {
     return shape.toString().arg(Detail::piece(pieces)...);
-}
-
-/// A message shape filled in one go.
-template <typename... Texts>
-QString message(QStringView shape, const Texts &...texts)
-{
-    return shape.toString().arg(texts...);
 }
 
 /// Wraps an action so that the page runs it 100 ms later, outside the call stack of the evaluation.

@@ -6,6 +6,7 @@
 #include "wrappers/web/liveobjects.h"
 #include "wrappers/web/objectfactory.h"
 #include "wrappers/web/pagevalues.h"
+#include "wrappers/web/scripttext.h"
 #include "wrappers/web/wrapperconfig.h"
 
 #include <array>

@@ -5,9 +5,9 @@
 #include "ostrelhook/functioncallresult.h"
 #include "ostrelhook/geometry.h"
 #include "ostrelhook/scriptvalue.h"
+#include "wrappers/web/composing.h"
 #include "wrappers/web/export.h"
 #include "wrappers/web/htmlcomponent.h"
-#include "wrappers/web/scripttext.h"
 
 #include <QMap>
 #include <QRect>

@@ -11,6 +11,7 @@
 #include "wrappers/web/itemlist.h"
 #include "wrappers/web/liveobjects.h"
 #include "wrappers/web/objectfactory.h"
+#include "wrappers/web/scripttext.h"
 #include "wrappers/web/webutilities.h"
 
 namespace Ostrel::WebWrapper {

@@ -1,5 +1,7 @@
 #include "wrappers/web/controls/customcontrols.h"
 
+#include "wrappers/web/controls/extensioncall.h"
+
 namespace Ostrel::WebWrapper {
 
 using namespace Qt::StringLiterals;

@@ -2,7 +2,7 @@
 // Their operations do nothing but forward to the extension object.
 #pragma once
 
-#include "wrappers/web/controls/extensioncall.h"
+#include "wrappers/web/controls/extensionbacked.h"
 #include "wrappers/web/formelements.h"
 
 namespace Ostrel::WebWrapper {

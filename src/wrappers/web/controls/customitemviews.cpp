@@ -1,5 +1,7 @@
 #include "wrappers/web/controls/customitemviews.h"
 
+#include "wrappers/web/controls/extensioncall.h"
+
 namespace Ostrel::WebWrapper {
 
 using namespace Qt::StringLiterals;

@@ -1,7 +1,7 @@
 // Item views, such as trees, lists and tables, that a page extension describes, and their items.
 #pragma once
 
-#include "wrappers/web/controls/extensioncall.h"
+#include "wrappers/web/controls/extensionbacked.h"
 #include "wrappers/web/formelements.h"
 
 #include <memory>

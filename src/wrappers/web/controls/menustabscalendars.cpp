@@ -1,5 +1,7 @@
 #include "wrappers/web/controls/menustabscalendars.h"
 
+#include "wrappers/web/controls/extensioncall.h"
+
 #include <QStringList>
 
 #include <array>

@@ -1,5 +1,6 @@
 #include "wrappers/web/controls/table.h"
 
+#include "wrappers/web/controls/extensioncall.h"
 #include "wrappers/web/objectfactory.h"
 
 #include <cstdio>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ostrelhook/tableinterface.h"
-#include "wrappers/web/controls/extensioncall.h"
+#include "wrappers/web/controls/extensionbacked.h"
 
 #include <string>
 #include <vector>

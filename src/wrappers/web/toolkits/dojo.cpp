@@ -1,5 +1,7 @@
 #include "wrappers/web/toolkits/dojo.h"
 
+#include "wrappers/web/scripttext.h"
+
 namespace Ostrel::WebWrapper {
 
 QString HTML_DojoTree::findItem(const QString &item) const

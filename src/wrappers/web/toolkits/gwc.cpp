@@ -1,5 +1,7 @@
 #include "wrappers/web/toolkits/gwc.h"
 
+#include "wrappers/web/scripttext.h"
+
 namespace Ostrel::WebWrapper {
 
 FunctionCallResult<void> HTML_GWCFormFieldBox::clickItem(const QString &item, int)
