@@ -33,7 +33,8 @@ int printConfig()
     out << "# global file: " << config.globalFileName() << "\n# user file: " << config.userFileName() << "\n";
     for (const ConfigOption &option : configOptions()) {
         const ResolvedOption resolved = config.resolve(option);
-        out << option.key << " = " << resolved.value.toString() << " (" << sourceText(resolved.source) << ")\n";
+        out << option.key << " = " << resolved.value.toString() << " (" << sourceText(resolved.source)
+            << ")\n";
     }
     return Passed;
 }

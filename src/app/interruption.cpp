@@ -11,10 +11,10 @@ namespace Ostrel::App {
 
 namespace {
 
-constexpr std::array watchedSignals {SIGINT, SIGTERM, SIGHUP};
+constexpr std::array watchedSignals{SIGINT, SIGTERM, SIGHUP};
 
 std::function<void()> reactAtOnce;
-std::array<int, 2> wakeUp {-1, -1};
+std::array<int, 2> wakeUp{-1, -1};
 volatile std::sig_atomic_t interrupted = 0;
 
 void onSignal(int number)

@@ -9,8 +9,8 @@ class QSocketNotifier;
 
 namespace Ostrel::App {
 
-/// While it lives, the signals call `atOnce` from the signal handler (it may only set a flag) and then `inTime`
-/// from the event loop. A second signal ends the process at once. One instance at a time.
+/// While it lives, the signals call `atOnce` from the signal handler (it may only set a flag) and then
+/// `inTime` from the event loop. A second signal ends the process at once. One instance at a time.
 class Interruption : public QObject
 {
 public:

@@ -33,7 +33,7 @@ int main(int argc, char *argv[])
     QLoggingCategory::setFilterRules(QStringLiteral("qt.qml.compiler=false"));
     Ostrel::App::provideInstallationPrefix(QCoreApplication::applicationDirPath());
 
-    CLI::App commandLine {"Drives web pages in a real browser: runs test scripts."};
+    CLI::App commandLine{"Drives web pages in a real browser: runs test scripts."};
     commandLine.set_version_flag("--version", "pageprobe " PAGEPROBE_VERSION);
     commandLine.require_subcommand(1);
     std::vector<Ostrel::App::Command> runners;

@@ -79,7 +79,8 @@ int run(const RunOptions &options)
     FunctionCallResult<std::unique_ptr<TestSession>> session;
     ScriptOutcome outcome;
     {
-        // Watches from the start of the browser on: a run that is interrupted then ends as soon as it can clean up.
+        // Watches from the start of the browser on: a run that is interrupted then ends as soon as it can
+        // clean up.
         std::unique_ptr<ScriptEngine> engine;
         const Interruption interruption(
             [&] {
@@ -121,7 +122,8 @@ Command addRunCommand(CLI::App &commandLine)
         ->check(CLI::Range(0.001, longestTimeout))
         ->capture_default_str();
     command->add_flag("--keep-open", options->keepOpen, "Leave the browser open after the script");
-    command->add_option("--serve", options->served, "Serve a folder on the loopback address; scripts ask serverAddress()");
+    command->add_option(
+        "--serve", options->served, "Serve a folder on the loopback address; scripts ask serverAddress()");
     return [options] { return run(*options); };
 }
 

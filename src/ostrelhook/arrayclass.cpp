@@ -6,10 +6,7 @@ namespace Ostrel {
 
 using namespace Qt::StringLiterals;
 
-ArrayClass::ArrayClass(Namespace *home)
-    : Class(u"Array"_s, home, false)
-{
-}
+ArrayClass::ArrayClass(Namespace *home) : Class(u"Array"_s, home, false) { }
 
 Argument ArrayClass::arrayClassArg(const QString &name)
 {

@@ -15,7 +15,8 @@ public:
     static Argument arrayClassArg(const QString &name);
     /// A new array of these items.
     static SharedPtr<Object> wrapObject(const ObjectList &items);
-    /// The items of an array; a null or other object has none. `ok`, when given, tells whether it is an array.
+    /// The items of an array; a null or other object has none. `ok`, when given, tells whether it is an
+    /// array.
     static ObjectList unwrapObject(const SharedPtr<Object> &array, bool *ok = nullptr);
 
     void deleteObjectData(Object *object) override;

@@ -11,9 +11,7 @@ using namespace Qt::StringLiterals;
 Serializable::~Serializable() = default;
 
 Class::Class(const QString &name, Namespace *home, bool scriptVisible)
-    : m_name(name)
-    , m_home(home)
-    , m_scriptVisible(scriptVisible)
+    : m_name(name), m_home(home), m_scriptVisible(scriptVisible)
 {
     m_home->add(this);
 }
@@ -250,9 +248,8 @@ bool Class::verifyMethodInvocation(const SharedPtr<Object> &object, const Method
         return false;
     }
     if (!object->objectClass()->inherits(this)) {
-        Inspector::self()->raiseError(
-            u"Cannot call '%1.%2' on an object of class '%3'."_s.arg(m_name, method->name(),
-                object->objectClass()->name()));
+        Inspector::self()->raiseError(u"Cannot call '%1.%2' on an object of class '%3'."_s.arg(
+            m_name, method->name(), object->objectClass()->name()));
         return false;
     }
     return true;

@@ -27,7 +27,8 @@ public:
 ///
 /// Members are numbered from the root class on, so that the local number of a member is its index less
 /// superClassOffset(). A class makes its Method and Property objects only when they are first asked for.
-/// Classes register themselves with their namespace; whoever creates one keeps it for the life of the process.
+/// Classes register themselves with their namespace; whoever creates one keeps it for the life of the
+/// process.
 class OSTRELHOOK_EXPORT Class : public Serializable
 {
 public:
@@ -73,7 +74,8 @@ public:
     SharedPtr<Object> wrap(void *data, ObjectAttribute attribute) const;
 
     /// Calls a method. Errors go to Inspector::raiseError(); the result is then a null pointer.
-    SharedPtr<Object> call(const SharedPtr<Object> &object, const ObjectList &arguments, const Method *method);
+    SharedPtr<Object> call(
+        const SharedPtr<Object> &object, const ObjectList &arguments, const Method *method);
     /// Reads and writes by name, with an error for names that do not exist.
     SharedPtr<Object> read(const SharedPtr<Object> &object, const Property *property);
     bool write(const SharedPtr<Object> &object, const Property *property, const SharedPtr<Object> &value);

@@ -7,9 +7,7 @@ namespace Ostrel {
 using namespace Qt::StringLiterals;
 
 TableClass::TableClass(const ClassTable &table, const WrapperFamily &family, Namespace *home)
-    : Class(QString::fromLatin1(table.name), home)
-    , m_table(table)
-    , m_family(family)
+    : Class(QString::fromLatin1(table.name), home), m_table(table), m_family(family)
 {
     setOwnMembers(int(table.methods.size()), int(table.properties.size()));
 }

@@ -9,9 +9,10 @@
 //     };
 //     constexpr ClassTable checkBox { "HTML_CheckBox", "HTML_ButtonBase", properties, methods };
 //
-// Types and conversions come from the operation itself. No setter means read-only. Values that a method of the
-// table fills in for its last parameters stand behind the operation: method<&HTML_Object::click, 0, 0, 0, 1>.
-// Properties, methods, the dispatch, the script's view and the printed catalogue all come from the same table.
+// Types and conversions come from the operation itself. No setter means read-only. Values that a method of
+// the table fills in for its last parameters stand behind the operation: method<&HTML_Object::click, 0, 0, 0,
+// 1>. Properties, methods, the dispatch, the script's view and the printed catalogue all come from the same
+// table.
 #pragma once
 
 #include "ostrelhook/scriptvalue.h"
@@ -163,11 +164,13 @@ struct Call
         auto *wrapper = wrapperFrom<typename Traits::Wrapper>(data);
         if (!wrapper)
             return Failure(QStringLiteral("The object is not of the class of this member."));
-        return [&]<std::size_t... I>(std::index_sequence<I...>) {
-            const std::tuple held { Value<I>::hold(arguments.at(qsizetype(I)))... };
-            return scriptResult(std::invoke(
-                Operation, *wrapper, Value<I>::take(std::get<I>(held))..., Filled...));
-        }(std::make_index_sequence<given>());
+        return [&]<std::size_t... I>(std::index_sequence<I...>)
+        {
+            const std::tuple held{Value<I>::hold(arguments.at(qsizetype(I)))...};
+            return scriptResult(
+                std::invoke(Operation, *wrapper, Value<I>::take(std::get<I>(held))..., Filled...));
+        }
+        (std::make_index_sequence<given>());
     }
 };
 
@@ -192,8 +195,8 @@ CallResult readProperty(void *data)
 template <auto Getter, auto Setter = nullptr>
 constexpr PropertyRow property(const char *name)
 {
-    PropertyRow row { name, ScriptValue<typename Detail::OperationOf<Getter>::Result>::type,
-        &Detail::readProperty<Getter>, nullptr };
+    PropertyRow row{name, ScriptValue<typename Detail::OperationOf<Getter>::Result>::type,
+        &Detail::readProperty<Getter>, nullptr};
     if constexpr (!std::is_null_pointer_v<decltype(Setter)>)
         row.write = &Detail::writeProperty<Setter>;
     return row;
@@ -205,15 +208,18 @@ constexpr MethodRow method(const char *name, Names... names)
 {
     using Call = Detail::Call<Operation, Filled...>;
     static_assert(sizeof...(names) == Call::given, "name every parameter that is not filled in");
-    const std::array<const char *, sizeof...(names)> given { names... };
-    MethodRow row { name, ScriptValue<typename Call::Traits::Result>::type, {}, Call::given, &Call::run };
-    [&]<std::size_t... I>(std::index_sequence<I...>) {
-        ((row.parameters[I] = ParameterRow { given[I], Call::template Value<I>::type }), ...);
-    }(std::make_index_sequence<Call::given>());
+    const std::array<const char *, sizeof...(names)> given{names...};
+    MethodRow row{name, ScriptValue<typename Call::Traits::Result>::type, {}, Call::given, &Call::run};
+    [&]<std::size_t... I>(std::index_sequence<I...>)
+    {
+        ((row.parameters[I] = ParameterRow{given[I], Call::template Value<I>::type}), ...);
+    }
+    (std::make_index_sequence<Call::given>());
     return row;
 }
 
-/// Chooses an overload of an operation by its type: overload<FunctionCallResult<void>(const char *, int)>(&X::f).
+/// Chooses an overload of an operation by its type: overload<FunctionCallResult<void>(const char *,
+/// int)>(&X::f).
 template <typename Function, typename C>
 constexpr auto overload(Function C::*operation)
 {

@@ -28,18 +28,12 @@ template <typename T>
 struct [[nodiscard]] FunctionCallResult
 {
     FunctionCallResult() = default;
-    FunctionCallResult(T result)
-        : value(std::move(result))
-    {
-    }
-    FunctionCallResult(Failure failure)
-        : error(std::move(failure.text))
-    {
-    }
+    FunctionCallResult(T result) : value(std::move(result)) { }
+    FunctionCallResult(Failure failure) : error(std::move(failure.text)) { }
 
     bool failed() const { return !error.isEmpty(); }
 
-    T value {};
+    T value{};
     QString error;
 };
 
@@ -47,10 +41,7 @@ template <>
 struct [[nodiscard]] FunctionCallResult<void>
 {
     FunctionCallResult() = default;
-    FunctionCallResult(Failure failure)
-        : error(std::move(failure.text))
-    {
-    }
+    FunctionCallResult(Failure failure) : error(std::move(failure.text)) { }
 
     bool failed() const { return !error.isEmpty(); }
 

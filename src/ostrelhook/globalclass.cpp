@@ -8,24 +8,17 @@ namespace Ostrel {
 using namespace Qt::StringLiterals;
 
 Event::Event(Class *owner, QString name, Signature signature, bool isInput, int id)
-    : m_owner(owner)
-    , m_name(std::move(name))
-    , m_signature(std::move(signature))
-    , m_isInput(isInput)
-    , m_id(id)
+    : m_owner(owner), m_name(std::move(name)), m_signature(std::move(signature)), m_isInput(isInput), m_id(id)
 {
 }
 
 GlobalMethod::GlobalMethod(QString name, Signature signature, Argument result, Function function)
-    : Method(nullptr, std::move(result), std::move(name), std::move(signature), 0, -1)
-    , m_function(std::move(function))
+    : Method(nullptr, std::move(result), std::move(name), std::move(signature), 0, -1),
+      m_function(std::move(function))
 {
 }
 
-GlobalClass::GlobalClass(Namespace *home)
-    : Class(u"Global"_s, home, false)
-{
-}
+GlobalClass::GlobalClass(Namespace *home) : Class(u"Global"_s, home, false) { }
 
 GlobalClass::~GlobalClass() = default;
 

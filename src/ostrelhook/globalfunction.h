@@ -35,13 +35,14 @@ GlobalMethod *addGlobalFunction(
 {
     using Traits = Detail::FunctorTraits<Function>;
     Q_ASSERT(parameterNames.size() == Traits::count);
-    return [&]<std::size_t... I>(std::index_sequence<I...>) {
-        const QList<Argument> parameters { argumentOf(
-            ScriptValue<std::tuple_element_t<I, typename Traits::Parameters>>::type,
-            parameterNames.begin()[I])... };
+    return [&]<std::size_t... I>(std::index_sequence<I...>)
+    {
+        const QList<Argument> parameters{
+            argumentOf(ScriptValue<std::tuple_element_t<I, typename Traits::Parameters>>::type,
+                parameterNames.begin()[I])...};
         auto call = [function](const ObjectList &arguments) -> CallResult {
-            const std::tuple held { ScriptValue<std::tuple_element_t<I, typename Traits::Parameters>>::hold(
-                arguments.at(qsizetype(I)))... };
+            const std::tuple held{ScriptValue<std::tuple_element_t<I, typename Traits::Parameters>>::hold(
+                arguments.at(qsizetype(I)))...};
             return Detail::scriptResult(
                 function(ScriptValue<std::tuple_element_t<I, typename Traits::Parameters>>::take(
                     std::get<I>(held))...));
@@ -49,7 +50,8 @@ GlobalMethod *addGlobalFunction(
         return Inspector::self()->globalClass()->addMethod(
             std::make_unique<GlobalMethod>(QString::fromLatin1(name), Signature(parameters),
                 argumentOf(ScriptValue<typename Traits::Result>::type), std::move(call)));
-    }(std::make_index_sequence<Traits::count>());
+    }
+    (std::make_index_sequence<Traits::count>());
 }
 
 } // namespace Ostrel

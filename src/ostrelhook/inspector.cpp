@@ -17,10 +17,7 @@ namespace {
 class PrimitiveClass : public Class
 {
 public:
-    PrimitiveClass(const QString &name, Namespace *home)
-        : Class(name, home, false)
-    {
-    }
+    PrimitiveClass(const QString &name, Namespace *home) : Class(name, home, false) { }
 
     SharedPtr<Object> make(Object::Primitive value) const
     {
@@ -33,24 +30,21 @@ public:
 struct Inspector::Registry
 {
     Namespace names;
-    PrimitiveClass intClass { u"int"_s, &names };
-    PrimitiveClass boolClass { u"bool"_s, &names };
-    PrimitiveClass stringClass { u"String"_s, &names };
-    PrimitiveClass doubleClass { u"double"_s, &names };
-    PrimitiveClass voidClass { u"void"_s, &names };
+    PrimitiveClass intClass{u"int"_s, &names};
+    PrimitiveClass boolClass{u"bool"_s, &names};
+    PrimitiveClass stringClass{u"String"_s, &names};
+    PrimitiveClass doubleClass{u"double"_s, &names};
+    PrimitiveClass voidClass{u"void"_s, &names};
     /// The root of script objects that are no page elements.
-    Class objectClass { u"Object"_s, &names, false };
-    ArrayClass arrayClass { &names };
-    DateTimeClass dateTimeClass { &names };
-    ScreenRectangleClass screenRectangleClass { &names };
-    TableRangeClass tableRangeClass { &names };
-    GlobalClass globalClass { &names };
+    Class objectClass{u"Object"_s, &names, false};
+    ArrayClass arrayClass{&names};
+    DateTimeClass dateTimeClass{&names};
+    ScreenRectangleClass screenRectangleClass{&names};
+    TableRangeClass tableRangeClass{&names};
+    GlobalClass globalClass{&names};
 };
 
-Inspector::Inspector()
-    : m_registry(std::make_unique<Registry>())
-{
-}
+Inspector::Inspector() : m_registry(std::make_unique<Registry>()) { }
 
 Inspector::~Inspector() = default;
 

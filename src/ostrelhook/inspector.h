@@ -50,7 +50,10 @@ public:
 
     /// A remark to the user that stops nothing, such as the note of a deprecated function.
     void note(const QString &message);
-    void setNoteReceiver(std::function<void(const QString &)> receiver) { m_noteReceiver = std::move(receiver); }
+    void setNoteReceiver(std::function<void(const QString &)> receiver)
+    {
+        m_noteReceiver = std::move(receiver);
+    }
 
     bool isRecording() const { return m_recording; }
     void setRecording(bool recording) { m_recording = recording; }
@@ -71,9 +74,10 @@ public:
     void removeToplevel(const SharedPtr<Object> &toplevel);
     const ObjectList &toplevels() const { return m_toplevels; }
 
-    /// The object of that name, or null. Toplevel objects are asked one after the other; a symbolic name stands for its
-    /// real name. A plain name that is nobody's own is followed as a path of child names, which dots separate. What
-    /// fails on the way is raised as a script error, unless the object is found all the same.
+    /// The object of that name, or null. Toplevel objects are asked one after the other; a symbolic name
+    /// stands for its real name. A plain name that is nobody's own is followed as a path of child names,
+    /// which dots separate. What fails on the way is raised as a script error, unless the object is found all
+    /// the same.
     SharedPtr<Object> findObject(const ObjectName &name);
     /// The same by the text of a name; a text that is no proper name is an error that tells why.
     FunctionCallResult<SharedPtr<Object>> findObject(const QString &name);

@@ -31,7 +31,7 @@ T orDefault(const std::optional<T> &converted, bool *ok)
 {
     if (ok)
         *ok = converted.has_value();
-    return converted.value_or(T {});
+    return converted.value_or(T{});
 }
 
 std::optional<double> numberOf(const QString &text)
@@ -53,16 +53,13 @@ std::optional<int> integralValue(double number)
 }
 
 Object::Object(Class *type, void *data, ObjectAttribute attribute)
-    : m_class(type)
-    , m_data(data)
-    , m_attribute(attribute)
+    : m_class(type), m_data(data), m_attribute(attribute)
 {
 }
 
 Object::Object(Class *type, Primitive value)
-    : m_class(type)
-    , m_primitive(std::move(value))
-    , m_attribute(std::holds_alternative<QString>(m_primitive) ? ObjectAttribute::Pointer()
+    : m_class(type), m_primitive(std::move(value)),
+      m_attribute(std::holds_alternative<QString>(m_primitive) ? ObjectAttribute::Pointer()
                                                                : ObjectAttribute::Value())
 {
 }
@@ -93,7 +90,7 @@ std::optional<QString> Object::castToText() const
 QString Object::toQString(bool *ok) const
 {
     using Result = std::optional<QString>;
-    return orDefault(std::visit(Overloaded {
+    return orDefault(std::visit(Overloaded{
                                     [this](std::monostate) { return castToText(); },
                                     [](int value) { return Result(QString::number(value)); },
                                     [](bool value) { return Result(value ? u"true"_s : u"false"_s); },
@@ -107,7 +104,7 @@ QString Object::toQString(bool *ok) const
 int Object::toInt(bool *ok) const
 {
     using Result = std::optional<int>;
-    return orDefault(std::visit(Overloaded {
+    return orDefault(std::visit(Overloaded{
                                     [](std::monostate) { return Result(); },
                                     [](int value) { return Result(value); },
                                     [](bool value) { return Result(value ? 1 : 0); },
@@ -124,7 +121,7 @@ int Object::toInt(bool *ok) const
 bool Object::toBool(bool *ok) const
 {
     using Result = std::optional<bool>;
-    return orDefault(std::visit(Overloaded {
+    return orDefault(std::visit(Overloaded{
                                     [](std::monostate) { return Result(); },
                                     [](int value) { return Result(value != 0); },
                                     [](bool value) { return Result(value); },
@@ -142,7 +139,7 @@ bool Object::toBool(bool *ok) const
 double Object::toDouble(bool *ok) const
 {
     using Result = std::optional<double>;
-    return orDefault(std::visit(Overloaded {
+    return orDefault(std::visit(Overloaded{
                                     [](std::monostate) { return Result(); },
                                     [](int value) { return Result(double(value)); },
                                     [](bool value) { return Result(value ? 1.0 : 0.0); },

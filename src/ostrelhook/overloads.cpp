@@ -82,8 +82,8 @@ QString signatureText(const Method &method)
 {
     QStringList parameters;
     for (const Argument &argument : method.signature().arguments()) {
-        parameters.append(argument.name().isEmpty() ? argument.typeName()
-                                                    : argument.typeName() + u' ' + argument.name());
+        parameters.append(
+            argument.name().isEmpty() ? argument.typeName() : argument.typeName() + u' ' + argument.name());
     }
     return u"%1(%2)"_s.arg(method.name(), parameters.join(", "_L1));
 }

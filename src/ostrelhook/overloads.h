@@ -9,7 +9,8 @@
 
 namespace Ostrel {
 
-/// How far the arguments are from what the signature asks for: 0 is an exact fit; nothing when they do not fit.
+/// How far the arguments are from what the signature asks for: 0 is an exact fit; nothing when they do not
+/// fit.
 OSTRELHOOK_EXPORT std::optional<int> callDistance(const Signature &signature, const ObjectList &arguments);
 
 /// "name(String, int)", as it stands in messages.

@@ -9,21 +9,15 @@ namespace Ostrel {
 using namespace Qt::StringLiterals;
 
 Argument::Argument(QString typeName, ObjectAttribute attribute)
-    : m_typeName(std::move(typeName))
-    , m_attribute(attribute)
+    : m_typeName(std::move(typeName)), m_attribute(attribute)
 {
 }
 
-Argument::Argument(const Class *type, ObjectAttribute attribute)
-    : Argument(type->name(), attribute)
-{
-}
+Argument::Argument(const Class *type, ObjectAttribute attribute) : Argument(type->name(), attribute) { }
 
 Argument::Argument(QString name, QString typeName, ObjectAttribute attribute, Enum *enumeration)
-    : m_name(std::move(name))
-    , m_typeName(std::move(typeName))
-    , m_attribute(attribute)
-    , m_enumeration(enumeration)
+    : m_name(std::move(name)), m_typeName(std::move(typeName)), m_attribute(attribute),
+      m_enumeration(enumeration)
 {
 }
 
@@ -43,39 +37,27 @@ Class *Argument::type() const
     return Inspector::self()->globalNamespace()->getClass(m_typeName);
 }
 
-Signature::Signature(QList<Argument> arguments)
-    : m_arguments(std::move(arguments))
+Signature::Signature(QList<Argument> arguments) : m_arguments(std::move(arguments))
 {
     while (!m_arguments.isEmpty() && m_arguments.last().isEmpty())
         m_arguments.removeLast();
 }
 
 Method::Method(Class *owner, Argument result, QString name, Signature signature, int flags, int id)
-    : m_owner(owner)
-    , m_result(std::move(result))
-    , m_name(std::move(name))
-    , m_signature(std::move(signature))
-    , m_flags(flags)
-    , m_id(id)
+    : m_owner(owner), m_result(std::move(result)), m_name(std::move(name)), m_signature(std::move(signature)),
+      m_flags(flags), m_id(id)
 {
 }
 
 Method::~Method() = default;
 
 Property::Property(Class *owner, Argument type, QString name, Flags flags, int id)
-    : m_owner(owner)
-    , m_type(std::move(type))
-    , m_name(std::move(name))
-    , m_flags(flags)
-    , m_id(id)
+    : m_owner(owner), m_type(std::move(type)), m_name(std::move(name)), m_flags(flags), m_id(id)
 {
 }
 
 Enum::Enum(Class *owner, QString name, QList<Item> items, int id)
-    : m_owner(owner)
-    , m_name(std::move(name))
-    , m_items(std::move(items))
-    , m_id(id)
+    : m_owner(owner), m_name(std::move(name)), m_items(std::move(items)), m_id(id)
 {
 }
 

@@ -24,10 +24,7 @@ public:
     constexpr bool operator==(const ObjectAttribute &) const = default;
 
 private:
-    constexpr explicit ObjectAttribute(bool pointer)
-        : m_pointer(pointer)
-    {
-    }
+    constexpr explicit ObjectAttribute(bool pointer) : m_pointer(pointer) { }
 
     bool m_pointer;
 };

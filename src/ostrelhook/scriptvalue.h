@@ -28,8 +28,11 @@ struct TypeName
 
 /// A class whose wrappers scripts can hold: it says its own script name.
 template <typename C>
-concept ScriptClass = requires {
-    { C::ScriptName } -> std::convertible_to<const char *>;
+concept ScriptClass = requires
+{
+    {
+        C::ScriptName
+        } -> std::convertible_to<const char *>;
 };
 
 template <typename T>
@@ -38,13 +41,13 @@ struct ScriptValue;
 template <>
 struct ScriptValue<void>
 {
-    static constexpr TypeName type { "void" };
+    static constexpr TypeName type{"void"};
 };
 
 template <>
 struct ScriptValue<int>
 {
-    static constexpr TypeName type { "int" };
+    static constexpr TypeName type{"int"};
     using Holder = int;
     static Holder hold(const SharedPtr<Object> &object) { return object ? object->toInt() : 0; }
     static int take(Holder held) { return held; }
@@ -54,7 +57,7 @@ struct ScriptValue<int>
 template <>
 struct ScriptValue<bool>
 {
-    static constexpr TypeName type { "bool" };
+    static constexpr TypeName type{"bool"};
     using Holder = bool;
     static Holder hold(const SharedPtr<Object> &object) { return object && object->toBool(); }
     static bool take(Holder held) { return held; }
@@ -64,7 +67,7 @@ struct ScriptValue<bool>
 template <>
 struct ScriptValue<double>
 {
-    static constexpr TypeName type { "double" };
+    static constexpr TypeName type{"double"};
     using Holder = double;
     static Holder hold(const SharedPtr<Object> &object) { return object ? object->toDouble() : 0.0; }
     static double take(Holder held) { return held; }
@@ -74,7 +77,7 @@ struct ScriptValue<double>
 template <>
 struct ScriptValue<QString>
 {
-    static constexpr TypeName type { "String", nullptr, true };
+    static constexpr TypeName type{"String", nullptr, true};
     using Holder = QString;
     static Holder hold(const SharedPtr<Object> &object) { return object ? object->toQString() : QString(); }
     static const QString &take(const Holder &held) { return held; }
@@ -88,16 +91,19 @@ struct ScriptValue<QString>
 template <>
 struct ScriptValue<const char *>
 {
-    static constexpr TypeName type { "String", nullptr, true };
+    static constexpr TypeName type{"String", nullptr, true};
     using Holder = QByteArray;
-    static Holder hold(const SharedPtr<Object> &object) { return ScriptValue<QString>::hold(object).toUtf8(); }
+    static Holder hold(const SharedPtr<Object> &object)
+    {
+        return ScriptValue<QString>::hold(object).toUtf8();
+    }
     static const char *take(const Holder &held) { return held.constData(); }
 };
 
 template <>
 struct ScriptValue<std::string>
 {
-    static constexpr TypeName type { "String", nullptr, true };
+    static constexpr TypeName type{"String", nullptr, true};
     using Holder = std::string;
     static Holder hold(const SharedPtr<Object> &object)
     {
@@ -113,7 +119,7 @@ struct ScriptValue<std::string>
 template <>
 struct ScriptValue<DateTime>
 {
-    static constexpr TypeName type { "DateTime", nullptr, true };
+    static constexpr TypeName type{"DateTime", nullptr, true};
     using Holder = DateTime;
     static Holder hold(const SharedPtr<Object> &object) { return unwrapDateTime(object); }
     static const DateTime &take(const Holder &held) { return held; }
@@ -123,7 +129,7 @@ struct ScriptValue<DateTime>
 template <>
 struct ScriptValue<ScreenRectangle>
 {
-    static constexpr TypeName type { "ScreenRectangle", nullptr, true };
+    static constexpr TypeName type{"ScreenRectangle", nullptr, true};
     static SharedPtr<Object> toObject(const ScreenRectangle &value) { return wrapScreenRectangle(value); }
 };
 
@@ -132,7 +138,7 @@ template <typename List>
 struct ScriptList
 {
     using Item = typename List::value_type;
-    static constexpr TypeName type { "Array", ScriptValue<Item>::type.name, true };
+    static constexpr TypeName type{"Array", ScriptValue<Item>::type.name, true};
     using Holder = List;
     static Holder hold(const SharedPtr<Object> &object)
     {
@@ -184,7 +190,7 @@ C *wrapperFrom(void *data)
 template <ScriptClass C>
 struct ScriptValue<C *>
 {
-    static constexpr TypeName type { C::ScriptName, nullptr, true };
+    static constexpr TypeName type{C::ScriptName, nullptr, true};
     using Holder = C *;
     static Holder hold(const SharedPtr<Object> &object)
     {
@@ -197,18 +203,21 @@ struct ScriptValue<C *>
     static SharedPtr<Object> toObject(C *wrapper)
     {
         using Root = typename WrapperRoot<C>::Type;
-        SharedPtr<Object> object = classOf(wrapper)->wrap(static_cast<Root *>(wrapper), ObjectAttribute::Pointer());
+        SharedPtr<Object> object
+            = classOf(wrapper)->wrap(static_cast<Root *>(wrapper), ObjectAttribute::Pointer());
         object->setOwning(wrapper != nullptr);
         return object;
     }
 
 private:
-    /// The class that a wrapper says it is of; the declared one for null and for classes that are not registered.
+    /// The class that a wrapper says it is of; the declared one for null and for classes that are not
+    /// registered.
     static const Class *classOf(const C *wrapper)
     {
         if constexpr (requires { wrapper->className(); }) {
             if (wrapper) {
-                if (const Class *type = Inspector::self()->findClass(QString::fromLatin1(wrapper->className())))
+                if (const Class *type
+                    = Inspector::self()->findClass(QString::fromLatin1(wrapper->className())))
                     return type;
             }
         }

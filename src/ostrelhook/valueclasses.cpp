@@ -40,18 +40,14 @@ T unwrapCopy(const QString &className, const SharedPtr<Object> &object)
 
 } // namespace
 
-DateTimeClass::DateTimeClass(Namespace *home)
-    : Class(u"DateTime"_s, home, false)
-{
-}
+DateTimeClass::DateTimeClass(Namespace *home) : Class(u"DateTime"_s, home, false) { }
 
 void DateTimeClass::deleteObjectData(Object *object)
 {
     delete static_cast<DateTime *>(object->data());
 }
 
-ScreenRectangleClass::ScreenRectangleClass(Namespace *home)
-    : Class(u"ScreenRectangle"_s, home)
+ScreenRectangleClass::ScreenRectangleClass(Namespace *home) : Class(u"ScreenRectangle"_s, home)
 {
     setOwnMembers(0, int(std::size(sides)));
 }
@@ -63,8 +59,7 @@ std::unique_ptr<Property> ScreenRectangleClass::createProperty(int index) const
         Property::ReadOnly, index);
 }
 
-SharedPtr<Object> ScreenRectangleClass::getProperty(
-    const SharedPtr<Object> &object, const Property *property)
+SharedPtr<Object> ScreenRectangleClass::getProperty(const SharedPtr<Object> &object, const Property *property)
 {
     return Inspector::self()->createPrimitive(unwrapScreenRectangle(object).*(sides[property->id()].value));
 }

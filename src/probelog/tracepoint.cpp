@@ -24,12 +24,9 @@ struct State
     QStringList categories;
     TraceReceiver receiver = &writeToStandardError;
     /// Grows at each change of the categories, so that trace points notice with one comparison.
-    std::atomic<int> generation { 0 };
+    std::atomic<int> generation{0};
 
-    State()
-        : categories(qEnvironmentVariable("PROBELOG").split(u',', Qt::SkipEmptyParts))
-    {
-    }
+    State() : categories(qEnvironmentVariable("PROBELOG").split(u',', Qt::SkipEmptyParts)) { }
 };
 
 State &state()
@@ -42,10 +39,7 @@ State &state()
 } // namespace
 
 TracePoint::TracePoint(const char *category, const char *file, int line, const char *function)
-    : m_category(category)
-    , m_file(file)
-    , m_line(line)
-    , m_function(function)
+    : m_category(category), m_file(file), m_line(line), m_function(function)
 {
 }
 
@@ -55,8 +49,8 @@ bool TracePoint::advanceVisit()
     const int generation = shared.generation.load(std::memory_order_acquire);
     if (m_generation.load(std::memory_order_acquire) != generation) {
         const QMutexLocker lock(&shared.mutex);
-        m_active = shared.categories.contains(u"*"_s)
-            || shared.categories.contains(QLatin1StringView(m_category));
+        m_active
+            = shared.categories.contains(u"*"_s) || shared.categories.contains(QLatin1StringView(m_category));
         m_generation.store(generation, std::memory_order_release);
     }
     if (!m_active.load(std::memory_order_relaxed))

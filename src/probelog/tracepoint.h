@@ -60,9 +60,9 @@ private:
     const char *m_file;
     int m_line;
     const char *m_function;
-    std::atomic<int> m_visits { 0 };
-    std::atomic<int> m_generation { -1 };
-    std::atomic<bool> m_active { false };
+    std::atomic<int> m_visits{0};
+    std::atomic<int> m_generation{-1};
+    std::atomic<bool> m_active{false};
 };
 
 /// Hands a visit to the receiver.

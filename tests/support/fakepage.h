@@ -66,7 +66,8 @@ public:
         m_files.append(path);
         return fileResult;
     }
-    FunctionCallResult<void> setCustomFileInputValue(WebWrapper::HTML_CustomText *, const QString &path) override
+    FunctionCallResult<void> setCustomFileInputValue(
+        WebWrapper::HTML_CustomText *, const QString &path) override
     {
         m_files.append(path);
         return fileResult;

@@ -1,5 +1,5 @@
-// PageScript: a script engine in place of a page. It runs composed script and notes the calls that it makes, so that
-// a test reads its arguments back as the page would get them.
+// PageScript: a script engine in place of a page. It runs composed script and notes the calls that it makes,
+// so that a test reads its arguments back as the page would get them.
 //
 //     PageScript page({u"__ostrel__click"_s});
 //     page.run(u"setTimeout(function(e){__ostrel__click(el, true);}, 100);"_s);
@@ -15,8 +15,8 @@ namespace Ostrel::Test {
 class PageScript
 {
 public:
-    /// `functions` are noted when they are called; each answers true. A dotted name makes the objects in front. The
-    /// element is the global `el`; deferred functions run at once.
+    /// `functions` are noted when they are called; each answers true. A dotted name makes the objects in
+    /// front. The element is the global `el`; deferred functions run at once.
     explicit PageScript(const QStringList &functions = {})
     {
         using namespace Qt::StringLiterals;

@@ -48,7 +48,7 @@ SharedPtr<Object> argument(const QList<Item> &values)
 template <typename... Arguments>
 ScriptAnswer callMethod(const SharedPtr<Object> &object, const QString &name, const Arguments &...arguments)
 {
-    const ObjectList list {argument(arguments)...};
+    const ObjectList list{argument(arguments)...};
     Class *type = object->objectClass();
     const FunctionCallResult<Method *> method = type->resolve(name, list);
     if (method.failed())
@@ -75,7 +75,8 @@ QString writeProperty(const SharedPtr<Object> &object, const QString &name, cons
         return QStringLiteral("There is no property '%1'.").arg(name);
     const bool written = object->objectClass()->write(object, property, argument(value));
     const QString error = Inspector::self()->takeError();
-    return written == error.isEmpty() ? error : QStringLiteral("the error and the result contradict each other");
+    return written == error.isEmpty() ? error
+                                      : QStringLiteral("the error and the result contradict each other");
 }
 
 } // namespace Ostrel::Test

@@ -234,8 +234,8 @@ FunctionCallResult<std::unique_ptr<Transport>> BrowserProcess::start(
     return std::unique_ptr<Transport>(std::move(transport));
 }
 
-// A browser closes its pipe when its tabs are closed and their pages have had their last word. What it does from
-// then on takes several times as long and is only for the good of its profile, which goes anyway.
+// A browser closes its pipe when its tabs are closed and their pages have had their last word. What it does
+// from then on takes several times as long and is only for the good of its profile, which goes anyway.
 void BrowserProcess::stop()
 {
     if (m_group > 0) {

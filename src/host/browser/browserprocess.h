@@ -31,8 +31,8 @@ public:
     FunctionCallResult<std::unique_ptr<Transport>> start(
         const QString &executable, const QStringList &arguments);
 
-    /// Ends the browser: lets it close its tabs, which it does by itself since its pipe is closed by now, and then
-    /// kills all its processes. Blocks for a few seconds at most. The profile is gone afterwards.
+    /// Ends the browser: lets it close its tabs, which it does by itself since its pipe is closed by now, and
+    /// then kills all its processes. Blocks for a few seconds at most. The profile is gone afterwards.
     void stop();
 
     bool isRunning() const { return m_process.state() != QProcess::NotRunning; }

@@ -23,8 +23,8 @@ const QString glueFile = u":/pageprobe/scriptglue.js"_s;
 
 /// The names of the members that a class adds, each once.
 template <typename Member>
-QJSValue ownNames(
-    QJSEngine *engine, int from, int to, const std::function<Member *(int)> &member, bool (*wanted)(const Member &))
+QJSValue ownNames(QJSEngine *engine, int from, int to, const std::function<Member *(int)> &member,
+    bool (*wanted)(const Member &))
 {
     QStringList names;
     for (int index = from; index < to; ++index) {
@@ -117,8 +117,7 @@ SharedPtr<Object> numberFrom(double number)
 
 } // namespace
 
-ScriptBridge::ScriptBridge(QJSEngine *engine)
-    : m_engine(engine)
+ScriptBridge::ScriptBridge(QJSEngine *engine) : m_engine(engine)
 {
     QJSEngine::setObjectOwnership(this, QJSEngine::CppOwnership);
 }
@@ -180,8 +179,7 @@ QJSValue ScriptBridge::invoke(const QJSValue &handle, const QString &name, const
     return throwPending() ? QJSValue() : toScript(value);
 }
 
-QJSValue ScriptBridge::invokeStatic(
-    const QString &className, const QString &name, const QJSValue &arguments)
+QJSValue ScriptBridge::invokeStatic(const QString &className, const QString &name, const QJSValue &arguments)
 {
     Class *type = Inspector::self()->findClass(className);
     const ObjectList given = argumentsFrom(arguments);
@@ -249,8 +247,7 @@ QJSValue ScriptBridge::toScript(const SharedPtr<Object> &value)
     }
     if (value->objectClass() == objectModelDateTimeClass())
         return m_engine->toScriptValue(unwrapDateTime(value));
-    return m_wrap.call(
-        {value->objectClass()->name(), m_engine->toScriptValue(QVariant::fromValue(value))});
+    return m_wrap.call({value->objectClass()->name(), m_engine->toScriptValue(QVariant::fromValue(value))});
 }
 
 SharedPtr<Object> ScriptBridge::fromScript(const QJSValue &value) const

@@ -60,8 +60,7 @@ QString ScriptError::text() const
     return u"%1:%2: %3"_s.arg(file, QString::number(line), message);
 }
 
-ScriptEngine::ScriptEngine()
-    : m_bridge(std::make_unique<ScriptBridge>(&m_engine))
+ScriptEngine::ScriptEngine() : m_bridge(std::make_unique<ScriptBridge>(&m_engine))
 {
     m_engine.installExtensions(QJSEngine::ConsoleExtension);
     const QString error = m_bridge->install();
@@ -92,7 +91,7 @@ ScriptOutcome ScriptEngine::run(const QString &source, const QString &fileName)
     if (trace.isEmpty() && !interrupted)
         return {};
 
-    ScriptError error {interrupted ? u"The script was interrupted."_s : messageOf(value), fileName, 0, {}};
+    ScriptError error{interrupted ? u"The script was interrupted."_s : messageOf(value), fileName, 0, {}};
     const QList<Frame> frames = scriptFrames(trace);
     if (!frames.isEmpty()) {
         error.file = frames.first().file.isEmpty() ? fileName : frames.first().file;

@@ -1,5 +1,5 @@
-// ScriptEngine: runs test scripts in JavaScript. It knows nothing but the reflection frame: every registered class,
-// enum and global method shows up in scripts without code of its own.
+// ScriptEngine: runs test scripts in JavaScript. It knows nothing but the reflection frame: every registered
+// class, enum and global method shows up in scripts without code of its own.
 #pragma once
 
 #include "ostrelhook/object.h"

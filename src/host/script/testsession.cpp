@@ -28,6 +28,12 @@ const QString contextDocument
     = u"(function() { if( !window.__ostrel__ctxwin ) { window.__ostrel__ctxwin = window } return "
       "window.__ostrel__ctxwin.document; }());"_s;
 
+/// Addresses that name no server: the text behind the scheme is all there is.
+bool hasOwnContent(const QString &address)
+{
+    return address.startsWith("about:"_L1) || address.startsWith("data:"_L1) || address.startsWith("blob:"_L1);
+}
+
 } // namespace
 
 void registerObjectModel()
@@ -51,8 +57,7 @@ FunctionCallResult<std::unique_ptr<TestSession>> TestSession::start(
 }
 
 TestSession::TestSession(const SessionOptions &options, LogFunction log)
-    : m_log(std::move(log))
-    , m_channelAddress(FetchCarrier::makeAddress())
+    : m_log(std::move(log)), m_channelAddress(FetchCarrier::makeAddress())
 {
     if (!options.servedDirectory.isEmpty())
         m_server = std::make_unique<StaticServer>(options.servedDirectory);
@@ -78,7 +83,8 @@ FunctionCallResult<void> TestSession::launch(const SessionOptions &options)
         return Failure(browser.error);
     m_browser = std::move(browser.value);
     m_injection = {getOstrelJsNamespaceInitCode(),
-        pageVariables(m_config, {m_browser->majorVersion(), m_channelAddress.portText()}), getJSCode(m_config)};
+        pageVariables(m_config, {m_browser->majorVersion(), m_channelAddress.portText()}),
+        getJSCode(m_config)};
     // A tab that opens later is held back until it is prepared; the one that is there has begun already.
     connect(
         m_browser.get(), &Browser::pageOpened, this,
@@ -142,7 +148,7 @@ FunctionCallResult<void> TestSession::open(const QString &address)
     BrowserPage *page = activePage();
     if (!page)
         return Failure(u"Cannot open '%1': there is no open page."_s.arg(address));
-    return page->navigate(addSchemeIfMissing(address));
+    return page->navigate(hasOwnContent(address) ? address : addSchemeIfMissing(address));
 }
 
 FunctionCallResult<HTML_Document *> TestSession::activeDocument() const

@@ -13,7 +13,8 @@ namespace {
 
 constexpr auto envelope
     = u"(function() {\n  try {\n    return JSON.stringify({'result': %1});\n  } catch( e ) {\n"
-      "    return JSON.stringify({'error': {'name': e['name'], 'message': e['message'], 'file': e['fileName'], "
+      "    return JSON.stringify({'error': {'name': e['name'], 'message': e['message'], 'file': "
+      "e['fileName'], "
       "'line': e['lineNumber'], 'stack': e['stack']}});\n  }\n}());";
 
 /// A long expression as it stands in messages: its beginning and its end.
@@ -103,8 +104,8 @@ PageException PageException::fromJson(const Json::Value &error)
 {
     if (!error.isObject())
         return {{}, textOf(error), {}, {}, {}};
-    return {textOf(error["name"]), textOf(error["message"]), memberText(error, "file"), memberText(error, "line"),
-        memberText(error, "stack")};
+    return {textOf(error["name"]), textOf(error["message"]), memberText(error, "file"),
+        memberText(error, "line"), memberText(error, "stack")};
 }
 
 FunctionCallResult<Json::Value> evaluateAsJson(
@@ -122,8 +123,7 @@ FunctionCallResult<Json::Value> evaluateAsJson(
             u"Calling %1 failed to parse JSON return value '%2': %3", call, answer.result, parsed.error));
     }
     if (!parsed.root.isObject())
-        return Failure(
-            message(u"Calling %1 JSON return value is not an object: %2", call, answer.result));
+        return Failure(message(u"Calling %1 JSON return value is not an object: %2", call, answer.result));
     if (parsed.root.isMember("error")) {
         return Failure(message(u"Calling %1: Error evaluating JavaScript: %3", call,
             detailText(PageException::fromJson(parsed.root["error"]))));

@@ -54,8 +54,8 @@ SharedPtr<Object> findObjectInContainer(
         return {};
     if (name.isMultiProperty() && !name.hasProperty(u"tagName"_s))
         return {};
-    const QString function = script(u"__ostrel__findObjectByProps( %1, \"%2\");", Expr {wrapper->jsReference()},
-        Expr {escapeForDoubleQuotedScript(name.qualifiedName())});
+    const QString function = script(u"__ostrel__findObjectByProps( %1, \"%2\");",
+        Expr{wrapper->jsReference()}, Expr{escapeForDoubleQuotedScript(name.qualifiedName())});
     return findObjectWithJsFunction(function, name.qualifiedName(), component);
 }
 
@@ -63,8 +63,7 @@ QList<ObjectName> containerChain(ObjectName name)
 {
     if (!name.hasProperty(containerProperty))
         return {name};
-    const QString container
-        = ObjectMap::self()->realName(name.property(containerProperty).stringValue());
+    const QString container = ObjectMap::self()->realName(name.property(containerProperty).stringValue());
     QList<ObjectName> chain = containerChain(ObjectName(container));
     name.removeProperty(containerProperty);
     chain.append(name);
@@ -88,7 +87,8 @@ ObjectName setObjectNameContainer(ObjectName name, const QString &container)
     if (!name.isMultiProperty())
         return ObjectName(message(u"%1.%2", container, name.qualifiedName()));
     if (!name.hasProperty(containerProperty)) {
-        name.setProperty(containerProperty, PropertyValue(container, PropertyValue::Strict, PropertyValue::Quoted));
+        name.setProperty(
+            containerProperty, PropertyValue(container, PropertyValue::Strict, PropertyValue::Quoted));
         return name;
     }
     const PropertyValue inner = name.property(containerProperty);

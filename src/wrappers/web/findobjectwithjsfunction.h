@@ -1,5 +1,5 @@
-// Lookup by page function: the one path from a search in the page to a wrapped object, and the tools that take object
-// names apart.
+// Lookup by page function: the one path from a search in the page to a wrapped object, and the tools that
+// take object names apart.
 #pragma once
 
 #include "ostrelhook/object.h"
@@ -13,9 +13,10 @@ namespace Ostrel::WebWrapper {
 
 class HTMLComponent;
 
-/// Evaluates a complete call of a page function that finds an object, and wraps what it gives. `name` is the name as the
-/// user wrote it. An object that does not exist is a null pointer and no error; what fails is raised as a script error.
-/// The limit is 5000 ms, or what OSTREL_WEB_OBJECT_LOOKUP_TIMEOUT says in milliseconds.
+/// Evaluates a complete call of a page function that finds an object, and wraps what it gives. `name` is the
+/// name as the user wrote it. An object that does not exist is a null pointer and no error; what fails is
+/// raised as a script error. The limit is 5000 ms, or what OSTREL_WEB_OBJECT_LOOKUP_TIMEOUT says in
+/// milliseconds.
 SharedPtr<Object> findObjectWithJsFunction(
     const QString &function, const QString &name, HTMLComponent *component);
 

@@ -35,7 +35,7 @@ QStringList quoted(QStringView shape, const QList<QString> &items)
 {
     QStringList literals;
     for (const QString &item : items)
-        literals.append(script(shape, QuotedLine {item}));
+        literals.append(script(shape, QuotedLine{item}));
     return literals;
 }
 
@@ -68,8 +68,8 @@ FunctionCallResult<QString> HTML_FormElement::type() const
 
 FunctionCallResult<void> HTML_ButtonBase::click(int modifier, int x, int y, int button)
 {
-    return runAndWait(clickScript(u"__ostrel__clickButton", jsReference().toUtf8().constData(), modifier, x, y,
-                          button),
+    return runAndWait(
+        clickScript(u"__ostrel__clickButton", jsReference().toUtf8().constData(), modifier, x, y, button),
         u"Failed to click on button: %1");
 }
 
@@ -94,7 +94,8 @@ FunctionCallResult<void> CheckableButton::click(int modifier, int x, int y, int 
     const FunctionCallResult<void> clicked = HTML_ButtonBase::click(modifier, x, y, button);
     if (clicked.failed())
         return clicked;
-    return run(script(u"__ostrel__sendChangeEvent( %1 )", ref()), u"Error triggering change event after click: %1");
+    return run(
+        script(u"__ostrel__sendChangeEvent( %1 )", ref()), u"Error triggering change event after click: %1");
 }
 
 FunctionCallResult<bool> CheckableButton::checked() const
@@ -123,21 +124,21 @@ FunctionCallResult<void> HTML_TextBase::setValue(const QString &value)
 {
     const FunctionCallResult<QString> fieldType = property("type");
     if (fieldType.failed()) {
-        return Failure(message(
-            u"Cannot set value as determining text field type failed: %1", fieldType.error));
+        return Failure(
+            message(u"Cannot set value as determining text field type failed: %1", fieldType.error));
     }
     if (fieldType.value == "file"_L1)
         return component()->setFileInputValue(this, value);
 
     (void)focus();
-    QStringList steps {script(u"__ostrel__click(%1);", ref())};
+    QStringList steps{script(u"__ostrel__click(%1);", ref())};
     if (value == "<Return>"_L1) {
         steps.append(script(u"__ostrel__typeText( %1, String.fromCharCode( 13 ) );", ref()));
     } else if (component()->browserType() != typingBrowserType) {
-        steps.append(script(u"__ostrel__setTextFieldValue(%1, '%2');", ref(), Quoted {value}));
+        steps.append(script(u"__ostrel__setTextFieldValue(%1, '%2');", ref(), Quoted{value}));
     } else {
         steps.append(script(u"%1.value = '';", ref()));
-        steps.append(script(u"__ostrel__typeText( %1, '%2' );", ref(), QuotedLine {value}));
+        steps.append(script(u"__ostrel__typeText( %1, '%2' );", ref(), QuotedLine{value}));
     }
     for (const QString &step : steps) {
         // Only this flag counts here: a page handler that throws does not stop the input.
@@ -172,8 +173,7 @@ FunctionCallResult<QString> HTML_TextBase::selectedText() const
 
 HTML_Select::HTML_Select(
     const QString &name, const QString &reference, bool multiple, HTMLComponent *component)
-    : HTML_FormElement(name, reference, component)
-    , m_multiple(multiple)
+    : HTML_FormElement(name, reference, component), m_multiple(multiple)
 {
 }
 
@@ -191,17 +191,17 @@ FunctionCallResult<int> HTML_Select::selectedIndex() const
     const int index = text.value.toInt(&ok);
     if (!ok) {
         // Kept as is: the spelling; scripts match on this text.
-        return Failure(
-            message(u"Could not converted selected index value '%1' to integer.", text.value));
+        return Failure(message(u"Could not converted selected index value '%1' to integer.", text.value));
     }
     return index;
 }
 
 FunctionCallResult<void> HTML_Select::setSelectedOption(const QString &text)
 {
-    const QString function = m_multiple ? u"__ostrel__selectMultiOption"_s : u"__ostrel__selectSingleOption"_s;
-    const HTMLComponent::EvalResult answer = evaluateJS(
-        deferred(script(u"%1(%2, '%3' );", Expr {function}, ref(), QuotedLine {text})));
+    const QString function
+        = m_multiple ? u"__ostrel__selectMultiOption"_s : u"__ostrel__selectSingleOption"_s;
+    const HTMLComponent::EvalResult answer
+        = evaluateJS(deferred(script(u"%1(%2, '%3' );", Expr{function}, ref(), QuotedLine{text})));
     waitForDeferredAction();
     // Only this flag counts here.
     if (answer.failed)
@@ -284,12 +284,13 @@ FunctionCallResult<void> HTML_Select::setSelectedOptionsByIndexes(const QList<in
 FunctionCallResult<void> HTML_Select::selectOptions(const QList<QString> &items, const QString &keyFunction)
 {
     const QString shown = QStringList(items).join(", "_L1);
-    // Kept as is: double quotes around items whose double quotes are not escaped; recorded tests hold their own.
+    // Kept as is: double quotes around items whose double quotes are not escaped; recorded tests hold their
+    // own.
     const QString list = quoted(u"\"%1\"", items).join(u',');
 
     const FunctionCallResult<QString> available
-        = evaluate(script(u"__ostrel__standardselectExtension.hasItems(%1, [%2], %3);", ref(), Expr {list},
-                       Expr {keyFunction}),
+        = evaluate(script(u"__ostrel__standardselectExtension.hasItems(%1, [%2], %3);", ref(), Expr{list},
+                       Expr{keyFunction}),
             u"Error while checking if options '%1' are available: %2", shown);
     if (available.failed())
         return Failure(available.error);
@@ -304,7 +305,7 @@ FunctionCallResult<void> HTML_Select::selectOptions(const QList<QString> &items,
     }
     const QStringView shape = m_multiple ? QStringView(u"__ostrel__selectOptions( %1, [%2], %3 );")
                                          : QStringView(u"__ostrel__selectOption( %1, %2, %3 );");
-    return runAndWait(deferred(script(shape, ref(), Expr {list}, Expr {keyFunction})),
+    return runAndWait(deferred(script(shape, ref(), Expr{list}, Expr{keyFunction})),
         u"Error while selecting options '%1': %2", shown);
 }
 
@@ -329,7 +330,7 @@ FunctionCallResult<void> HTML_Select::deselect(
 {
     const FunctionCallResult<Json::Value> done
         = readJson(script(u"__ostrel__standardselectExtension.deselect( %1, %2, [%3] )", ref(),
-            Expr {keyFunction}, Expr {literals.join(u',')}));
+            Expr{keyFunction}, Expr{literals.join(u',')}));
     if (done.failed())
         return Failure(message(u"Error deselecting values '%1': %2", items.join(", "_L1), done.error));
     return {};
@@ -402,7 +403,7 @@ FunctionCallResult<HTML_Object *> HTML_Document::getElementById(const char *id) 
     const QString text = QString::fromUtf8(id);
     // Kept as is: the id is not escaped; scripts that escape it themselves rely on that.
     FunctionCallResult<HTML_Object *> element = htmlObjectFromJavaScriptResult(
-        component(), script(u"%1.getElementById('%2');", ref(), Expr {text}), {}, 0);
+        component(), script(u"%1.getElementById('%2');", ref(), Expr{text}), {}, 0);
     if (element.failed())
         return Failure(message(u"Error fetching element with id '%1': %2", text, element.error));
     return element;
@@ -413,7 +414,7 @@ FunctionCallResult<HTML_Array *> HTML_Document::getElementsByTagName(const char 
     const QString tag = QString::fromUtf8(tagName);
     const QString variable = nextPageVariable();
     const FunctionCallResult<void> stored
-        = run(script(u"%1 = %2.getElementsByTagName('%3');", Expr {variable}, ref(), Quoted {tag}),
+        = run(script(u"%1 = %2.getElementsByTagName('%3');", Expr{variable}, ref(), Quoted{tag}),
             u"Error obtaining elements for tagname '%1': %2", tag);
     if (stored.failed())
         return Failure(stored.error);

@@ -163,7 +163,8 @@ public:
 
 private:
     FunctionCallResult<void> selectOptions(const QList<QString> &items, const QString &keyFunction);
-    FunctionCallResult<void> deselect(const QString &keyFunction, const QStringList &literals, const QStringList &items);
+    FunctionCallResult<void> deselect(
+        const QString &keyFunction, const QStringList &literals, const QStringList &items);
 
     bool m_multiple;
 };

@@ -9,10 +9,7 @@ namespace Ostrel::WebWrapper {
 
 using namespace Qt::StringLiterals;
 
-WebObjectGeometryDelegate::WebObjectGeometryDelegate()
-    : GeometryDelegate(u"HTML_Object"_s)
-{
-}
+WebObjectGeometryDelegate::WebObjectGeometryDelegate() : GeometryDelegate(u"HTML_Object"_s) { }
 
 Rect<2> WebObjectGeometryDelegate::globalBounds(SharedPtr<Object> object) const
 {
@@ -38,10 +35,7 @@ SharedPtr<Object> WebObjectGeometryDelegate::focusProxy(SharedPtr<Object> object
     return object;
 }
 
-WebObjectComparisonDelegate::WebObjectComparisonDelegate()
-    : ComparisonDelegate(u"HTML_Object"_s)
-{
-}
+WebObjectComparisonDelegate::WebObjectComparisonDelegate() : ComparisonDelegate(u"HTML_Object"_s) { }
 
 bool WebObjectComparisonDelegate::compare(SharedPtr<Object> a, SharedPtr<Object> b) const
 {
@@ -54,10 +48,10 @@ bool WebObjectComparisonDelegate::sameObjects(SharedPtr<Object> a, SharedPtr<Obj
     const HTML_Object *right = retrieveObject(b);
     if (!left || !right || !left->component() || left->component() != right->component())
         return false;
-    const HTMLComponent::EvalResult answer = left->component()->evaluateJavaScript(
-        script(u"if( %1 === %2 ) { true; } else { false; }", Expr {left->jsReference()},
-            Expr {right->jsReference()}),
-        0);
+    const HTMLComponent::EvalResult answer
+        = left->component()->evaluateJavaScript(script(u"if( %1 === %2 ) { true; } else { false; }",
+                                                    Expr{left->jsReference()}, Expr{right->jsReference()}),
+            0);
     if (answer.failed || answer.threw) {
         reportToStandardError(message(u"Error comparing JS references %1 and %2: %3", left->jsReference(),
             right->jsReference(), answer.result));

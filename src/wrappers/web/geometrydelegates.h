@@ -6,7 +6,8 @@
 
 namespace Ostrel::WebWrapper {
 
-/// Bounds of elements. What fails goes to standard error and gives a rectangle with a width and a height of -1.
+/// Bounds of elements. What fails goes to standard error and gives a rectangle with a width and a height of
+/// -1.
 class PAGEPROBELIB_EXPORT WebObjectGeometryDelegate : public GeometryDelegate
 {
 public:

@@ -32,8 +32,8 @@ FunctionCallResult<HTML_Object *> HTML_Array::at(int index) const
     FunctionCallResult<HTML_Object *> element
         = htmlObjectFromJavaScriptResult(component(), script(u"%1[%2];", ref(), index), {}, 0);
     if (element.failed()) {
-        return Failure(message(
-            u"Could not get reference for array element at '%1': %2", position, element.error));
+        return Failure(
+            message(u"Could not get reference for array element at '%1': %2", position, element.error));
     }
     return element;
 }

@@ -15,8 +15,8 @@ public:
     const char *className() const override { return ScriptName; }
 
     FunctionCallResult<int> length() const;
-    /// A new wrapper, owned by the caller; an error out of bounds, in which case the page is asked for the length
-    /// only.
+    /// A new wrapper, owned by the caller; an error out of bounds, in which case the page is asked for the
+    /// length only.
     FunctionCallResult<HTML_Object *> at(int index) const;
 };
 

@@ -6,12 +6,13 @@ namespace Ostrel::WebWrapper {
 
 HTMLComponent::~HTMLComponent() = default;
 
-FunctionCallResult<ScreenRectangle> HTMLComponent::getScreenRect(const HTML_Object *obj, bool makeVisible) const
+FunctionCallResult<ScreenRectangle> HTMLComponent::getScreenRect(
+    const HTML_Object *obj, bool makeVisible) const
 {
     const FunctionCallResult<QRect> rect = WebWrapper::getScreenRect(obj, makeVisible);
     if (rect.failed())
         return Failure(rect.error);
-    return ScreenRectangle {rect.value.x(), rect.value.y(), rect.value.width(), rect.value.height()};
+    return ScreenRectangle{rect.value.x(), rect.value.y(), rect.value.width(), rect.value.height()};
 }
 
 bool HTMLComponent::supportsPageScreenshot() const

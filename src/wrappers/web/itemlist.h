@@ -9,8 +9,8 @@ namespace Ostrel::WebWrapper {
 
 class HTMLComponent;
 
-/// The objects of "name|reference~type#" records, in order. "[err]", which stands for a failed call of the page, and the
-/// empty text give none; an unfinished last record is left out.
+/// The objects of "name|reference~type#" records, in order. "[err]", which stands for a failed call of the
+/// page, and the empty text give none; an unfinished last record is left out.
 ObjectList objectsFromItemList(HTMLComponent *component, const QString &text);
 
 } // namespace Ostrel::WebWrapper

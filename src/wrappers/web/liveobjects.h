@@ -26,7 +26,8 @@ struct LiveObjects
     void invalidateAll();
 };
 
-/// The next free page variable for an object that native code makes in a page: "window.__ostrel__object__C0" ...
+/// The next free page variable for an object that native code makes in a page: "window.__ostrel__object__C0"
+/// ...
 QString nextPageVariable();
 
 } // namespace Ostrel::WebWrapper

@@ -167,7 +167,8 @@ constexpr auto identifyingScript
       "    var globalRefName = __ostrel__idForObject( dummy );\n"
       "    return JSON.stringify({'refName': globalRefName, 'type': __ostrel__typeOf( dummy ) });\n"
       "  } catch( e ) {\n"
-      "    return JSON.stringify({'error': {'name': e['name'], 'message': e['message'], 'file': e['fileName'], "
+      "    return JSON.stringify({'error': {'name': e['name'], 'message': e['message'], 'file': "
+      "e['fileName'], "
       "'line': e['lineNumber'], 'stack': e['stack']}});  }\n})();";
 
 QString detailText(const PageException &exception)
@@ -238,7 +239,8 @@ FunctionCallResult<HTML_Object *> htmlObjectFromJavaScriptResult(
                 QString::fromLatin1(member)));
         }
     }
-    return htmlObjectFromReferenceInfo(component, memberText(root["type"]), memberText(root["refName"]), name);
+    return htmlObjectFromReferenceInfo(
+        component, memberText(root["type"]), memberText(root["refName"]), name);
 }
 
 HTML_Object *retrieveObject(const SharedPtr<Object> &object)

@@ -14,11 +14,11 @@ class HTML_Object;
 
 /// A new wrapper of the class that `typeString` names, or null when it names no object. `name` is the name in
 /// the parent when it is known. The caller owns the result. Never talks to the page.
-PAGEPROBELIB_EXPORT HTML_Object *htmlObjectFromReferenceInfo(HTMLComponent *component,
-    const QString &typeString, const QString &reference, const QString &name);
+PAGEPROBELIB_EXPORT HTML_Object *htmlObjectFromReferenceInfo(
+    HTMLComponent *component, const QString &typeString, const QString &reference, const QString &name);
 
-/// Evaluates an expression and makes a wrapper of its value; a falsy value gives null and no error. The caller
-/// owns the result. `timeoutMs` is in milliseconds, 0 for the bridge's own limit.
+/// Evaluates an expression and makes a wrapper of its value; a falsy value gives null and no error. The
+/// caller owns the result. `timeoutMs` is in milliseconds, 0 for the bridge's own limit.
 PAGEPROBELIB_EXPORT FunctionCallResult<HTML_Object *> htmlObjectFromJavaScriptResult(
     HTMLComponent *component, const QString &expression, const QString &name, unsigned int timeoutMs);
 

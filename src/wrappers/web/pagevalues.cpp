@@ -7,8 +7,7 @@
 
 namespace Ostrel::WebWrapper {
 
-HTML_Style::HTML_Style(const QString &reference, HTMLComponent *component)
-    : PageValue(reference, component)
+HTML_Style::HTML_Style(const QString &reference, HTMLComponent *component) : PageValue(reference, component)
 {
     LiveObjects::self().styles.insert(this);
 }
@@ -21,7 +20,7 @@ HTML_Style::~HTML_Style()
 FunctionCallResult<QString> HTML_Style::value(const char *name) const
 {
     const HTMLComponent::EvalResult answer = component()->evaluateJavaScript(
-        script(u"%1.styleProperty('%2');", Expr {reference()}, Quoted {QString::fromUtf8(name)}), 0);
+        script(u"%1.styleProperty('%2');", Expr{reference()}, Quoted{QString::fromUtf8(name)}), 0);
     if (answer.failed || answer.threw)
         return Failure(answer.result);
     return answer.result;
@@ -48,7 +47,7 @@ FunctionCallResult<QString> HTML_XPathResult::read(const QString &script, QStrin
 
 FunctionCallResult<bool> HTML_XPathResult::booleanValue() const
 {
-    const FunctionCallResult<QString> text = read(script(u"%1.booleanValue()", Expr {reference()}),
+    const FunctionCallResult<QString> text = read(script(u"%1.booleanValue()", Expr{reference()}),
         u"Error obtaining boolean value of xpath resultset %1: %2");
     if (text.failed())
         return Failure(text.error);
@@ -57,7 +56,7 @@ FunctionCallResult<bool> HTML_XPathResult::booleanValue() const
 
 FunctionCallResult<double> HTML_XPathResult::numberValue() const
 {
-    const FunctionCallResult<QString> text = read(script(u"%1.numberValue()", Expr {reference()}),
+    const FunctionCallResult<QString> text = read(script(u"%1.numberValue()", Expr{reference()}),
         u"Error obtaining number value of xpath resultset %1: %2");
     if (text.failed())
         return Failure(text.error);
@@ -73,14 +72,14 @@ FunctionCallResult<double> HTML_XPathResult::numberValue() const
 
 FunctionCallResult<QString> HTML_XPathResult::stringValue() const
 {
-    return read(script(u"%1.stringValue()", Expr {reference()}),
+    return read(script(u"%1.stringValue()", Expr{reference()}),
         u"Error obtaining string value of xpath resultset %1: %2");
 }
 
 FunctionCallResult<int> HTML_XPathResult::snapshotLength() const
 {
     const FunctionCallResult<QString> text
-        = read(script(u"__ostrel__xpath__snapshotLength(%1);", Expr {reference()}),
+        = read(script(u"__ostrel__xpath__snapshotLength(%1);", Expr{reference()}),
             u"Error obtaining snapshot length of xpath resultset %1: %2");
     if (text.failed())
         return Failure(text.error);
@@ -96,8 +95,8 @@ FunctionCallResult<int> HTML_XPathResult::snapshotLength() const
 
 FunctionCallResult<HTML_Object *> HTML_XPathResult::snapshotItem(int index) const
 {
-    FunctionCallResult<HTML_Object *> item = htmlObjectFromJavaScriptResult(component(),
-        script(u"__ostrel__xpath__snapshotItem(%1, %2);", Expr {reference()}, index), {}, 0);
+    FunctionCallResult<HTML_Object *> item = htmlObjectFromJavaScriptResult(
+        component(), script(u"__ostrel__xpath__snapshotItem(%1, %2);", Expr{reference()}, index), {}, 0);
     if (item.failed()) {
         return Failure(message(u"Error obtaining snapshot item %1 from xpath result %2: %3",
             QString::number(index), reference(), item.error));

@@ -22,8 +22,7 @@ public:
 
 protected:
     PageValue(QString reference, HTMLComponent *component)
-        : m_reference(std::move(reference))
-        , m_component(component)
+        : m_reference(std::move(reference)), m_component(component)
     {
     }
 

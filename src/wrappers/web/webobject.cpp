@@ -38,24 +38,24 @@ struct ReadableProperty
 };
 
 /// In the order of PropertyId.
-constexpr std::array readableProperties {
-    ReadableProperty {u"id", Getter::PropertyValue, u"id"},
-    ReadableProperty {u"innerText", Getter::PropertyValue, u"innerText"},
-    ReadableProperty {u"innerHTML", Getter::PropertyValue, u"innerHTML"},
-    ReadableProperty {u"x", Getter::ElementRect, u"x"},
-    ReadableProperty {u"y", Getter::ElementRect, u"y"},
-    ReadableProperty {u"width", Getter::ElementRect, u"width"},
-    ReadableProperty {u"height", Getter::ElementRect, u"height"},
-    ReadableProperty {u"tagName", Getter::PropertyValue, u"tagName"},
-    ReadableProperty {u"title", Getter::PropertyValue, u"title"},
-    ReadableProperty {u"styleDisplay", Getter::PropertyValue, u"style.display"},
-    ReadableProperty {u"domClassName", Getter::PropertyValue, u"className"},
-    ReadableProperty {u"domPath", Getter::Call, u"__ostrel__qualifiedName( %1 ).replace(/\\s*$/, '')"},
-    ReadableProperty {u"numChildren", Getter::Call, u"__ostrelDOMAPI.numChildren( %1 )"},
-    ReadableProperty {u"visible", Getter::Call, u"__ostrel__isVisible( %1 )"},
-    ReadableProperty {
+constexpr std::array readableProperties{
+    ReadableProperty{u"id", Getter::PropertyValue, u"id"},
+    ReadableProperty{u"innerText", Getter::PropertyValue, u"innerText"},
+    ReadableProperty{u"innerHTML", Getter::PropertyValue, u"innerHTML"},
+    ReadableProperty{u"x", Getter::ElementRect, u"x"},
+    ReadableProperty{u"y", Getter::ElementRect, u"y"},
+    ReadableProperty{u"width", Getter::ElementRect, u"width"},
+    ReadableProperty{u"height", Getter::ElementRect, u"height"},
+    ReadableProperty{u"tagName", Getter::PropertyValue, u"tagName"},
+    ReadableProperty{u"title", Getter::PropertyValue, u"title"},
+    ReadableProperty{u"styleDisplay", Getter::PropertyValue, u"style.display"},
+    ReadableProperty{u"domClassName", Getter::PropertyValue, u"className"},
+    ReadableProperty{u"domPath", Getter::Call, u"__ostrel__qualifiedName( %1 ).replace(/\\s*$/, '')"},
+    ReadableProperty{u"numChildren", Getter::Call, u"__ostrelDOMAPI.numChildren( %1 )"},
+    ReadableProperty{u"visible", Getter::Call, u"__ostrel__isVisible( %1 )"},
+    ReadableProperty{
         u"simplifiedInnerText", Getter::Call, u"window.top.__ostrel.getSimplifiedInnerText( %1 )"},
-    ReadableProperty {u"selectedText", Getter::Call, u"window.top.__ostrel.getSelectedText( %1 )"},
+    ReadableProperty{u"selectedText", Getter::Call, u"window.top.__ostrel.getSelectedText( %1 )"},
 };
 
 bool isIdentifierStart(char32_t c)
@@ -85,10 +85,10 @@ FunctionCallResult<QRect> rectangleFromPage(const QString &function, const HTML_
         return Failure(u"HTML object has no component, cannot obtain rectangle"_s);
 
     const HTMLComponent::EvalResult answer = obj->component()->evaluateJavaScript(
-        script(u"__ostrel__getRectAsString(%1(%2) );", Expr {function}, Expr {obj->jsReference()}), 0);
+        script(u"__ostrel__getRectAsString(%1(%2) );", Expr{function}, Expr{obj->jsReference()}), 0);
     if (answer.failed || answer.threw) {
-        return Failure(message(
-            u"Error while obtaining rectangle with function '%1': %2", function, answer.result));
+        return Failure(
+            message(u"Error while obtaining rectangle with function '%1': %2", function, answer.result));
     }
     const QStringList parts = answer.result.split(u',', Qt::SkipEmptyParts);
     if (parts.size() < 4)
@@ -99,9 +99,7 @@ FunctionCallResult<QRect> rectangleFromPage(const QString &function, const HTML_
 } // namespace
 
 HTML_Object::HTML_Object(const QString &name, const QString &reference, HTMLComponent *component)
-    : m_nameCache(name)
-    , m_reference(reference)
-    , m_component(component)
+    : m_nameCache(name), m_reference(reference), m_component(component)
 {
     LiveObjects::self().objects.insert(this);
 }
@@ -191,10 +189,10 @@ QString HTML_Object::propertyGetterCode(PropertyId id) const
     const QString source = QString::fromUtf16(property.source);
     switch (property.getter) {
     case Getter::PropertyValue:
-        return script(u"window.top.__ostrel.getPropertyValue( %1, '%2' ).replace(/\\s*$/, '')", ref(),
-            Expr {source});
+        return script(
+            u"window.top.__ostrel.getPropertyValue( %1, '%2' ).replace(/\\s*$/, '')", ref(), Expr{source});
     case Getter::ElementRect:
-        return script(u"window.top.__ostrel.getElementRectAsObject( %1 ).%2", ref(), Expr {source});
+        return script(u"window.top.__ostrel.getElementRectAsObject( %1 ).%2", ref(), Expr{source});
     case Getter::Call:
         return script(source, ref());
     }
@@ -286,11 +284,11 @@ FunctionCallResult<QString> HTML_Object::property(const char *name) const
 {
     const unsigned int limit = m_component->browserType() == slowBrowserType ? slowBrowserReadLimit : 0;
     const HTMLComponent::EvalResult answer = m_component->evaluateJavaScript(
-        script(u"window.top.__ostrel.getPropertyValue( %1, '%2');", ref(), Expr {QString::fromUtf8(name)}),
+        script(u"window.top.__ostrel.getPropertyValue( %1, '%2');", ref(), Expr{QString::fromUtf8(name)}),
         limit);
     if (answer.failed || answer.threw) {
-        return Failure(message(
-            u"Error while obtaining property '%1': %2", QString::fromUtf8(name), answer.result));
+        return Failure(
+            message(u"Error while obtaining property '%1': %2", QString::fromUtf8(name), answer.result));
     }
     return answer.result;
 }
@@ -299,16 +297,16 @@ FunctionCallResult<void> HTML_Object::assign(
     const char *name, const QString &literal, const QString &shownValue)
 {
     const QString property = QString::fromUtf8(name);
-    const QString target = isIdentifier(property) ? script(u"%1.%2", ref(), Expr {property})
-                                                  : script(u"%1['%2']", ref(), Expr {property});
-    return run(script(u"%1=%2;", Expr {target}, Expr {literal}), u"Error setting property '%1' to value %2: %3",
+    const QString target = isIdentifier(property) ? script(u"%1.%2", ref(), Expr{property})
+                                                  : script(u"%1['%2']", ref(), Expr{property});
+    return run(script(u"%1=%2;", Expr{target}, Expr{literal}), u"Error setting property '%1' to value %2: %3",
         property, shownValue);
 }
 
 FunctionCallResult<void> HTML_Object::setProperty(const char *name, const char *value)
 {
     const QString text = QString::fromUtf8(value);
-    return assign(name, script(u"'%1'", Quoted {text}), u"'%1'"_s.arg(text));
+    return assign(name, script(u"'%1'", Quoted{text}), u"'%1'"_s.arg(text));
 }
 
 FunctionCallResult<void> HTML_Object::setProperty(const char *name, int value)
@@ -325,7 +323,7 @@ FunctionCallResult<void> HTML_Object::setProperty(const char *name, bool value)
 
 FunctionCallResult<QString> HTML_Object::invoke(const char *method)
 {
-    return evaluate(script(u"%1.%2();", ref(), Expr {QString::fromUtf8(method)}),
+    return evaluate(script(u"%1.%2();", ref(), Expr{QString::fromUtf8(method)}),
         u"Error invoking function '%1': %2", QString::fromUtf8(method));
 }
 
@@ -342,8 +340,7 @@ FunctionCallResult<QString> HTML_Object::invoke(const char *method, const char *
 FunctionCallResult<QString> HTML_Object::invokeWith(const char *method, const QStringList &arguments)
 {
     const QString call = message(u"%1(%2)", QString::fromUtf8(method), arguments.join(", "_L1));
-    return evaluate(
-        script(u"%1.%2;", ref(), Expr {call}), u"Error invoking function '%1': %2", call);
+    return evaluate(script(u"%1.%2;", ref(), Expr{call}), u"Error invoking function '%1': %2", call);
 }
 
 FunctionCallResult<bool> HTML_Object::visible() const
@@ -392,7 +389,7 @@ FunctionCallResult<bool> HTML_Object::sameAs(HTML_Object *other) const
     if (!other)
         return false;
     const HTMLComponent::EvalResult answer
-        = evaluateJS(script(u"%1 === %2", ref(), Expr {other->m_reference}));
+        = evaluateJS(script(u"%1 === %2", ref(), Expr{other->m_reference}));
     // Only this flag counts here: an answer whose other flag is set is compared like any text.
     if (answer.failed) {
         return Failure(message(u"Error comparing javascript reference '%1' to '%2': %3", m_reference,
@@ -440,7 +437,7 @@ FunctionCallResult<HTML_Style *> HTML_Object::style() const
 {
     const QString variable = nextPageVariable();
     const FunctionCallResult<void> made
-        = run(script(u"%1 = new __ostrel__styleInfo(%2); 'done';", Expr {variable}, ref()),
+        = run(script(u"%1 = new __ostrel__styleInfo(%2); 'done';", Expr{variable}, ref()),
             u"Error obtaining style object: %1");
     if (made.failed())
         return Failure(made.error);
@@ -451,9 +448,9 @@ FunctionCallResult<HTML_XPathResult *> HTML_Object::evaluateXPath(const char *st
 {
     const QString variable = nextPageVariable();
     const QString text = QString::fromUtf8(statement);
-    const FunctionCallResult<void> made = run(
-        script(u"%1 = xpathDomEval( \"%2\", %3 );true;", Expr {variable}, QuotedXPath {text}, ref()),
-        u"Error evaluating xpath '%1': %2", text);
+    const FunctionCallResult<void> made
+        = run(script(u"%1 = xpathDomEval( \"%2\", %3 );true;", Expr{variable}, QuotedXPath{text}, ref()),
+            u"Error evaluating xpath '%1': %2", text);
     if (made.failed())
         return Failure(made.error);
     return new HTML_XPathResult(variable, m_component);
@@ -462,8 +459,8 @@ FunctionCallResult<HTML_XPathResult *> HTML_Object::evaluateXPath(const char *st
 FunctionCallResult<QMap<QString, Json::Value>> HTML_Object::cssProperties() const
 {
     const QString names = message(u"['%1']", cssPropertyNames().join("', '"_L1));
-    const FunctionCallResult<Json::Value> json = evaluateAsJson(
-        m_component, script(u"__ostrel__allCSSProperties( %1, %2 )", ref(), Expr {names}), 0);
+    const FunctionCallResult<Json::Value> json
+        = evaluateAsJson(m_component, script(u"__ostrel__allCSSProperties( %1, %2 )", ref(), Expr{names}), 0);
     if (json.failed())
         return Failure(message(u"Error obtaining CSS properties: %1", json.error));
     if (!json.value.isObject()) {
@@ -488,7 +485,7 @@ FunctionCallResult<ScreenRectangle> HTML_Object::boundingClientRect() const
     const FunctionCallResult<QRect> rect = rectangleFromPage(u"__ostrel__getClientBoundingRect"_s, this);
     if (rect.failed())
         return Failure(rect.error);
-    return ScreenRectangle {rect.value.x(), rect.value.y(), rect.value.width(), rect.value.height()};
+    return ScreenRectangle{rect.value.x(), rect.value.y(), rect.value.width(), rect.value.height()};
 }
 
 FunctionCallResult<void> HTML_Object::scrollTo(bool top) const
@@ -504,8 +501,8 @@ FunctionCallResult<QRect> getScreenRect(const HTML_Object *obj, bool makeVisible
     if (makeVisible) {
         const FunctionCallResult<void> scrolled = obj->scrollTo(true);
         if (scrolled.failed()) {
-            return Failure(message(
-                u"Error while making object visible to fetch screen rectangle: %1", scrolled.error));
+            return Failure(
+                message(u"Error while making object visible to fetch screen rectangle: %1", scrolled.error));
         }
     }
     return rectangleFromPage(u"__ostrel__getScreenRectAsObject"_s, obj);
@@ -516,8 +513,8 @@ FunctionCallResult<QRect> getScreenRect(const HTML_Object *obj, bool makeVisible
 QString HTML_Object::clickScript(
     QStringView function, const char *reference, int modifier, int x, int y, int button)
 {
-    return deferred(script(u"%1(%2, %3, %4, %5, %6);", Expr {function.toString()},
-        Expr {QString::fromUtf8(reference)}, modifierKeys(modifier), x, y, pressedButton(modifier, button)));
+    return deferred(script(u"%1(%2, %3, %4, %5, %6);", Expr{function.toString()},
+        Expr{QString::fromUtf8(reference)}, modifierKeys(modifier), x, y, pressedButton(modifier, button)));
 }
 
 Expr HTML_Object::modifierKeys(int modifier)
@@ -525,7 +522,7 @@ Expr HTML_Object::modifierKeys(int modifier)
     const bool control = modifier & ControlKey;
     const bool shift = modifier & ShiftKey;
     const bool alt = modifier & AltKey;
-    return Expr {script(u"%1, %2, %3", control, shift, alt)};
+    return Expr{script(u"%1, %2, %3", control, shift, alt)};
 }
 
 int HTML_Object::pressedButton(int modifier, int button)
@@ -559,8 +556,8 @@ FunctionCallResult<void> HTML_Object::doubleClick(int modifier, int x, int y)
 
 FunctionCallResult<void> HTML_Object::openContextMenu()
 {
-    return runAndWait(deferred(script(u"__ostrel__openContextMenu(%1);", ref())),
-        u"Error opening context menu: %1");
+    return runAndWait(
+        deferred(script(u"__ostrel__openContextMenu(%1);", ref())), u"Error opening context menu: %1");
 }
 
 void HTML_Object::waitForDeferredAction()

@@ -34,7 +34,8 @@ enum ModifierState {
 };
 
 /// The wrapper of a page element. Owned by whoever asked for it; through scripts, by the script object.
-/// Operations do not throw; a failure is the text of the result. All run on the thread that drives the bridge.
+/// Operations do not throw; a failure is the text of the result. All run on the thread that drives the
+/// bridge.
 class PAGEPROBELIB_EXPORT HTML_Object
 {
 public:
@@ -72,8 +73,8 @@ public:
     virtual FunctionCallResult<bool> visible() const;
     /// A new wrapper, owned by the caller; null where there is no parent.
     virtual FunctionCallResult<HTML_Object *> parentElement();
-    /// `modifier` is a sum of ModifierState values; x and y are CSS pixels from the top left corner; `button` is
-    /// 1 left, 2 right, 4 middle. The page gets the click 100 ms later; the call returns after 200 ms.
+    /// `modifier` is a sum of ModifierState values; x and y are CSS pixels from the top left corner; `button`
+    /// is 1 left, 2 right, 4 middle. The page gets the click 100 ms later; the call returns after 200 ms.
     virtual FunctionCallResult<void> click(int modifier, int x, int y, int button);
     virtual FunctionCallResult<void> doubleClick(int modifier, int x, int y);
     /// The name in the parent, asked of the page once.
@@ -145,7 +146,7 @@ public:
 
 protected:
     /// The reference as a piece of script.
-    Expr ref() const { return Expr {m_reference}; }
+    Expr ref() const { return Expr{m_reference}; }
 
     HTMLComponent::EvalResult evaluateJS(const QString &script) const;
 
@@ -170,8 +171,8 @@ protected:
         return {};
     }
 
-    /// Evaluates an action, waits 200 ms whatever came of it, so that the page's deferred part has run, and only
-    /// then tells.
+    /// Evaluates an action, waits 200 ms whatever came of it, so that the page's deferred part has run, and
+    /// only then tells.
     template <typename... Texts>
     FunctionCallResult<void> runAndWait(
         const QString &script, QStringView error, const Texts &...values) const

@@ -33,7 +33,7 @@ ObjectList itemViewChildren(HTMLComponent *component, const HTML_CustomItemView 
 {
     const HTMLComponent::EvalResult answer = component->evaluateJavaScript(
         script(u"try{__ostrel__fetchItemViewChildren(%1, %2Extension );}catch(e){'[err]';}",
-            Expr {view.jsReference()}, Expr {view.realType().value}),
+            Expr{view.jsReference()}, Expr{view.realType().value}),
         itemListLimit);
     if (answer.failed || answer.threw) {
         reportToStandardError(message(u"Error obtaining itemview children: %1", answer.result));
@@ -62,7 +62,8 @@ ObjectList numberedChildren(
     return objects;
 }
 
-/// What an element shows below its DOM children. Asked anew each time: these have no place in the page's tree.
+/// What an element shows below its DOM children. Asked anew each time: these have no place in the page's
+/// tree.
 ObjectList virtualChildren(const HTML_Object *wrapper)
 {
     const QLatin1StringView className(wrapper->className());
@@ -88,16 +89,13 @@ ObjectList virtualChildren(const HTML_Object *wrapper)
 
 } // namespace
 
-HTMLObjectHierarchyDelegate::HTMLObjectHierarchyDelegate()
-    : ObjectHierarchyDelegate(u"HTML_Object"_s)
-{
-}
+HTMLObjectHierarchyDelegate::HTMLObjectHierarchyDelegate() : ObjectHierarchyDelegate(u"HTML_Object"_s) { }
 
 HTMLObjectHierarchyDelegate *HTMLObjectHierarchyDelegate::registered()
 {
     const Class *elements = objectModelHtmlObjectClass();
     return elements ? dynamic_cast<HTMLObjectHierarchyDelegate *>(
-                          DelegateFactory::self()->delegate<ObjectHierarchyDelegate>(elements))
+               DelegateFactory::self()->delegate<ObjectHierarchyDelegate>(elements))
                     : nullptr;
 }
 
@@ -112,7 +110,8 @@ SharedPtr<Object> HTMLObjectHierarchyDelegate::child(SharedPtr<Object> object, i
     return index >= 0 && index < all.size() ? all.at(index) : nullptr;
 }
 
-SharedPtr<Object> HTMLObjectHierarchyDelegate::childByName(SharedPtr<Object> object, const QString &name) const
+SharedPtr<Object> HTMLObjectHierarchyDelegate::childByName(
+    SharedPtr<Object> object, const QString &name) const
 {
     for (const SharedPtr<Object> &candidate : children(object)) {
         if (nameOfObject(candidate) == name)
@@ -126,10 +125,11 @@ SharedPtr<Object> HTMLObjectHierarchyDelegate::objectByQualifiedName(
 {
     Inspector *inspector = Inspector::self();
     if (name.isMultiProperty() && name.hasProperty(u"context"_s)) {
-        inspector->raiseError(message(
-            u"Invalid object name '%1'. Cannot lookup objects that have a context and a container property, please "
-            "make sure the context property is set only on the 'top-most' object name",
-            name.qualifiedName()));
+        inspector->raiseError(
+            message(u"Invalid object name '%1'. Cannot lookup objects that have a context and a container "
+                    u"property, please "
+                    "make sure the context property is set only on the 'top-most' object name",
+                name.qualifiedName()));
         PROBELOG_TRACE_VALUES("WebObjectSearch", u"Found object name with context and container: "_s,
             {{u"objectName.qualifiedName()"_s, name.qualifiedName()}});
         return {};
@@ -175,7 +175,7 @@ QString HTMLObjectHierarchyDelegate::qualifiedName(SharedPtr<Object> object) con
     if (!wrapper)
         return {};
     const HTMLComponent::EvalResult answer = wrapper->component()->evaluateJavaScript(
-        script(u"__ostrel__nameOf(%1);", Expr {wrapper->jsReference()}), 0);
+        script(u"__ostrel__nameOf(%1);", Expr{wrapper->jsReference()}), 0);
     if (answer.failed || answer.threw) {
         reportToStandardError(message(u"Error obtaining qualified name of object: %1", answer.result));
         return {};
@@ -202,10 +202,10 @@ FunctionCallResult<void> HTMLObjectHierarchyDelegate::getChildInfo(const SharedP
     const HTML_Object *wrapper = retrieveObject(object);
     HTMLComponent *component = wrapper->component();
     const FunctionCallResult<Json::Value> records = evaluateAsJson(component,
-        script(u"window.top.__ostrel.childObjectAndInfo( %1 )", Expr {wrapper->jsReference()}), childrenLimit);
+        script(u"window.top.__ostrel.childObjectAndInfo( %1 )", Expr{wrapper->jsReference()}), childrenLimit);
     if (records.failed()) {
-        return Failure(message(u"Failed to retrieve children for html object %1: %2\n", wrapper->name().value,
-            records.error));
+        return Failure(message(
+            u"Failed to retrieve children for html object %1: %2\n", wrapper->name().value, records.error));
     }
     ObjectList found;
     if (records.value.isArray()) {
@@ -229,7 +229,7 @@ SharedPtr<Object> HTMLObjectHierarchyDelegate::parent(SharedPtr<Object> object) 
         return {};
     if (dynamic_cast<HTML_Document *>(wrapper)) {
         const HTMLComponent::EvalResult answer = wrapper->component()->evaluateJavaScript(
-            script(u"__ostrel__contextOf( %1 );", Expr {wrapper->jsReference()}), 0);
+            script(u"__ostrel__contextOf( %1 );", Expr{wrapper->jsReference()}), 0);
         const bool failed = answer.failed || answer.threw;
         if (failed)
             reportToStandardError(message(u"Error obtaining context of html document: %1", answer.result));

@@ -11,9 +11,10 @@ namespace Ostrel::WebWrapper {
 
 class HTMLComponent;
 
-/// Children, parents, names and lookups below the document. The children of an element are fetched once, with all that is
-/// needed to wrap them, and kept until a clear: between two clears a walk sees the tree as it was, which is what makes
-/// dumps cheap. Also the one place that discards the wrappers of a page that goes. Used from one thread.
+/// Children, parents, names and lookups below the document. The children of an element are fetched once, with
+/// all that is needed to wrap them, and kept until a clear: between two clears a walk sees the tree as it
+/// was, which is what makes dumps cheap. Also the one place that discards the wrappers of a page that goes.
+/// Used from one thread.
 class PAGEPROBELIB_EXPORT HTMLObjectHierarchyDelegate : public ObjectHierarchyDelegate
 {
 public:
@@ -32,7 +33,8 @@ public:
     SharedPtr<Object> parent(SharedPtr<Object> object) const override;
     WrapperType wrapperType() const override;
 
-    /// Invalidates the wrappers of one page, which is about to go, and forgets all children that were fetched.
+    /// Invalidates the wrappers of one page, which is about to go, and forgets all children that were
+    /// fetched.
     virtual void clearAllJSReferences(HTMLComponent *component) const;
     /// The same for all pages.
     virtual void invalidateAllReferencedObjects() const;

@@ -39,10 +39,7 @@ QString contextIn(const QString &name)
 
 } // namespace
 
-WebToplevelDelegate::WebToplevelDelegate(const QString &className)
-    : ObjectHierarchyDelegate(className)
-{
-}
+WebToplevelDelegate::WebToplevelDelegate(const QString &className) : ObjectHierarchyDelegate(className) { }
 
 int WebToplevelDelegate::numChildren(SharedPtr<Object>) const
 {
@@ -83,13 +80,13 @@ SharedPtr<Object> WebToplevelDelegate::childByName(SharedPtr<Object> object, con
         return {};
     if (!name.startsWith(documentName)) {
         return findObjectWithJsFunction(
-            script(u"__ostrel__findObjectByHeuristic(\"%1\");", Expr {escapeForDoubleQuotedScript(name)}), name,
-            component);
+            script(u"__ostrel__findObjectByHeuristic(\"%1\");", Expr{escapeForDoubleQuotedScript(name)}),
+            name, component);
     }
 
     // Kept as is: "DOCUMENTS" counts as a document with a context too, though there is none to be found.
     const FunctionCallResult<HTML_Object *> document = htmlObjectFromJavaScriptResult(
-        component, script(u"__ostrel__documentOfContext('%1');", Expr {contextIn(name)}), {}, 0);
+        component, script(u"__ostrel__documentOfContext('%1');", Expr{contextIn(name)}), {}, 0);
     if (document.failed()) {
         Inspector::self()->raiseError(
             message(u"Failed to retrieve child object with name %1: %2", name, document.error));
@@ -110,7 +107,7 @@ SharedPtr<Object> WebToplevelDelegate::objectByQualifiedName(
         if (!component)
             return {};
         return findObjectWithJsFunction(
-            script(u"__ostrel__findObject(\"%1\");", Expr {escapeForDoubleQuotedScript(name.qualifiedName())}),
+            script(u"__ostrel__findObject(\"%1\");", Expr{escapeForDoubleQuotedScript(name.qualifiedName())}),
             name.qualifiedName(), component);
     }
 
@@ -131,7 +128,8 @@ SharedPtr<Object> WebToplevelDelegate::objectByQualifiedName(
     }
     const ObjectName nested = nestedContainerName(chain);
     PROBELOG_TRACE("WebObjectSearch",
-        message(u"Looking up child object: %1 In delegate: %2", nested.qualifiedName(), delegate->className()));
+        message(
+            u"Looking up child object: %1 In delegate: %2", nested.qualifiedName(), delegate->className()));
     return delegate->objectByQualifiedName(container, nested);
 }
 

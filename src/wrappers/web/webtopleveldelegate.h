@@ -8,8 +8,8 @@ namespace Ostrel::WebWrapper {
 
 class HTMLComponent;
 
-/// Its only child is the document of the context window; all lookups that start at the top pass through it. A host
-/// derives from it and says which page an object stands for. Used from one thread.
+/// Its only child is the document of the context window; all lookups that start at the top pass through it. A
+/// host derives from it and says which page an object stands for. Used from one thread.
 class PAGEPROBELIB_EXPORT WebToplevelDelegate : public ObjectHierarchyDelegate
 {
 public:

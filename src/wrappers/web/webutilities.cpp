@@ -65,7 +65,7 @@ QString addSchemeIfMissing(const QString &address)
 
 quint64 now()
 {
-    std::timespec time {};
+    std::timespec time{};
     std::timespec_get(&time, TIME_UTC);
     return quint64(time.tv_sec) * 1000 + quint64(time.tv_nsec) / 1000000;
 }

@@ -1,5 +1,5 @@
-// Tests of what every operation on a page rests on: results, the bridge, values through JSON, and text into and out
-// of script.
+// Tests of what every operation on a page rests on: results, the bridge, values through JSON, and text into
+// and out of script.
 #include "wrappers/web/evaluateasjson.h"
 #include "wrappers/web/gentlesleep.h"
 #include "wrappers/web/htmlcomponent.h"
@@ -29,7 +29,8 @@ namespace {
 QString enveloped(const QString &expression)
 {
     return u"(function() {\n  try {\n    return JSON.stringify({'result': "_s + expression
-        + u"});\n  } catch( e ) {\n    return JSON.stringify({'error': {'name': e['name'], 'message': e['message'], "
+        + u"});\n  } catch( e ) {\n    return JSON.stringify({'error': {'name': e['name'], 'message': "
+          u"e['message'], "
           "'file': e['fileName'], 'line': e['lineNumber'], 'stack': e['stack']}});\n  }\n}());"_s;
 }
 
@@ -60,7 +61,7 @@ TEST(FunctionCallResult, FailsExactlyWhenThereIsAnError)
 
 TEST(FunctionCallResult, FailureWithoutATextInventsOne)
 {
-    const FunctionCallResult<void> failure(Failure {QString()});
+    const FunctionCallResult<void> failure(Failure{QString()});
 
     EXPECT_TRUE(failure.failed());
     EXPECT_EQ(failure.error, u"Unknown error"_s);
@@ -76,7 +77,7 @@ TEST(FunctionCallResult, FailureHoldsTheDefaultOfItsType)
     EXPECT_EQ(FunctionCallResult<HTML_Object *>(failure).value, nullptr);
     EXPECT_TRUE(FunctionCallResult<Json::Value>(failure).value.isNull());
     EXPECT_EQ(FunctionCallResult<QRect>(failure).value, QRect());
-    EXPECT_EQ(FunctionCallResult<ScreenRectangle>(failure).value, (ScreenRectangle {-1, -1, -1, -1}));
+    EXPECT_EQ(FunctionCallResult<ScreenRectangle>(failure).value, (ScreenRectangle{-1, -1, -1, -1}));
     EXPECT_EQ(FunctionCallResult<HTML_Object::PropertyId>(failure).value, HTML_Object::Id);
 }
 
@@ -115,8 +116,9 @@ TEST(HtmlComponent, MeasuresAnElementOnTheScreen)
     const FunctionCallResult<ScreenRectangle> rect = page.getScreenRect(&element, false);
 
     EXPECT_EQ(rect.error, QString());
-    EXPECT_EQ(rect.value, (ScreenRectangle {10, 20, 30, 40}));
-    EXPECT_EQ(page.scripts(), QStringList {u"__ostrel__getRectAsString(__ostrel__getScreenRectAsObject(el) );"_s});
+    EXPECT_EQ(rect.value, (ScreenRectangle{10, 20, 30, 40}));
+    EXPECT_EQ(
+        page.scripts(), QStringList{u"__ostrel__getRectAsString(__ostrel__getScreenRectAsObject(el) );"_s});
 }
 
 TEST(HtmlComponent, FailedMeasuringGivesFourMinusOnesAndTheSameMessage)
@@ -127,7 +129,7 @@ TEST(HtmlComponent, FailedMeasuringGivesFourMinusOnesAndTheSameMessage)
 
     const FunctionCallResult<ScreenRectangle> rect = page.getScreenRect(&element, false);
 
-    EXPECT_EQ(rect.value, (ScreenRectangle {-1, -1, -1, -1}));
+    EXPECT_EQ(rect.value, (ScreenRectangle{-1, -1, -1, -1}));
     EXPECT_EQ(rect.error,
         u"Error while obtaining rectangle with function '__ostrel__getScreenRectAsObject': gone"_s);
 }
@@ -138,7 +140,7 @@ TEST(HtmlComponent, CannotMeasureANullObject)
 
     const FunctionCallResult<ScreenRectangle> rect = page.getScreenRect(nullptr, true);
 
-    EXPECT_EQ(rect.value, (ScreenRectangle {-1, -1, -1, -1}));
+    EXPECT_EQ(rect.value, (ScreenRectangle{-1, -1, -1, -1}));
     EXPECT_EQ(rect.error, u"No valid HTML object provided to getScreenRect function"_s);
     EXPECT_EQ(page.scripts(), QStringList());
 }
@@ -162,7 +164,8 @@ TEST(EvaluateAsJson, PutsTheExpressionIntoTheEnvelope)
 
 TEST(EvaluateAsJson, BridgeFailureComesBackUnchanged)
 {
-    for (const auto &[failed, threw] : {std::pair(true, false), std::pair(false, true), std::pair(true, true)}) {
+    for (const auto &[failed, threw] :
+        {std::pair(true, false), std::pair(false, true), std::pair(true, true)}) {
         FakePage page;
         page.failWith(u"no connection"_s, failed, threw);
 
@@ -204,7 +207,8 @@ TEST(EvaluateAsJson, ShortensLongExpressionsInMessages)
 
     EXPECT_EQ(shown(front + back.left(49)),
         u"Calling %1 JSON return value is not an object: []"_s.arg(front + back.left(49)));
-    EXPECT_EQ(shown(front + back), u"Calling %1...%2 JSON return value is not an object: []"_s.arg(front, back));
+    EXPECT_EQ(
+        shown(front + back), u"Calling %1...%2 JSON return value is not an object: []"_s.arg(front, back));
     EXPECT_EQ(shown(front + u"middle"_s + back),
         u"Calling %1...%2 JSON return value is not an object: []"_s.arg(front, back));
 }
@@ -224,7 +228,8 @@ TEST(EvaluateAsJson, ExceptionOfTheParserIsReportedAlike)
     const QString nested(2000, u'[');
 
     EXPECT_EQ(errorOf(nested),
-        u"Calling f() failed to parse JSON return value '%1': Exceeded stackLimit in readValue()."_s.arg(nested));
+        u"Calling f() failed to parse JSON return value '%1': Exceeded stackLimit in readValue()."_s.arg(
+            nested));
 }
 
 TEST(EvaluateAsJson, AnswerThatIsNoObjectIsReported)
@@ -302,8 +307,10 @@ TEST(EvaluateAsJson, EnvelopeWorksInAScriptEngine)
     EXPECT_EQ(valueOf(u"'it\\'s'"_s).value.asString(), "it's");
     EXPECT_TRUE(valueOf(u"undefined"_s).value.isNull());
     EXPECT_EQ(valueOf(u"undefined"_s).error, QString());
-    EXPECT_TRUE(valueOf(u"missing()"_s).error.startsWith(
-        u"Calling missing(): Error evaluating JavaScript: ReferenceError: missing is not defined"_s));
+    EXPECT_TRUE(
+        valueOf(u"missing()"_s)
+            .error.startsWith(
+                u"Calling missing(): Error evaluating JavaScript: ReferenceError: missing is not defined"_s));
     EXPECT_TRUE(valueOf(u"(function() { var a = {}; a.a = a; return a; }())"_s)
                     .error.contains(u"Error evaluating JavaScript: TypeError: "_s))
         << "what JSON cannot hold is an exception too";
@@ -341,7 +348,8 @@ TEST(ScriptText, EscapesForSingleQuotes)
     EXPECT_EQ(escapeForScriptString(u"a\nb"_s), u"a\\nb"_s);
     EXPECT_EQ(escapeForScriptString(u"a\r\nb\rc"_s), u"a\\nbc"_s);
     EXPECT_EQ(escapeForScriptString(u"\\'\n"_s), u"\\\\\\'\\n"_s);
-    EXPECT_EQ(escapeForScriptString(u"\"%1\"\U0001F600\u2028</script>"_s), u"\"%1\"\U0001F600\u2028</script>"_s);
+    EXPECT_EQ(
+        escapeForScriptString(u"\"%1\"\U0001F600\u2028</script>"_s), u"\"%1\"\U0001F600\u2028</script>"_s);
 }
 
 TEST(ScriptText, ShortEscapeLeavesLineBreaks)
@@ -361,21 +369,22 @@ TEST(ScriptText, EscapedTextReadsBackInAScript)
         SCOPED_TRACE(hostile.name);
         PageScript engine;
 
-        EXPECT_EQ(engine.run(script(u"'%1'", Quoted {hostile.text})).toString(),
+        EXPECT_EQ(engine.run(script(u"'%1'", Quoted{hostile.text})).toString(),
             QString(hostile.text).remove(u'\r'));
         EXPECT_EQ(engine.error(), QString());
         if (hostile.hasLineBreak())
             continue;
-        EXPECT_EQ(engine.run(script(u"'%1'", QuotedLine {hostile.text})).toString(), hostile.text);
-        EXPECT_EQ(engine.run(script(u"\"%1\"", QuotedXPath {hostile.text})).toString(), hostile.text);
+        EXPECT_EQ(engine.run(script(u"'%1'", QuotedLine{hostile.text})).toString(), hostile.text);
+        EXPECT_EQ(engine.run(script(u"\"%1\"", QuotedXPath{hostile.text})).toString(), hostile.text);
     }
 }
 
 TEST(ScriptText, PiecesFillTheShapeAtOnce)
 {
-    EXPECT_EQ(script(u"%1.f('%2', %3, %4, %5);", Expr {u"top.store[7]"_s}, Quoted {u"%1 %3"_s}, -12, true, false),
+    EXPECT_EQ(
+        script(u"%1.f('%2', %3, %4, %5);", Expr{u"top.store[7]"_s}, Quoted{u"%1 %3"_s}, -12, true, false),
         u"top.store[7].f('%1 %3', -12, true, false);"_s);
-    EXPECT_EQ(script(u"%1[%1.length]", Expr {u"el"_s}), u"el[el.length]"_s);
+    EXPECT_EQ(script(u"%1[%1.length]", Expr{u"el"_s}), u"el[el.length]"_s);
 }
 
 TEST(ScriptText, MessagesFillTheirShapeAtOnce)

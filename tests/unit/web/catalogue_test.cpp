@@ -52,7 +52,8 @@ QString enumLine(const Enum &enumeration)
 QStringList description(const Class &type)
 {
     const Class *base = type.superClass();
-    QStringList lines {base ? u"class %1 : %2"_s.arg(type.name(), base->name()) : u"class %1"_s.arg(type.name())};
+    QStringList lines{
+        base ? u"class %1 : %2"_s.arg(type.name(), base->name()) : u"class %1"_s.arg(type.name())};
     const int firstProperty = type.superClassOffset(Class::Properties);
     for (int i = firstProperty; i < type.numProperties(); ++i) {
         const Property &property = *type.property(i);

@@ -36,10 +36,10 @@ class TraceCapture
 public:
     explicit TraceCapture(const QString &category)
     {
-        ProbeLog::setTraceReceiver(
-            [this](const ProbeLog::TracePoint &point, const QString &text, const ProbeLog::VariableSnapshot &) {
-                texts.append(QString::fromLatin1(point.category()) + u": "_s + text);
-            });
+        ProbeLog::setTraceReceiver([this](const ProbeLog::TracePoint &point, const QString &text,
+                                       const ProbeLog::VariableSnapshot &) {
+            texts.append(QString::fromLatin1(point.category()) + u": "_s + text);
+        });
         ProbeLog::setActiveCategories({category});
     }
     ~TraceCapture()
@@ -55,7 +55,7 @@ public:
 template <typename... Arguments>
 ScriptAnswer make(const QString &factory, const Arguments &...arguments)
 {
-    const ObjectList list {argument(arguments)...};
+    const ObjectList list{argument(arguments)...};
     Class *type = objectModelCssColorClass();
     const FunctionCallResult<Method *> method = type->resolve(factory, list);
     if (method.failed())
@@ -156,7 +156,7 @@ TEST(CssColor, AlphaMustBeBetweenZeroAndOne)
 
         EXPECT_EQ(color.value, nullptr);
         EXPECT_EQ(color.error, u"Error for alpha component: "_s + error);
-        EXPECT_EQ(trace.texts, QStringList {u"WebObject: Error constructing CssColor for alpha: "_s + error});
+        EXPECT_EQ(trace.texts, QStringList{u"WebObject: Error constructing CssColor for alpha: "_s + error});
     }
 }
 
@@ -167,13 +167,15 @@ TEST(CssColor, ComponentsMustBeNumbers)
     EXPECT_EQ(makeFrom(u"fromRgb"_s, {argument(0), nullptr, argument(0)}).error,
         u"Error for green component: Invalid argument, value needs to be between 0 and 255 (inclusive), was: null"_s);
     EXPECT_EQ(makeFrom(u"fromRgba"_s, {argument(0), argument(0), argument(0), argument(u"half"_s)}).error,
-        u"Error for alpha component: Invalid argument, alpha value needs to be between 0 and 1 (inclusive), was: "
+        u"Error for alpha component: Invalid argument, alpha value needs to be between 0 and 1 (inclusive), "
+        u"was: "
         "half"_s);
 }
 
 TEST(CssColor, NumberOfComponentsIsFixed)
 {
-    EXPECT_EQ(makeFrom(u"fromRgb"_s, {argument(0)}).error, u"CssColor.fromRgb takes 3 arguments, but 1 were given."_s);
+    EXPECT_EQ(makeFrom(u"fromRgb"_s, {argument(0)}).error,
+        u"CssColor.fromRgb takes 3 arguments, but 1 were given."_s);
 }
 
 // Reading and changing colours
@@ -202,9 +204,11 @@ TEST(CssColor, SettingChecksLikeMaking)
 
     EXPECT_EQ(asText(color).text(), u"rgba(1,2,3,1)"_s) << "nothing has changed";
     EXPECT_EQ(trace.texts,
-        QStringList({u"WebObject: Error constructing CssColor for red: Invalid argument, value needs to be between 0 and "
+        QStringList({u"WebObject: Error constructing CssColor for red: Invalid argument, value needs to be "
+                     u"between 0 and "
                      "255 (inclusive), was: 256"_s,
-            u"WebObject: Error constructing CssColor for alpha: Invalid argument, alpha value needs to be between 0 and 1 "
+            u"WebObject: Error constructing CssColor for alpha: Invalid argument, alpha value needs to be "
+            u"between 0 and 1 "
             "(inclusive), was: -1"_s}));
 }
 
@@ -233,7 +237,8 @@ TEST(CssColor, InvalidColorHasNoComponents)
 TEST(CssColor, UnknownPropertyIsReported)
 {
     Class *type = objectModelCssColorClass();
-    const Property unknown(type, Argument(u"int"_s, ObjectAttribute::Value()), u"cyan"_s, Property::ReadWrite, 99);
+    const Property unknown(
+        type, Argument(u"int"_s, ObjectAttribute::Value()), u"cyan"_s, Property::ReadWrite, 99);
 
     EXPECT_EQ(type->getProperty(make(u"fromRgb"_s, 1, 2, 3).value, &unknown), nullptr);
     EXPECT_EQ(Inspector::self()->takeError(), u"Invalid property of CssColor accessed: cyan"_s);
@@ -249,7 +254,9 @@ TEST(CssColor, TurnsIntoTextOnly)
     EXPECT_TRUE(type->canConvertTo(inspector->primitiveClass(PrimitiveType::String)));
     EXPECT_FALSE(type->canConvertTo(inspector->primitiveClass(PrimitiveType::Int)));
     EXPECT_FALSE(type->canConvertTo(type));
-    EXPECT_EQ(type->convertTo(make(u"fromRgb"_s, 1, 2, 3).value, inspector->primitiveClass(PrimitiveType::Int)), nullptr);
+    EXPECT_EQ(
+        type->convertTo(make(u"fromRgb"_s, 1, 2, 3).value, inspector->primitiveClass(PrimitiveType::Int)),
+        nullptr);
 }
 
 TEST(CssColor, TextHoldsAllComponents)
@@ -272,7 +279,7 @@ TEST(CssColor, InvalidColorHasNoText)
 
 TEST(CssColor, WrappingCopies)
 {
-    CssColor color {1, 2, 3, 0.5, 1};
+    CssColor color{1, 2, 3, 0.5, 1};
 
     const SharedPtr<Object> object = wrapCssColor(color);
     color.red = 99;
@@ -359,9 +366,10 @@ TEST(CssProperties, GivesColorsAndTexts)
 {
     FakePage page;
     const SharedPtr<Object> element = wrapObject(new HTML_Object({}, u"el"_s, &page));
-    page.answerJson(u"{\"borderTopColor\":{\"red\":1,\"green\":2,\"blue\":3,\"alpha\":0.5},\"display\":\"block\","
-                    "\"outlineColor\":\"invert\",\"borderColor\":\"rgb(1, 2, 3) rgb(4, 5, 6)\",\"zIndex\":5,"
-                    "\"caretColor\":{\"red\":255,\"green\":0,\"blue\":0,\"alpha\":1}}"_s);
+    page.answerJson(
+        u"{\"borderTopColor\":{\"red\":1,\"green\":2,\"blue\":3,\"alpha\":0.5},\"display\":\"block\","
+        "\"outlineColor\":\"invert\",\"borderColor\":\"rgb(1, 2, 3) rgb(4, 5, 6)\",\"zIndex\":5,"
+        "\"caretColor\":{\"red\":255,\"green\":0,\"blue\":0,\"alpha\":1}}"_s);
 
     const SharedPtr<Object> css = readProperty(element, u"css"_s).value;
 

@@ -25,10 +25,7 @@ namespace {
 class Toplevel : public WebToplevelDelegate
 {
 public:
-    explicit Toplevel(HTMLComponent *component)
-        : m_component(component)
-    {
-    }
+    explicit Toplevel(HTMLComponent *component) : m_component(component) { }
     HTMLComponent *htmlComponentFor(SharedPtr<Object>) const override { return m_component; }
     bool keepsDocumentReference() const override { return false; }
 
@@ -318,7 +315,7 @@ TEST_F(ToplevelLookup, TheLimitComesFromTheEnvironmentWhenItIsANumber)
         const char *variable;
         unsigned int limit;
     };
-    for (const Row &row : {Row {"abc", 5000U}, Row {"250", 250U}, Row {"0", 0U}, Row {"", 5000U}}) {
+    for (const Row &row : {Row{"abc", 5000U}, Row{"250", 250U}, Row{"0", 0U}, Row{"", 5000U}}) {
         const ScopedVariable variable("OSTREL_WEB_OBJECT_LOOKUP_TIMEOUT", row.variable);
         page.answer(uR"({"refName":null,"type":"[unknown]"})"_s);
 
@@ -361,7 +358,8 @@ TEST_F(ContainerLookup, TheOutermostContainerIsFoundFirstAndTheRestInsideIt)
     EXPECT_EQ(retrieveObject(found)->jsReference(), u"top.text"_s);
     ASSERT_EQ(page.calls().size(), 2);
     EXPECT_TRUE(page.scripts().at(0).contains(u"__ostrel__findObject(\"{tagName='DIV'}\");"_s));
-    EXPECT_TRUE(page.scripts().at(1).contains(u"__ostrel__findObjectByProps( top.box, \"{tagName='P'}\");"_s));
+    EXPECT_TRUE(
+        page.scripts().at(1).contains(u"__ostrel__findObjectByProps( top.box, \"{tagName='P'}\");"_s));
 }
 
 TEST_F(ContainerLookup, AMissingContainerIsNoted)
@@ -384,12 +382,12 @@ TEST_F(ContainerLookup, ANameWithoutATagNameFindsNothingInsideAContainer)
 
 TEST_F(ContainerLookup, AContextInsideAContainerIsRefused)
 {
-    EXPECT_EQ(delegate().objectByQualifiedName(
-                  element(), ObjectName(u"{tagName='P' context='a.html'}"_s)),
+    EXPECT_EQ(delegate().objectByQualifiedName(element(), ObjectName(u"{tagName='P' context='a.html'}"_s)),
         nullptr);
 
     EXPECT_EQ(Inspector::self()->takeError(),
-        u"Invalid object name '{tagName='P' context='a.html'}'. Cannot lookup objects that have a context and a "
+        u"Invalid object name '{tagName='P' context='a.html'}'. Cannot lookup objects that have a context "
+        u"and a "
         "container property, please make sure the context property is set only on the 'top-most' object name"_s);
 }
 
@@ -429,7 +427,7 @@ TEST_F(Geometry, BoundsComeFromThePage)
 {
     page.answer(u"1,2,30,40"_s);
 
-    EXPECT_EQ(WebObjectGeometryDelegate().globalBounds(element()), (Rect<2> {1, 2, 30, 40, -1}));
+    EXPECT_EQ(WebObjectGeometryDelegate().globalBounds(element()), (Rect<2>{1, 2, 30, 40, -1}));
 
     EXPECT_EQ(lastScript(), u"__ostrel__getRectAsString(__ostrel__getScreenRectAsObject(top.store[1]) );"_s);
 }
@@ -439,7 +437,7 @@ TEST_F(Geometry, FailedBoundsHaveANegativeSize)
     page.fail(u"gone"_s);
 
     testing::internal::CaptureStderr();
-    EXPECT_EQ(WebObjectGeometryDelegate().globalBounds(element()), (Rect<2> {0, 0, -1, -1, -1}));
+    EXPECT_EQ(WebObjectGeometryDelegate().globalBounds(element()), (Rect<2>{0, 0, -1, -1, -1}));
 
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
         "Error obtaining global bounds: Error while obtaining rectangle with function "
@@ -454,7 +452,7 @@ TEST_F(Geometry, HitTestingAndFocusAreLeftToOthers)
     EXPECT_EQ(geometry.childAt(object, 1, 1), nullptr);
     EXPECT_EQ(geometry.focusProxy(object), object);
     EXPECT_EQ(geometry.focusProxy(nullptr), nullptr);
-    EXPECT_EQ(geometry.globalBounds(nullptr), (Rect<2> {0, 0, 0, 0, -1}));
+    EXPECT_EQ(geometry.globalBounds(nullptr), (Rect<2>{0, 0, 0, 0, -1}));
 }
 
 TEST_F(Comparison, ThePageDecides)
@@ -483,8 +481,8 @@ TEST_F(Comparison, ElementsOfDifferentPagesAreNeverTheSame)
 
 TEST_F(ItemList, RecordsBecomeObjectsAndAnUnfinishedOneIsLeftOut)
 {
-    const ObjectList two
-        = objectsFromItemList(&page, u"item_1|window.a~custom_item_x#item_2|window.b~custom_item_x#item_3|win"_s);
+    const ObjectList two = objectsFromItemList(
+        &page, u"item_1|window.a~custom_item_x#item_2|window.b~custom_item_x#item_3|win"_s);
 
     ASSERT_EQ(two.size(), 2);
     EXPECT_EQ(retrieveObject(two.at(1))->jsReference(), u"window.b"_s);

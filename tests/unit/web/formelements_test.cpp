@@ -1,5 +1,5 @@
-// Tests of the wrappers of plain HTML: what reaches a field, how a select is driven, and which clicks tell the page
-// about a change.
+// Tests of the wrappers of plain HTML: what reaches a field, how a select is driven, and which clicks tell
+// the page about a change.
 #include "wrappers/web/formelements.h"
 
 #include "wrappers/web/htmlarray.h"
@@ -31,7 +31,8 @@ constexpr int deferredWait = 190;
 QString enveloped(const QString &expression)
 {
     return u"(function() {\n  try {\n    return JSON.stringify({'result': "_s + expression
-        + u"});\n  } catch( e ) {\n    return JSON.stringify({'error': {'name': e['name'], 'message': e['message'], "
+        + u"});\n  } catch( e ) {\n    return JSON.stringify({'error': {'name': e['name'], 'message': "
+          u"e['message'], "
           "'file': e['fileName'], 'line': e['lineNumber'], 'stack': e['stack']}});\n  }\n}());"_s;
 }
 
@@ -107,7 +108,8 @@ TEST(FormElements, ReadBooleansInAnyCase)
     };
     const Row rows[] = {
         {"disabled", [](FakePage &p) { return elementOn<HTML_FormElement>(p).disabled(); }, u"disabled"_s},
-        {"checked check box", [](FakePage &p) { return elementOn<HTML_CheckBox>(p).checked(); }, u"checked"_s},
+        {"checked check box", [](FakePage &p) { return elementOn<HTML_CheckBox>(p).checked(); },
+            u"checked"_s},
         {"checked radio button", [](FakePage &p) { return elementOn<HTML_RadioButton>(p).checked(); },
             u"checked"_s},
         {"selected", [](FakePage &p) { return elementOn<HTML_Option>(p).selected(); }, u"selected"_s},
@@ -179,12 +181,14 @@ TEST(FormElements, NumbersMustBeNumbers)
     EXPECT_EQ(select.selectedIndex().value, 3);
     EXPECT_EQ(select.selectedIndex().value, -1);
     EXPECT_EQ(option.index().error, u"Error: cannot convert 'two %1' into index number"_s);
-    EXPECT_EQ(select.selectedIndex().error, u"Could not converted selected index value 'two %1' to integer."_s);
+    EXPECT_EQ(
+        select.selectedIndex().error, u"Could not converted selected index value 'two %1' to integer."_s);
     EXPECT_EQ(option.index().error, u"Error while obtaining property 'index': gone"_s);
     EXPECT_EQ(select.selectedIndex().error, u"Error while obtaining property 'selectedIndex': gone"_s);
     EXPECT_EQ(page.scripts(),
         QStringList({rawRead(u"index"_s), rawRead(u"selectedIndex"_s), rawRead(u"selectedIndex"_s),
-            rawRead(u"index"_s), rawRead(u"selectedIndex"_s), rawRead(u"index"_s), rawRead(u"selectedIndex"_s)}));
+            rawRead(u"index"_s), rawRead(u"selectedIndex"_s), rawRead(u"index"_s),
+            rawRead(u"selectedIndex"_s)}));
 }
 
 TEST(FormElements, FocusAndSubmitCallThePage)
@@ -219,7 +223,8 @@ TEST(Button, ClickGoesToTheButtonFunction)
 
     EXPECT_GE(clock.elapsed(), deferredWait);
     EXPECT_EQ(page.scripts(),
-        QStringList {u"setTimeout(function(e){__ostrel__clickButton(el, true, false, false, 3, 4, 2);}, 100);"_s});
+        QStringList{
+            u"setTimeout(function(e){__ostrel__clickButton(el, true, false, false, 3, 4, 2);}, 100);"_s});
 }
 
 TEST(Button, SubmitIsAPlainClick)
@@ -230,7 +235,8 @@ TEST(Button, SubmitIsAPlainClick)
     EXPECT_EQ(button.submit().error, QString());
 
     EXPECT_EQ(page.scripts(),
-        QStringList {u"setTimeout(function(e){__ostrel__clickButton(el, false, false, false, 0, 0, 1);}, 100);"_s});
+        QStringList{
+            u"setTimeout(function(e){__ostrel__clickButton(el, false, false, false, 0, 0, 1);}, 100);"_s});
 }
 
 TEST(Button, SubmitOfADisabledButtonFailsAsItsClickDoes)
@@ -276,7 +282,8 @@ TYPED_TEST(CheckableTest, ClickFocusesFirstAndReportsTheChange)
     page.answer(u"1"_s);
     page.fail(u"gone %1"_s);
 
-    EXPECT_EQ(element.click(ShiftKey, 3, 4, 1).error, u"Error triggering change event after click: gone %1"_s);
+    EXPECT_EQ(
+        element.click(ShiftKey, 3, 4, 1).error, u"Error triggering change event after click: gone %1"_s);
 
     EXPECT_EQ(page.scripts(),
         QStringList({u"el.focus();"_s,
@@ -332,7 +339,7 @@ TEST(Anchor, ClickIsAPlainClickWhateverTheArguments)
     EXPECT_EQ(link.click(1, 5, 5, 2).error, QString());
 
     EXPECT_GE(clock.elapsed(), deferredWait);
-    EXPECT_EQ(page.scripts(), QStringList {u"setTimeout(function(e){__ostrel__clickLink(el);}, 100);"_s});
+    EXPECT_EQ(page.scripts(), QStringList{u"setTimeout(function(e){__ostrel__clickLink(el);}, 100);"_s});
 }
 
 TEST(Anchor, FailedClickHasNoDetail)
@@ -413,7 +420,8 @@ TEST(TextField, FileFieldGoesToTheBridge)
     EXPECT_EQ(field.setValue(u"/tmp/b"_s).error, u"no such file"_s);
 
     EXPECT_EQ(page.files(), QStringList({u"/tmp/<Return>"_s, u"/tmp/b"_s}));
-    EXPECT_EQ(page.scripts(), QStringList(2, rawRead(u"type"_s))) << "nothing but the type is asked of the page";
+    EXPECT_EQ(page.scripts(), QStringList(2, rawRead(u"type"_s)))
+        << "nothing but the type is asked of the page";
 }
 
 TEST(TextField, UnknownTypeIsAFailure)
@@ -559,7 +567,7 @@ TEST(Select, SetsTheSelectedOption)
 
         EXPECT_GE(clock.elapsed(), deferredWait);
         EXPECT_EQ(page.scripts(),
-            QStringList {u"setTimeout(function(e){%1(el, 'it\\'s \\\\' );}, 100);"_s.arg(
+            QStringList{u"setTimeout(function(e){%1(el, 'it\\'s \\\\' );}, 100);"_s.arg(
                 multiple ? u"__ostrel__selectMultiOption"_s : u"__ostrel__selectSingleOption"_s)});
     }
 }
@@ -581,8 +589,10 @@ TEST(Select, AnyOptionWithoutLineBreaksArrives)
         if (hostile.hasLineBreak())
             continue;
         SCOPED_TRACE(hostile.name);
-        PageScript engine({u"__ostrel__standardselectExtension.deselect"_s, u"__ostrel__standardselectExtension.hasItems"_s});
-        engine.run(u"__ostrel__selectOptionText = __ostrel__standardselectExtension.optionText = function() {};"_s);
+        PageScript engine({u"__ostrel__standardselectExtension.deselect"_s,
+            u"__ostrel__standardselectExtension.hasItems"_s});
+        engine.run(
+            u"__ostrel__selectOptionText = __ostrel__standardselectExtension.optionText = function() {};"_s);
         FakePage page;
         HTML_Select select = selectOn(page, true);
 
@@ -673,22 +683,24 @@ TEST(Select, ListsOfSelectedOptionsMustBeLists)
 {
     FakePage page;
     const HTML_Select select = selectOn(page, true);
-    const QList<std::function<QString()>> reads {
+    const QList<std::function<QString()>> reads{
         [&] { return errorOf(select.selectedIndexes()); },
         [&] { return errorOf(select.selectedValues()); },
         [&] { return errorOf(select.selectedTexts()); },
         [&] { return errorOf(select.selectedLabels()); },
     };
-    const QStringList prefixes {u"Error while obtaining selected indexes: "_s,
+    const QStringList prefixes{u"Error while obtaining selected indexes: "_s,
         u"Error while obtaining selected values: "_s, u"Error while obtaining selected texts: "_s,
         u"Error while obtaining selected labels: "_s};
     for (qsizetype i = 0; i < reads.size(); ++i) {
         const QString kind = i == 0 ? u"numbers"_s : u"texts"_s;
         page.fail(u"gone %1"_s);
         EXPECT_EQ(reads[i](), prefixes[i] + u"gone %1"_s);
-        for (const QString &json : {u"7"_s, u"{}"_s, u"null"_s, u"[[]]"_s, i == 0 ? u"[1,\"b\"]"_s : u"[\"a\",1]"_s}) {
+        for (const QString &json :
+            {u"7"_s, u"{}"_s, u"null"_s, u"[[]]"_s, i == 0 ? u"[1,\"b\"]"_s : u"[\"a\",1]"_s}) {
             page.answerJson(json);
-            EXPECT_EQ(reads[i](), prefixes[i] + u"Unexpected type of JSON value, expected a list of "_s + kind);
+            EXPECT_EQ(
+                reads[i](), prefixes[i] + u"Unexpected type of JSON value, expected a list of "_s + kind);
         }
     }
 }
@@ -702,14 +714,17 @@ TEST(Select, SelectsSeveralOptionsOfAMultipleField)
         QString list;
         QString key;
     };
-    const QList<QString> items {u"it's"_s, u"b"_s};
+    const QList<QString> items{u"it's"_s, u"b"_s};
     const Row rows[] = {
         {"by text", [&](HTML_Select &s) { return s.setSelectedOptionsByText(items); }, u"\"it\\'s\",\"b\""_s,
             u"__ostrel__selectOptionText"_s},
-        {"by value", [&](HTML_Select &s) { return s.setSelectedOptionsByValue(items); }, u"\"it\\'s\",\"b\""_s,
-            u"__ostrel__selectOptionValue"_s},
-        {"by index", [&](HTML_Select &s) { return s.setSelectedOptionsByIndexes({0, 12}); }, u"\"0\",\"12\""_s,
-            u"__ostrel__standardselectExtension.optionIndex"_s},
+        {"by value", [&](HTML_Select &s) { return s.setSelectedOptionsByValue(items); },
+            u"\"it\\'s\",\"b\""_s, u"__ostrel__selectOptionValue"_s},
+        {"by index",
+            [&](HTML_Select &s) {
+                return s.setSelectedOptionsByIndexes({0, 12});
+            },
+            u"\"0\",\"12\""_s, u"__ostrel__standardselectExtension.optionIndex"_s},
     };
     for (const Row &row : rows) {
         SCOPED_TRACE(row.name);
@@ -720,9 +735,10 @@ TEST(Select, SelectsSeveralOptionsOfAMultipleField)
         EXPECT_EQ(row.select(select).error, QString());
 
         EXPECT_EQ(page.scripts(),
-            QStringList({u"__ostrel__standardselectExtension.hasItems(el, [%1], %2);"_s.arg(row.list, row.key),
-                u"setTimeout(function(e){__ostrel__selectOptions( el, [%1], %2 );}, 100);"_s.arg(
-                    row.list, row.key)}));
+            QStringList(
+                {u"__ostrel__standardselectExtension.hasItems(el, [%1], %2);"_s.arg(row.list, row.key),
+                    u"setTimeout(function(e){__ostrel__selectOptions( el, [%1], %2 );}, 100);"_s.arg(
+                        row.list, row.key)}));
     }
 }
 
@@ -744,14 +760,14 @@ TEST(Select, SelectsOneOptionOfASingleField)
 
 TEST(Select, SingleFieldTakesExactlyOneValue)
 {
-    for (const QList<QString> &items : {QList<QString> {u"a"_s, u"b"_s}, QList<QString>()}) {
+    for (const QList<QString> &items : {QList<QString>{u"a"_s, u"b"_s}, QList<QString>()}) {
         FakePage page;
         HTML_Select select = selectOn(page, false);
         page.answer(u"true"_s);
 
         EXPECT_EQ(select.setSelectedOptionsByText(items).error,
-            u"Incorrect number of values for a single-select field, only one value expected but got: %1"_s.arg(
-                items.size()));
+            u"Incorrect number of values for a single-select field, only one value expected but got: %1"_s
+                .arg(items.size()));
         EXPECT_EQ(page.scripts().size(), 1) << "the items are looked for, nothing is selected";
     }
 }
@@ -782,7 +798,8 @@ TEST(Select, FailedSelectionShowsTheItems)
     EXPECT_EQ(select.setSelectedOptionsByIndexes({1, 2}).error,
         u"Error while checking if options '1, 2' are available: gone %1"_s);
     EXPECT_LT(clock.elapsed(), deferredWait);
-    EXPECT_EQ(select.setSelectedOptionsByIndexes({1, 2}).error, u"Error while selecting options '1, 2': gone %1"_s);
+    EXPECT_EQ(
+        select.setSelectedOptionsByIndexes({1, 2}).error, u"Error while selecting options '1, 2': gone %1"_s);
     EXPECT_GE(clock.elapsed(), deferredWait);
 }
 
@@ -839,7 +856,8 @@ TEST(Document, FindsElementsById)
     EXPECT_EQ(missing.value, nullptr);
     EXPECT_EQ(failed, u"Error fetching element with id '%2': gone %1"_s);
     EXPECT_EQ(identifiedExpression(page.scripts().at(0)), u"el.getElementById('user');"_s);
-    EXPECT_EQ(identifiedExpression(page.scripts().at(1)), u"el.getElementById('it's');"_s) << "ids are not escaped";
+    EXPECT_EQ(identifiedExpression(page.scripts().at(1)), u"el.getElementById('it's');"_s)
+        << "ids are not escaped";
 }
 
 TEST(Document, KeepsElementsByTagNameInAPageVariable)

@@ -26,10 +26,12 @@ namespace {
 QString identifying(const QString &expression)
 {
     return u"(function() {\n  try {\n    var dummy = "_s + expression
-        + u";\n    if ( !dummy ) {\n        return JSON.stringify({'refName': null, 'type': '[unknown]'});\n    }\n"
+        + u";\n    if ( !dummy ) {\n        return JSON.stringify({'refName': null, 'type': '[unknown]'});\n "
+          u"   }\n"
           "    var globalRefName = __ostrel__idForObject( dummy );\n"
           "    return JSON.stringify({'refName': globalRefName, 'type': __ostrel__typeOf( dummy ) });\n"
-          "  } catch( e ) {\n    return JSON.stringify({'error': {'name': e['name'], 'message': e['message'], "
+          "  } catch( e ) {\n    return JSON.stringify({'error': {'name': e['name'], 'message': "
+          "e['message'], "
           "'file': e['fileName'], 'line': e['lineNumber'], 'stack': e['stack']}});  }\n})();"_s;
 }
 
@@ -78,17 +80,20 @@ TEST(ObjectFactory, TypesSelectTheClass)
         const char *className;
     };
     const Row rows[] = {
-        {1, {u"undefined"_s, u"Undefined"_s, u"[unknown]"_s, u"[UNKNOWN]"_s, u"true"_s, u"TRUE"_s, QString()}, "null"},
+        {1, {u"undefined"_s, u"Undefined"_s, u"[unknown]"_s, u"[UNKNOWN]"_s, u"true"_s, u"TRUE"_s, QString()},
+            "null"},
         {2, {u"button"_s, u"BUTTON"_s, u"submit"_s, u"Submit"_s}, "HTML_Button"},
         {3, {u"radio"_s, u"Radio"_s}, "HTML_RadioButton"},
         {4, {u"checkbox"_s, u"CheckBox"_s}, "HTML_CheckBox"},
         {5, {u"image"_s, u"IMAGE"_s}, "HTML_ImageButton"},
         {6,
-            {u"email"_s, u"password"_s, u"text"_s, u"TEXT"_s, u"file"_s, u"search"_s, u"number"_s, u"tel"_s, u"url"_s,
-                u"Url"_s},
+            {u"email"_s, u"password"_s, u"text"_s, u"TEXT"_s, u"file"_s, u"search"_s, u"number"_s, u"tel"_s,
+                u"url"_s, u"Url"_s},
             "HTML_Text"},
         {7, {u"textarea"_s, u"TEXTAREA"_s}, "HTML_TextArea"},
-        {8, {u"select"_s, u"SELECT"_s, u"select-one"_s, u"select-multiple"_s, u"Select-Multiple"_s, u"selection"_s},
+        {8,
+            {u"select"_s, u"SELECT"_s, u"select-one"_s, u"select-multiple"_s, u"Select-Multiple"_s,
+                u"selection"_s},
             "HTML_Select"},
         {9, {u"form"_s, u"FORM"_s}, "HTML_Form"},
         {10, {u"a"_s, u"A"_s, u"area"_s, u"AREA"_s}, "HTML_Anchor"},
@@ -111,9 +116,9 @@ TEST(ObjectFactory, TypesSelectTheClass)
         {27, {u"dojo_splitpane"_s, u"dojo_splitPane"_s}, "HTML_DojoSplitPane"},
         {28,
             {u"bb_button"_s, u"BB_BUTTON"_s, u"bb_menucell"_s, u"bb_toolbaritem"_s, u"bb_tabselector"_s,
-                u"bb_sidebarselector"_s, u"bb_navpanelhead"_s, u"bb_navhead"_s, u"bb_treeleaf"_s, u"bb_tree"_s,
-                u"bb_treehandle"_s, u"bb_accordeon"_s, u"bb_spinnerupbutton"_s, u"bb_spinnerdownbutton"_s,
-                u"bb_card"_s, u"BB_Card"_s},
+                u"bb_sidebarselector"_s, u"bb_navpanelhead"_s, u"bb_navhead"_s, u"bb_treeleaf"_s,
+                u"bb_tree"_s, u"bb_treehandle"_s, u"bb_accordeon"_s, u"bb_spinnerupbutton"_s,
+                u"bb_spinnerdownbutton"_s, u"bb_card"_s, u"BB_Card"_s},
             "HTML_BackBaseButton"},
         {29, {u"bb_combobox"_s, u"bb_comboBox"_s}, "HTML_BackBaseComboBox"},
         {30, {u"bb_spinner"_s, u"BB_Spinner"_s}, "HTML_BackBaseSpinner"},
@@ -122,7 +127,8 @@ TEST(ObjectFactory, TypesSelectTheClass)
         {33, {u"gwc_table"_s, u"GWC_Table"_s}, "HTML_GWCTable"},
         {34, {u"qx_widget_container"_s, u"QX_Widget_Container"_s}, "HTML_QxWidgetElement"},
         {35, {u"qx_widget"_s, u"QX_Widget"_s}, "HTML_QxWidget"},
-        {36, {u"custom_itemview_list"_s, u"Custom_ItemView_myList"_s, u"custom_itemview_"_s}, "HTML_CustomItemView"},
+        {36, {u"custom_itemview_list"_s, u"Custom_ItemView_myList"_s, u"custom_itemview_"_s},
+            "HTML_CustomItemView"},
         {37, {u"custom_item_list"_s, u"CUSTOM_ITEM_myList"_s, u"custom_item_"_s}, "HTML_CustomItem"},
         {38, {u"custom_combobox_my"_s, u"custom_ComboBox_my"_s}, "HTML_CustomComboBox"},
         {39, {u"custom_selectlist_my"_s, u"custom_SelectList_my"_s}, "HTML_CustomSelectList"},
@@ -133,7 +139,8 @@ TEST(ObjectFactory, TypesSelectTheClass)
         {44, {u"tabwidget_my"_s, u"TabWidget_my"_s}, "HTML_TabWidget"},
         {45, {u"tabitem_my"_s, u"TabItem_my"_s}, "HTML_Tab"},
         {46, {u"colorfield_my"_s, u"ColorField_my"_s}, "HTML_ColorField"},
-        {47, {u"expandablesectionheader_my"_s, u"ExpandableSectionHeader_my"_s}, "HTML_ExpandableSectionHeader"},
+        {47, {u"expandablesectionheader_my"_s, u"ExpandableSectionHeader_my"_s},
+            "HTML_ExpandableSectionHeader"},
         {48, {u"progressbar_my"_s, u"ProgressBar_my"_s}, "HTML_ProgressBar"},
         {49, {u"menu_my"_s, u"MENU_my"_s, u"menu_item"_s}, "HTML_Menu"},
         {50, {u"menuitem_my"_s, u"MenuItem_my"_s}, "HTML_MenuItem"},
@@ -144,16 +151,17 @@ TEST(ObjectFactory, TypesSelectTheClass)
         {55, {u"htmltable_my"_s, u"HtmlTable_my"_s}, "HTML_Table"},
         {56, {u"htmlarray"_s, u"HtmlArray"_s}, "HTML_Array"},
         {57,
-            {u"INPUT"_s, u"div"_s, u"[unknown_type]"_s, u"false"_s, u"null"_s, u"range"_s, u"buttons"_s, u"anchor"_s,
-                u"custom_item"_s, u"custom_textfield_my"_s, u"menu"_s, u"bb_menu"_s, u"kiwi_table_items"_s,
-                u"htmlarrays"_s, u" text"_s},
+            {u"INPUT"_s, u"div"_s, u"[unknown_type]"_s, u"false"_s, u"null"_s, u"range"_s, u"buttons"_s,
+                u"anchor"_s, u"custom_item"_s, u"custom_textfield_my"_s, u"menu"_s, u"bb_menu"_s,
+                u"kiwi_table_items"_s, u"htmlarrays"_s, u" text"_s},
             "HTML_Object"},
     };
     int number = 0;
     for (const Row &row : rows) {
         ASSERT_EQ(row.number, ++number);
         for (const QString &type : row.types)
-            EXPECT_EQ(classOf(type), QString::fromLatin1(row.className)) << "row " << number << ": " << type.toStdString();
+            EXPECT_EQ(classOf(type), QString::fromLatin1(row.className))
+                << "row " << number << ": " << type.toStdString();
     }
     EXPECT_EQ(number, 57);
 }
@@ -199,7 +207,8 @@ TEST(ObjectFactory, ExtensionNameKeepsItsCase)
     (void)button->click(0, 3, 4, 1);
 
     ASSERT_EQ(page.scripts().size(), 1);
-    EXPECT_TRUE(page.scripts().first().contains(u"myKit__ButtonExtension"_s)) << page.scripts().first().toStdString();
+    EXPECT_TRUE(page.scripts().first().contains(u"myKit__ButtonExtension"_s))
+        << page.scripts().first().toStdString();
 }
 
 // From an expression to a wrapper
@@ -228,7 +237,8 @@ TEST(ObjectFromJavaScript, AbsentObjectIsNullAndNoError)
 {
     for (const QString &answer : {u"{\"refName\":null,\"type\":\"[unknown]\"}"_s,
              u"{\"refName\":\"top.store[1]\",\"type\":\"undefined\"}"_s,
-             u"{\"refName\":\"top.store[1]\",\"type\":true}"_s, u"{\"refName\":\"top.store[1]\",\"type\":null}"_s})
+             u"{\"refName\":\"top.store[1]\",\"type\":true}"_s,
+             u"{\"refName\":\"top.store[1]\",\"type\":null}"_s})
         EXPECT_EQ(errorOf(answer), QString()) << answer.toStdString();
 }
 
@@ -238,7 +248,8 @@ TEST(ObjectFromJavaScript, BridgeFailureComesBackUnchanged)
         FakePage page;
         page.failWith(u"gone %1"_s, true, threw);
 
-        const FunctionCallResult<HTML_Object *> object = htmlObjectFromJavaScriptResult(&page, u"f()"_s, {}, 0);
+        const FunctionCallResult<HTML_Object *> object
+            = htmlObjectFromJavaScriptResult(&page, u"f()"_s, {}, 0);
 
         EXPECT_EQ(object.error, u"gone %1"_s);
         EXPECT_EQ(object.value, nullptr);
@@ -275,11 +286,15 @@ TEST(ObjectFromJavaScript, MalformedAnswersAreReported)
             "  Syntax error: value, object or array expected.\n"_s},
         {"too deep for the parser", nested,
             u"Failed to parse JSON return value '%1': Exceeded stackLimit in readValue()."_s.arg(nested)},
-        {"null", u"null"_s, u"Failed to parse JSON return value 'null': expected an object, got 0 instead."_s},
+        {"null", u"null"_s,
+            u"Failed to parse JSON return value 'null': expected an object, got 0 instead."_s},
         {"number", u"-7"_s, u"Failed to parse JSON return value '-7': expected an object, got 1 instead."_s},
-        {"double", u"1.5"_s, u"Failed to parse JSON return value '1.5': expected an object, got 3 instead."_s},
-        {"text", u"\"%2\""_s, u"Failed to parse JSON return value '\"%2\"': expected an object, got 4 instead."_s},
-        {"boolean", u"true"_s, u"Failed to parse JSON return value 'true': expected an object, got 5 instead."_s},
+        {"double", u"1.5"_s,
+            u"Failed to parse JSON return value '1.5': expected an object, got 3 instead."_s},
+        {"text", u"\"%2\""_s,
+            u"Failed to parse JSON return value '\"%2\"': expected an object, got 4 instead."_s},
+        {"boolean", u"true"_s,
+            u"Failed to parse JSON return value 'true': expected an object, got 5 instead."_s},
         {"array", u"[]"_s, u"Failed to parse JSON return value '[]': expected an object, got 6 instead."_s},
         {"no reference", u"{\"type\":\"a\"}"_s,
             u"JSON return value '{\"type\":\"a\"}' is missing the refName member."_s},
@@ -314,7 +329,8 @@ TEST(ObjectFromJavaScript, TellsAnExceptionOfThePageWithWhatTheBrowserGives)
     for (const Row &row : rows) {
         SCOPED_TRACE(row.name);
 
-        EXPECT_EQ(errorOf(u"{\"error\":{\"name\":\"TypeError\",\"message\":\"no el\""_s + row.members + u"}}"_s),
+        EXPECT_EQ(
+            errorOf(u"{\"error\":{\"name\":\"TypeError\",\"message\":\"no el\""_s + row.members + u"}}"_s),
             u"Error evaluating JavaScript to retrieve HTML Object: "_s + row.detail);
     }
 }
@@ -340,8 +356,10 @@ TEST(ObjectFromJavaScript, IdentifyingScriptWorksInAScriptEngine)
         EXPECT_EQ(object.error, QString()) << falsy.toStdString();
         EXPECT_EQ(object.value, nullptr);
     }
-    EXPECT_TRUE(identified(u"missing()"_s).error.startsWith(
-        u"Error evaluating JavaScript to retrieve HTML Object: ReferenceError: missing is not defined"_s));
+    EXPECT_TRUE(
+        identified(u"missing()"_s)
+            .error.startsWith(
+                u"Error evaluating JavaScript to retrieve HTML Object: ReferenceError: missing is not defined"_s));
 }
 
 // Between wrappers and script objects
@@ -363,11 +381,7 @@ TEST(WrapObject, OwningObjectDeletesTheWrapperWithItsDestructor)
 {
     struct Watched : HTML_Object
     {
-        Watched(FakePage *page, bool *deletion)
-            : HTML_Object({}, u"el"_s, page)
-            , deleted(deletion)
-        {
-        }
+        Watched(FakePage *page, bool *deletion) : HTML_Object({}, u"el"_s, page), deleted(deletion) { }
         ~Watched() override { *deleted = true; }
         bool *deleted;
     };
@@ -419,7 +433,8 @@ TEST(HtmlArray, ReadsItsLength)
     EXPECT_EQ(array.length().error, u"Could not convert length of array 'many' to number"_s);
     EXPECT_EQ(array.length().error, u"Could not convert length of array '%1' to number"_s);
     EXPECT_EQ(array.length().error, u"Error while obtaining property 'length': gone"_s);
-    EXPECT_EQ(page.scripts(), QStringList(4, u"window.top.__ostrel.getPropertyValue( el.options, 'length');"_s));
+    EXPECT_EQ(
+        page.scripts(), QStringList(4, u"window.top.__ostrel.getPropertyValue( el.options, 'length');"_s));
 }
 
 TEST(HtmlArray, GivesItsElements)
@@ -448,8 +463,8 @@ TEST(HtmlArray, OutOfBoundsAsksForTheLengthOnly)
         const HTML_Array array({}, u"el.options"_s, &page);
         page.answer(u"3"_s);
 
-        EXPECT_EQ(array.at(index).error,
-            u"Out of bounds access to array of length 3 with index %1."_s.arg(index));
+        EXPECT_EQ(
+            array.at(index).error, u"Out of bounds access to array of length 3 with index %1."_s.arg(index));
         EXPECT_EQ(page.scripts().size(), 1);
     }
 }

@@ -54,7 +54,7 @@ TEST(Style, AsksThePageObjectForAProperty)
 
     EXPECT_EQ(value.value, u" 12px "_s);
     EXPECT_EQ(value.error, QString());
-    EXPECT_EQ(page.scripts(), QStringList {variable + u".styleProperty('borderLeftWidth');"_s});
+    EXPECT_EQ(page.scripts(), QStringList{variable + u".styleProperty('borderLeftWidth');"_s});
     EXPECT_EQ(page.calls().first().timeoutMs, 0U);
 }
 
@@ -111,7 +111,8 @@ TEST(XPathResult, ReadsNumbers)
 
     EXPECT_EQ(result.numberValue().value, -2500.0);
     EXPECT_EQ(result.numberValue().error,
-        u"Error converting number value of xpath resultset window.__ostrel__object__C7 to double, received value is "
+        u"Error converting number value of xpath resultset window.__ostrel__object__C7 to double, received "
+        u"value is "
         "'some text'"_s);
     EXPECT_EQ(result.numberValue().error,
         u"Error obtaining number value of xpath resultset window.__ostrel__object__C7: gone"_s);
@@ -142,11 +143,13 @@ TEST(XPathResult, CountsItsNodes)
     EXPECT_EQ(result.snapshotLength().value, 3);
     EXPECT_EQ(result.snapshotLength().value, -1);
     EXPECT_EQ(result.snapshotLength().error,
-        u"Error converting snapshot length of xpath resultset window.__ostrel__object__C7 to integer, received value "
+        u"Error converting snapshot length of xpath resultset window.__ostrel__object__C7 to integer, "
+        u"received value "
         "is '0x3'"_s);
     EXPECT_EQ(result.snapshotLength().error,
         u"Error obtaining snapshot length of xpath resultset window.__ostrel__object__C7: gone"_s);
-    EXPECT_EQ(page.scripts(), QStringList(4, u"__ostrel__xpath__snapshotLength(window.__ostrel__object__C7);"_s));
+    EXPECT_EQ(
+        page.scripts(), QStringList(4, u"__ostrel__xpath__snapshotLength(window.__ostrel__object__C7);"_s));
 }
 
 TEST(XPathResult, GivesItsNodesAsWrappers)
@@ -212,7 +215,7 @@ TEST(PageValues, InvalidationEmptiesTheReference)
 
     EXPECT_FALSE(style.hasValidReference());
     EXPECT_FALSE(result.hasValidReference());
-    EXPECT_EQ(page.scripts(), QStringList {u".styleProperty('color');"_s});
+    EXPECT_EQ(page.scripts(), QStringList{u".styleProperty('color');"_s});
 }
 
 TEST(PageValues, AreRegisteredWhileTheyLive)
@@ -288,8 +291,9 @@ TEST(XPathResultInScripts, DeadReferenceSaysHowToGetANewOne)
     FakePage page;
     const SharedPtr<Object> result = scriptObject(new HTML_XPathResult(variable, &page));
     LiveObjects::self().invalidate(&page);
-    const QString dead = u"XPathResult reference deleted in browser already, please obtain a new reference using the "
-                         "obj.evaluateXPath() function."_s;
+    const QString dead
+        = u"XPathResult reference deleted in browser already, please obtain a new reference using the "
+          "obj.evaluateXPath() function."_s;
 
     for (const QString &name : {u"booleanValue"_s, u"numberValue"_s, u"stringValue"_s, u"snapshotLength"_s}) {
         EXPECT_EQ(readProperty(result, name).error, dead);

@@ -1,4 +1,5 @@
-// Tests of what lies between a script and a wrapper: members by name, conversions, dead references and script errors.
+// Tests of what lies between a script and a wrapper: members by name, conversions, dead references and script
+// errors.
 #include "wrappers/web/reflection/webclasses.h"
 
 #include "ostrelhook/delegates.h"
@@ -30,8 +31,9 @@ public:
 
 const auto *const classes = ::testing::AddGlobalTestEnvironment(new Classes);
 
-const QString dead = u"Object reference deleted in browser already, please obtain a new reference using waitForObject "
-                     "or findObject"_s;
+const QString dead
+    = u"Object reference deleted in browser already, please obtain a new reference using waitForObject "
+      "or findObject"_s;
 
 SharedPtr<Object> elementOn(FakePage &page, const QString &reference = u"el"_s)
 {
@@ -66,7 +68,8 @@ TEST(ReflectionClasses, DeclareTheirOwnMembers)
         int methods;
         int properties;
     };
-    const Row rows[] = {{"HTML_Object", 46, 20}, {"HTML_Anchor", 0, 0}, {"HTML_Array", 2, 1}, {"HTML_Select", 13, 6}};
+    const Row rows[]
+        = {{"HTML_Object", 46, 20}, {"HTML_Anchor", 0, 0}, {"HTML_Array", 2, 1}, {"HTML_Select", 13, 6}};
     for (const Row &row : rows) {
         SCOPED_TRACE(row.name);
         const Class *type = classNamed(QString::fromLatin1(row.name));
@@ -146,8 +149,8 @@ TEST(ReflectionClasses, EventClassNamesTheModifiers)
     for (const Enum::Item &item : modifiers->items())
         items.append(u"%1=%2"_s.arg(item.name, QString::number(item.value)));
     EXPECT_EQ(items,
-        QStringList({u"AltKey=1"_s, u"ControlKey=2"_s, u"ShiftKey=4"_s, u"RightButton=16"_s, u"ControlAlt=3"_s,
-            u"ShiftAlt=5"_s, u"ControlShift=6"_s}));
+        QStringList({u"AltKey=1"_s, u"ControlKey=2"_s, u"ShiftKey=4"_s, u"RightButton=16"_s,
+            u"ControlAlt=3"_s, u"ShiftAlt=5"_s, u"ControlShift=6"_s}));
     EXPECT_EQ(type->enumeration(1), nullptr);
 }
 
@@ -213,7 +216,7 @@ TEST(ReflectionCalls, ClickIsThatOfTheWrapper)
 
     EXPECT_EQ(callMethod(link, u"click"_s, 1, 5, 5, 2).error, QString());
 
-    EXPECT_EQ(page.scripts(), QStringList {u"setTimeout(function(e){__ostrel__clickLink(el);}, 100);"_s});
+    EXPECT_EQ(page.scripts(), QStringList{u"setTimeout(function(e){__ostrel__clickLink(el);}, 100);"_s});
 }
 
 TEST(ReflectionCalls, ChooseTheOverloadByTheArguments)
@@ -230,8 +233,8 @@ TEST(ReflectionCalls, ChooseTheOverloadByTheArguments)
     EXPECT_EQ(callMethod(element, u"invoke"_s, u"f"_s, u"1"_s, u"'ü'"_s).error, QString());
 
     EXPECT_EQ(page.scripts(),
-        QStringList({u"el.a='ä\\'s';"_s, u"el.a=7;"_s, u"el.a=true;"_s, u"el.a=7;"_s, u"el.f();"_s, u"el.f(1);"_s,
-            u"el.f(1, 'ü');"_s}));
+        QStringList({u"el.a='ä\\'s';"_s, u"el.a=7;"_s, u"el.a=true;"_s, u"el.a=7;"_s, u"el.f();"_s,
+            u"el.f(1);"_s, u"el.f(1, 'ü');"_s}));
 }
 
 TEST(ReflectionCalls, ConvertResults)
@@ -262,8 +265,8 @@ TEST(ReflectionCalls, ConvertResults)
     EXPECT_EQ(number.value->toInt(), 7);
     EXPECT_EQ(boolean.value->objectClass(), Inspector::self()->primitiveClass(PrimitiveType::Bool));
     EXPECT_TRUE(boolean.value->toBool());
-    EXPECT_EQ(rectangle(screen), (ScreenRectangle {1, 2, 3, 4}));
-    EXPECT_EQ(rectangle(bounds), (ScreenRectangle {5, 6, 7, 8}));
+    EXPECT_EQ(rectangle(screen), (ScreenRectangle{1, 2, 3, 4}));
+    EXPECT_EQ(rectangle(bounds), (ScreenRectangle{5, 6, 7, 8}));
     EXPECT_EQ(child.value->objectClass()->name(), u"HTML_CheckBox"_s);
     EXPECT_TRUE(child.value->isOwning());
     EXPECT_EQ(nothing.error, QString());
@@ -281,7 +284,7 @@ TEST(ReflectionCalls, ArraysCrossBothWays)
     page.answerJson(u"[2,5]"_s);
     page.answerJson(u"[\"ä\"]"_s);
 
-    EXPECT_EQ(callMethod(select, u"setSelectedOptions"_s, QList<QString> {u"ä"_s, u"b"_s}).error, QString());
+    EXPECT_EQ(callMethod(select, u"setSelectedOptions"_s, QList<QString>{u"ä"_s, u"b"_s}).error, QString());
     const ObjectList indexes = ArrayClass::unwrapObject(readProperty(select, u"selectedIndexes"_s).value);
     const ObjectList labels = ArrayClass::unwrapObject(readProperty(select, u"selectedLabels"_s).value);
 
@@ -344,7 +347,8 @@ TEST(ReflectionCalls, RefuseWhatCannotBeCalled)
     EXPECT_EQ(type->call(wrapObject(nullptr), {}, scroll), nullptr);
     EXPECT_EQ(Inspector::self()->takeError(), u"Cannot call 'scrollTo' on a null object."_s);
     EXPECT_EQ(type->call(argument(1), {}, scroll), nullptr);
-    EXPECT_EQ(Inspector::self()->takeError(), u"Cannot call 'HTML_Object.scrollTo' on an object of class 'int'."_s);
+    EXPECT_EQ(
+        Inspector::self()->takeError(), u"Cannot call 'HTML_Object.scrollTo' on an object of class 'int'."_s);
     EXPECT_EQ(type->invoke(9999, element, {}, scroll), nullptr) << "a number out of range calls nothing";
     EXPECT_EQ(Inspector::self()->takeError(), QString());
     EXPECT_EQ(page.scripts(), QStringList());
@@ -399,11 +403,11 @@ TEST(ReflectionWrites, ListsOfASelectGoToTheirSetters)
         QString script;
     };
     const Row rows[] = {
-        {"selectedValues", argument(QList<QString> {u"a"_s}),
+        {"selectedValues", argument(QList<QString>{u"a"_s}),
             u"__ostrel__standardselectExtension.hasItems(el, [\"a\"], __ostrel__selectOptionValue);"_s},
-        {"selectedTexts", argument(QList<QString> {u"a"_s}),
+        {"selectedTexts", argument(QList<QString>{u"a"_s}),
             u"__ostrel__standardselectExtension.hasItems(el, [\"a\"], __ostrel__selectOptionText);"_s},
-        {"selectedIndexes", argument(QList<int> {3}),
+        {"selectedIndexes", argument(QList<int>{3}),
             u"__ostrel__standardselectExtension.hasItems(el, [\"3\"], "
             "__ostrel__standardselectExtension.optionIndex);"_s},
     };
@@ -417,7 +421,7 @@ TEST(ReflectionWrites, ListsOfASelectGoToTheirSetters)
         EXPECT_FALSE(select->objectClass()->write(select, property, row.value));
 
         EXPECT_TRUE(Inspector::self()->takeError().startsWith(u"Failed to find one of the items '"_s));
-        EXPECT_EQ(page.scripts(), QStringList {row.script});
+        EXPECT_EQ(page.scripts(), QStringList{row.script});
     }
 }
 
@@ -426,7 +430,7 @@ TEST(ReflectionWrites, ListsOfASelectGoToTheirSetters)
 TEST(DeadReferences, EveryMemberRaisesTheErrorAndAsksNothing)
 {
     FakePage page;
-    const QList<SharedPtr<Object>> elements {elementOn(page), scriptElement<HTML_Text>(page),
+    const QList<SharedPtr<Object>> elements{elementOn(page), scriptElement<HTML_Text>(page),
         wrapObject(new HTML_Select({}, u"el"_s, true, &page)), scriptElement<HTML_Document>(page)};
     LiveObjects::self().invalidate(&page);
 
@@ -438,7 +442,8 @@ TEST(DeadReferences, EveryMemberRaisesTheErrorAndAsksNothing)
             for (qsizetype j = 0; j < method->signature().count(); ++j)
                 arguments.append(argument(1));
             EXPECT_EQ(type->call(element, arguments, method), nullptr);
-            EXPECT_EQ(Inspector::self()->takeError(), dead) << type->name().toStdString() << '.' << method->name().toStdString();
+            EXPECT_EQ(Inspector::self()->takeError(), dead)
+                << type->name().toStdString() << '.' << method->name().toStdString();
         }
         for (int i = 0; i < type->numProperties(); ++i) {
             const QString name = type->property(i)->name();
@@ -470,7 +475,8 @@ TEST(ElementAsText, IsItsReference)
 
     EXPECT_TRUE(cast.canCast(inspector->primitiveClass(PrimitiveType::String)));
     EXPECT_FALSE(cast.canCast(inspector->primitiveClass(PrimitiveType::Int)));
-    EXPECT_EQ(cast.cast(element, inspector->primitiveClass(PrimitiveType::String))->toQString(), u"top.store[7]"_s);
+    EXPECT_EQ(
+        cast.cast(element, inspector->primitiveClass(PrimitiveType::String))->toQString(), u"top.store[7]"_s);
     EXPECT_EQ(cast.cast(element, inspector->primitiveClass(PrimitiveType::Int)), nullptr);
     EXPECT_EQ(page.scripts(), QStringList());
 }

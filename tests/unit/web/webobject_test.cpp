@@ -47,7 +47,8 @@ public:
 QString enveloped(const QString &expression)
 {
     return u"(function() {\n  try {\n    return JSON.stringify({'result': "_s + expression
-        + u"});\n  } catch( e ) {\n    return JSON.stringify({'error': {'name': e['name'], 'message': e['message'], "
+        + u"});\n  } catch( e ) {\n    return JSON.stringify({'error': {'name': e['name'], 'message': "
+          u"e['message'], "
           "'file': e['fileName'], 'line': e['lineNumber'], 'stack': e['stack']}});\n  }\n}());"_s;
 }
 
@@ -55,10 +56,12 @@ QString enveloped(const QString &expression)
 QString identifying(const QString &expression)
 {
     return u"(function() {\n  try {\n    var dummy = "_s + expression
-        + u";\n    if ( !dummy ) {\n        return JSON.stringify({'refName': null, 'type': '[unknown]'});\n    }\n"
+        + u";\n    if ( !dummy ) {\n        return JSON.stringify({'refName': null, 'type': '[unknown]'});\n "
+          u"   }\n"
           "    var globalRefName = __ostrel__idForObject( dummy );\n"
           "    return JSON.stringify({'refName': globalRefName, 'type': __ostrel__typeOf( dummy ) });\n"
-          "  } catch( e ) {\n    return JSON.stringify({'error': {'name': e['name'], 'message': e['message'], "
+          "  } catch( e ) {\n    return JSON.stringify({'error': {'name': e['name'], 'message': "
+          "e['message'], "
           "'file': e['fileName'], 'line': e['lineNumber'], 'stack': e['stack']}});  }\n})();"_s;
 }
 
@@ -109,7 +112,7 @@ struct PropertyRow
 
 const QList<PropertyRow> &propertyRows()
 {
-    static const QList<PropertyRow> rows {
+    static const QList<PropertyRow> rows{
         {u"id", HTML_Object::Id, getterOf(u"id"_s)},
         {u"innerText", HTML_Object::InnerText, getterOf(u"innerText"_s)},
         {u"innerHTML", HTML_Object::InnerHtml, getterOf(u"innerHTML"_s)},
@@ -121,12 +124,14 @@ const QList<PropertyRow> &propertyRows()
         {u"title", HTML_Object::Title, getterOf(u"title"_s)},
         {u"styleDisplay", HTML_Object::StyleDisplay, getterOf(u"style.display"_s)},
         {u"domClassName", HTML_Object::DomClassName, getterOf(u"className"_s)},
-        {u"domPath", HTML_Object::DomPath, onElement(u"__ostrel__qualifiedName( %1 ).replace(/\\s*$/, '')"_s)},
+        {u"domPath", HTML_Object::DomPath,
+            onElement(u"__ostrel__qualifiedName( %1 ).replace(/\\s*$/, '')"_s)},
         {u"numChildren", HTML_Object::NumChildren, onElement(u"__ostrelDOMAPI.numChildren( %1 )"_s)},
         {u"visible", HTML_Object::Visible, onElement(u"__ostrel__isVisible( %1 )"_s)},
         {u"simplifiedInnerText", HTML_Object::SimplifiedInnerText,
             onElement(u"window.top.__ostrel.getSimplifiedInnerText( %1 )"_s)},
-        {u"selectedText", HTML_Object::SelectedText, onElement(u"window.top.__ostrel.getSelectedText( %1 )"_s)},
+        {u"selectedText", HTML_Object::SelectedText,
+            onElement(u"window.top.__ostrel.getSelectedText( %1 )"_s)},
     };
     return rows;
 }
@@ -176,8 +181,8 @@ TEST(HtmlObjectPropertyId, UnknownNumberHasNoCodeAndIsReported)
     const QString above = element.propertyGetterCode(HTML_Object::PropertyId(16));
 
     EXPECT_EQ(above, QString());
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-        "Unknown property name passed to propertyGetterCode: 16\n");
+    EXPECT_EQ(
+        testing::internal::GetCapturedStderr(), "Unknown property name passed to propertyGetterCode: 16\n");
 }
 
 struct GetterRow
@@ -203,26 +208,28 @@ TEST(HtmlObject, ReadsPropertiesThroughJson)
             u"Error retrieving innerText: %1"_s, {}},
         {"innerHTML", call<&Element::innerHTML>, code(HTML_Object::InnerHtml), text, itsText,
             u"Error retrieving innerHTML: %1"_s, {}},
-        {"x", call<&Element::x>, code(HTML_Object::X), u"-12"_s, u"-12"_s, u"Error retrieving x: %1"_s, u"0"_s},
-        {"y", call<&Element::y>, code(HTML_Object::Y), u"10.5"_s, u"10"_s, u"Error retrieving y: %1"_s, u"0"_s},
+        {"x", call<&Element::x>, code(HTML_Object::X), u"-12"_s, u"-12"_s, u"Error retrieving x: %1"_s,
+            u"0"_s},
+        {"y", call<&Element::y>, code(HTML_Object::Y), u"10.5"_s, u"10"_s, u"Error retrieving y: %1"_s,
+            u"0"_s},
         {"width", call<&Element::width>, code(HTML_Object::Width), u"300"_s, u"300"_s,
             u"Error retrieving width: %1"_s, u"0"_s},
         {"height", call<&Element::height>, code(HTML_Object::Height), u"20"_s, u"20"_s,
             u"Error retrieving height: %1"_s, u"0"_s},
         {"tagName", call<&Element::tagName>, code(HTML_Object::TagName), u"\"DIV\""_s, u"DIV"_s,
             u"Error retrieving tagName: %1"_s, {}},
-        {"title", call<&Element::title>, code(HTML_Object::Title), text, itsText, u"Error retrieving title: %1"_s,
-            {}},
-        {"styleDisplay", call<&Element::styleDisplay>, code(HTML_Object::StyleDisplay), u"\"none\""_s, u"none"_s,
-            u"Error retrieving styleDisplay: %1"_s, {}},
+        {"title", call<&Element::title>, code(HTML_Object::Title), text, itsText,
+            u"Error retrieving title: %1"_s, {}},
+        {"styleDisplay", call<&Element::styleDisplay>, code(HTML_Object::StyleDisplay), u"\"none\""_s,
+            u"none"_s, u"Error retrieving styleDisplay: %1"_s, {}},
         {"domClassName", call<&Element::domClassName>, code(HTML_Object::DomClassName), text, itsText,
             u"Error retrieving domClassName: %1"_s, {}},
-        {"hierarchicalQualifiedName", call<&Element::hierarchicalQualifiedName>, code(HTML_Object::DomPath), text,
-            itsText, u"Error while generating hierarchical name: %1"_s, {}},
+        {"hierarchicalQualifiedName", call<&Element::hierarchicalQualifiedName>, code(HTML_Object::DomPath),
+            text, itsText, u"Error while generating hierarchical name: %1"_s, {}},
         {"numChildren", call<&Element::numChildren>, code(HTML_Object::NumChildren), u"3"_s, u"3"_s,
             u"Error retrieving numChildren: %1"_s, u"0"_s},
-        {"simplifiedInnerText", call<&Element::simplifiedInnerText>, code(HTML_Object::SimplifiedInnerText), text,
-            itsText, u"Error retrieving simplifiedInnerText: %1"_s, {}},
+        {"simplifiedInnerText", call<&Element::simplifiedInnerText>, code(HTML_Object::SimplifiedInnerText),
+            text, itsText, u"Error retrieving simplifiedInnerText: %1"_s, {}},
         {"visible", call<&Element::visible>, code(HTML_Object::Visible), u"true"_s, u"true"_s,
             u"Error determining visibility: %1"_s, u"false"_s},
     };
@@ -251,7 +258,8 @@ TEST(HtmlObject, ExceptionOfThePageGrowsThePrefixOnce)
     page.answer(u"{\"error\":{\"name\":\"TypeError\",\"message\":\"el is null\"}}"_s);
 
     EXPECT_EQ(element.numChildren().error,
-        u"Error retrieving numChildren: Calling __ostrelDOMAPI.numChildren( el ): Error evaluating JavaScript: "
+        u"Error retrieving numChildren: Calling __ostrelDOMAPI.numChildren( el ): Error evaluating "
+        u"JavaScript: "
         "TypeError: el is null."_s);
 }
 
@@ -266,7 +274,8 @@ TEST(HtmlObject, ReadsAnyPropertyAsRawText)
     const FunctionCallResult<QString> value = element.property("dataset.key");
 
     EXPECT_EQ(outcomeOf(value), Outcome(u" raw "_s, QString()));
-    EXPECT_EQ(page.scripts(), QStringList {onElement(u"window.top.__ostrel.getPropertyValue( %1, 'dataset.key');"_s)});
+    EXPECT_EQ(page.scripts(),
+        QStringList{onElement(u"window.top.__ostrel.getPropertyValue( %1, 'dataset.key');"_s)});
 }
 
 TEST(HtmlObject, PropertyNameIsPastedAsItStands)
@@ -276,7 +285,8 @@ TEST(HtmlObject, PropertyNameIsPastedAsItStands)
 
     (void)element.property("it's");
 
-    EXPECT_EQ(page.scripts(), QStringList {onElement(u"window.top.__ostrel.getPropertyValue( %1, 'it's');"_s)});
+    EXPECT_EQ(
+        page.scripts(), QStringList{onElement(u"window.top.__ostrel.getPropertyValue( %1, 'it's');"_s)});
 }
 
 TEST(HtmlObject, OnlyRawReadsHaveALimitInBrowsersOfKindTwo)
@@ -371,7 +381,7 @@ TEST(HtmlObject, SetPropertyUsesBracketsUnlessTheNameIsAnIdentifier)
 
         (void)element.setProperty(row.name.toUtf8().constData(), 1);
 
-        EXPECT_EQ(page.scripts(), QStringList {row.target + u"=1;"_s});
+        EXPECT_EQ(page.scripts(), QStringList{row.target + u"=1;"_s});
     }
 }
 
@@ -384,7 +394,8 @@ TEST(HtmlObject, FailedSetPropertyShowsTheValue)
 
     EXPECT_EQ(element.setProperty("value", "it's %2").error,
         u"Error setting property 'value' to value 'it's %2': gone %1"_s);
-    EXPECT_EQ(element.setProperty("tabIndex", 5).error, u"Error setting property 'tabIndex' to value 5: gone %1"_s);
+    EXPECT_EQ(
+        element.setProperty("tabIndex", 5).error, u"Error setting property 'tabIndex' to value 5: gone %1"_s);
     EXPECT_EQ(element.setProperty("checked", true).error,
         u"Error setting property 'checked' to value true: gone %1"_s);
 }
@@ -418,7 +429,8 @@ TEST(HtmlObject, InvokesWithExpressionsAsArguments)
     EXPECT_EQ(outcomeOf(element.invoke("getAttribute", "'id'")), Outcome(u"2"_s, QString()));
     EXPECT_EQ(outcomeOf(element.invoke("f", "it's", "%1")), Outcome(u"3"_s, QString()));
 
-    EXPECT_EQ(page.scripts(), QStringList({u"el.focus();"_s, u"el.getAttribute('id');"_s, u"el.f(it's, %1);"_s}));
+    EXPECT_EQ(
+        page.scripts(), QStringList({u"el.focus();"_s, u"el.getAttribute('id');"_s, u"el.f(it's, %1);"_s}));
 }
 
 TEST(HtmlObject, FailedInvokeShowsTheCall)
@@ -448,7 +460,8 @@ TEST(HtmlObject, CompatibleVisibilityIsARawRead)
     EXPECT_EQ(outcomeOf(element.visible()), Outcome(u"false"_s, QString()));
     EXPECT_EQ(element.visible().error,
         u"Error determining visibility: Error while obtaining property 'visible': gone"_s);
-    EXPECT_EQ(page.scripts(), QStringList(3, onElement(u"window.top.__ostrel.getPropertyValue( %1, 'visible');"_s)));
+    EXPECT_EQ(page.scripts(),
+        QStringList(3, onElement(u"window.top.__ostrel.getPropertyValue( %1, 'visible');"_s)));
 }
 
 TEST(HtmlObject, FocusIsABooleanAndNothingElse)
@@ -464,9 +477,10 @@ TEST(HtmlObject, FocusIsABooleanAndNothingElse)
     EXPECT_EQ(outcomeOf(element.hasFocus()), Outcome(u"true"_s, QString()));
     EXPECT_EQ(outcomeOf(element.hasFocus()), Outcome(u"false"_s, QString()));
     EXPECT_EQ(element.hasFocus().error, u"Error obtaining focus state: gone"_s);
-    EXPECT_EQ(element.hasFocus().error,
-        u"Error: Json object '\"yes\"\n' has unexpected type (expected bool): 4"_s);
-    EXPECT_EQ(element.hasFocus().error, u"Error: Json object 'null\n' has unexpected type (expected bool): 0"_s);
+    EXPECT_EQ(
+        element.hasFocus().error, u"Error: Json object '\"yes\"\n' has unexpected type (expected bool): 4"_s);
+    EXPECT_EQ(
+        element.hasFocus().error, u"Error: Json object 'null\n' has unexpected type (expected bool): 0"_s);
     EXPECT_EQ(page.scripts(), QStringList(5, enveloped(onElement(u"window.top.__ostrel.hasFocus( %1 )"_s))));
 }
 
@@ -638,7 +652,8 @@ TEST(HtmlObject, AnyStatementWithoutLineBreaksArrivesInXPath)
         const Element element(page, {}, u"el"_s);
         PageScript engine({u"xpathDomEval"_s});
 
-        const FunctionCallResult<HTML_XPathResult *> result = element.evaluateXPath(hostile.text.toUtf8().constData());
+        const FunctionCallResult<HTML_XPathResult *> result
+            = element.evaluateXPath(hostile.text.toUtf8().constData());
         const std::unique_ptr<HTML_XPathResult> owned(result.value);
         engine.run(page.scripts().first());
 
@@ -660,7 +675,8 @@ TEST(HtmlObject, ReadsAllCssPropertiesInOneCall)
     EXPECT_EQ(css.value.value(u"display"_s).asString(), "block");
     EXPECT_EQ(css.value.value(u"color"_s)["blue"].asInt(), 3);
     EXPECT_EQ(page.scripts(),
-        QStringList {enveloped(u"__ostrel__allCSSProperties( el, ['"_s + cssPropertyNames().join(u"', '"_s) + u"'] )"_s)});
+        QStringList{enveloped(
+            u"__ostrel__allCSSProperties( el, ['"_s + cssPropertyNames().join(u"', '"_s) + u"'] )"_s)});
     EXPECT_EQ(page.calls().first().timeoutMs, 0U);
 }
 
@@ -691,8 +707,8 @@ TEST(HtmlObject, ScreenRectangleComesFromTheBridge)
     const FunctionCallResult<ScreenRectangle> rect = element.screenRect();
     const FunctionCallResult<ScreenRectangle> failed = element.screenRect();
 
-    EXPECT_EQ(rect.value, (ScreenRectangle {1, 2, 3, 4}));
-    EXPECT_EQ(failed.value, (ScreenRectangle {-1, -1, -1, -1}));
+    EXPECT_EQ(rect.value, (ScreenRectangle{1, 2, 3, 4}));
+    EXPECT_EQ(failed.value, (ScreenRectangle{-1, -1, -1, -1}));
     EXPECT_EQ(failed.error,
         u"Error while obtaining rectangle with function '__ostrel__getScreenRectAsObject': gone"_s);
     EXPECT_EQ(page.scripts(),
@@ -709,8 +725,8 @@ TEST(HtmlObject, BoundingRectangleIsThatOfTheViewport)
     const FunctionCallResult<ScreenRectangle> rect = element.boundingClientRect();
     const FunctionCallResult<ScreenRectangle> failed = element.boundingClientRect();
 
-    EXPECT_EQ(rect.value, (ScreenRectangle {1, -2, 3, 4}));
-    EXPECT_EQ(failed.value, (ScreenRectangle {-1, -1, -1, -1}));
+    EXPECT_EQ(rect.value, (ScreenRectangle{1, -2, 3, 4}));
+    EXPECT_EQ(failed.value, (ScreenRectangle{-1, -1, -1, -1}));
     EXPECT_EQ(failed.error,
         u"Error while obtaining rectangle with function '__ostrel__getClientBoundingRect': gone"_s);
     EXPECT_EQ(page.scripts(),
@@ -782,8 +798,10 @@ TEST(GetScreenRect, NeedsAnElementAndABridge)
 {
     const HTML_Object orphan({}, u"el"_s, nullptr);
 
-    EXPECT_EQ(getScreenRect(nullptr, false).error, u"No valid HTML object provided to getScreenRect function"_s);
-    EXPECT_EQ(getScreenRect(&orphan, false).error, u"HTML object has no component, cannot obtain rectangle"_s);
+    EXPECT_EQ(
+        getScreenRect(nullptr, false).error, u"No valid HTML object provided to getScreenRect function"_s);
+    EXPECT_EQ(
+        getScreenRect(&orphan, false).error, u"HTML object has no component, cannot obtain rectangle"_s);
     EXPECT_EQ(orphan.boundingClientRect().error, u"HTML object has no component, cannot obtain rectangle"_s);
 }
 
@@ -850,7 +868,7 @@ TEST(HtmlObject, ClickIsDeferredAndWaitedFor)
 
     EXPECT_GE(clock.elapsed(), deferredWait);
     EXPECT_EQ(page.scripts(),
-        QStringList {u"setTimeout(function(e){__ostrel__click(el, false, false, false, 3, 4, 2);}, 100);"_s});
+        QStringList{u"setTimeout(function(e){__ostrel__click(el, false, false, false, 3, 4, 2);}, 100);"_s});
 }
 
 TEST(HtmlObject, FailedClickIsWaitedForToo)
@@ -879,7 +897,8 @@ TEST(HtmlObject, DoubleClickIsDeferredAndWaitedFor)
 
     EXPECT_GE(clock.elapsed(), deferredWait);
     EXPECT_EQ(page.scripts(),
-        QStringList {u"setTimeout(function(e){__ostrel__dblclick(el, false, true, false, 3, 4, 1);}, 100);"_s});
+        QStringList{
+            u"setTimeout(function(e){__ostrel__dblclick(el, false, true, false, 3, 4, 1);}, 100);"_s});
 }
 
 TEST(HtmlObject, ContextMenuIsDeferredAndWaitedFor)
@@ -893,7 +912,8 @@ TEST(HtmlObject, ContextMenuIsDeferredAndWaitedFor)
     EXPECT_EQ(element.openContextMenu().error, u"Error opening context menu: gone"_s);
 
     EXPECT_GE(clock.elapsed(), deferredWait);
-    EXPECT_EQ(page.scripts(), QStringList {u"setTimeout(function(e){__ostrel__openContextMenu(el);}, 100);"_s});
+    EXPECT_EQ(
+        page.scripts(), QStringList{u"setTimeout(function(e){__ostrel__openContextMenu(el);}, 100);"_s});
 }
 
 // Life
@@ -934,7 +954,7 @@ TEST(HtmlObject, InvalidatedWrapperSendsUndefined)
     EXPECT_FALSE(element.hasValidReference());
     EXPECT_EQ(element.jsReference(), u"undefined"_s);
     EXPECT_EQ(outcomeOf(element.name()), Outcome(u"save"_s, QString()));
-    EXPECT_EQ(page.scripts(), QStringList {u"window.top.__ostrel.getPropertyValue( undefined, 'value');"_s});
+    EXPECT_EQ(page.scripts(), QStringList{u"window.top.__ostrel.getPropertyValue( undefined, 'value');"_s});
 }
 
 TEST(LiveObjects, InvalidationReachesTheWrappersOfOnePageOnly)

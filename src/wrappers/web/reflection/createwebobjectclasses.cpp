@@ -50,8 +50,8 @@ Class *make(Namespace *home)
     return new SpecialClass(home);
 }
 
-/// In the order of registration. Base classes may come later than their subclasses: a superclass is looked up by
-/// name when it is first needed.
+/// In the order of registration. Base classes may come later than their subclasses: a superclass is looked up
+/// by name when it is first needed.
 constexpr Creator creators[] = {
     make<CssColorClass>,
     element<HTML_Anchor_Class>,

@@ -17,9 +17,9 @@ namespace {
 enum Member { IsValid, Red, Green, Blue, Alpha };
 enum Factory { FromRgb, FromRgba };
 
-constexpr std::array memberNames {"isValid"_L1, "red"_L1, "green"_L1, "blue"_L1, "alpha"_L1};
-constexpr std::array memberTypes {"bool"_L1, "int"_L1, "int"_L1, "int"_L1, "double"_L1};
-constexpr std::array factoryNames {"fromRgb"_L1, "fromRgba"_L1};
+constexpr std::array memberNames{"isValid"_L1, "red"_L1, "green"_L1, "blue"_L1, "alpha"_L1};
+constexpr std::array memberTypes{"bool"_L1, "int"_L1, "int"_L1, "int"_L1, "double"_L1};
+constexpr std::array factoryNames{"fromRgb"_L1, "fromRgba"_L1};
 
 constexpr quint8 CssColor::*channels[] = {&CssColor::red, &CssColor::green, &CssColor::blue};
 constexpr int channelCount = 3;
@@ -29,9 +29,8 @@ FunctionCallResult<quint8> channelValue(const SharedPtr<Object> &argument)
     bool ok = false;
     const int value = argument ? argument->toInt(&ok) : 0;
     if (!ok || value < 0 || value > 255) {
-        return Failure(
-            message(u"Invalid argument, value needs to be between 0 and 255 (inclusive), was: %1",
-                argument ? argument->toQString() : u"null"_s));
+        return Failure(message(u"Invalid argument, value needs to be between 0 and 255 (inclusive), was: %1",
+            argument ? argument->toQString() : u"null"_s));
     }
     return quint8(value);
 }
@@ -72,7 +71,7 @@ FunctionCallResult<void> assign(CssColor &color, Member member, const SharedPtr<
 
 FunctionCallResult<CssColor> colorFrom(const ObjectList &arguments)
 {
-    CssColor color {0, 0, 0, 1.0, 1};
+    CssColor color{0, 0, 0, 1.0, 1};
     for (qsizetype i = 0; i < arguments.size(); ++i) {
         const FunctionCallResult<void> assigned = assign(color, Member(Red + i), arguments.at(i));
         if (assigned.failed())
@@ -85,11 +84,7 @@ FunctionCallResult<CssColor> colorFrom(const ObjectList &arguments)
 class FieldReader
 {
 public:
-    FieldReader(const QString &text, qsizetype start)
-        : m_text(text)
-        , m_position(start)
-    {
-    }
+    FieldReader(const QString &text, qsizetype start) : m_text(text), m_position(start) { }
 
     /// The number up to the next `end`.
     FunctionCallResult<uint> next(QChar end)
@@ -120,8 +115,7 @@ QString hexByte(uint value)
 
 } // namespace
 
-CssColorClass::CssColorClass(Namespace *home)
-    : Class(u"CssColor"_s, home)
+CssColorClass::CssColorClass(Namespace *home) : Class(u"CssColor"_s, home)
 {
     setOwnMembers(int(factoryNames.size()), int(memberNames.size()));
 }
@@ -263,7 +257,8 @@ QString convertRgbToHashHex(const QString &text)
         const FunctionCallResult<uint> field = fields.next(i < channelCount - 1 ? u',' : u')');
         if (field.failed()) {
             PROBELOG_TRACE("WebObject",
-                message(u"Unable to convert %1 value: %2", QString(memberNames[std::size_t(Red + i)]), field.error));
+                message(u"Unable to convert %1 value: %2", QString(memberNames[std::size_t(Red + i)]),
+                    field.error));
             return text;
         }
         bytes.append(hexByte(field.value));

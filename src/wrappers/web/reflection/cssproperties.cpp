@@ -31,11 +31,10 @@ FunctionCallResult<CssProperties *> cssPropertiesOf(const HTML_Object &object)
     const FunctionCallResult<QMap<QString, Json::Value>> values = object.cssProperties();
     if (values.failed())
         return Failure(values.error);
-    return new CssProperties {values.value};
+    return new CssProperties{values.value};
 }
 
-CSSProperties_Class::CSSProperties_Class(Namespace *home)
-    : Class(u"CSSProperties"_s, home)
+CSSProperties_Class::CSSProperties_Class(Namespace *home) : Class(u"CSSProperties"_s, home)
 {
     setOwnMembers(0, int(cssPropertyNames().size()));
 }
@@ -52,8 +51,7 @@ std::unique_ptr<Property> CSSProperties_Class::createProperty(int index) const
         cssPropertyNames().at(index - superClassOffset(Properties)), Property::ReadOnly, index);
 }
 
-SharedPtr<Object> CSSProperties_Class::getProperty(
-    const SharedPtr<Object> &object, const Property *property)
+SharedPtr<Object> CSSProperties_Class::getProperty(const SharedPtr<Object> &object, const Property *property)
 {
     Inspector *inspector = Inspector::self();
     const auto *css = object ? static_cast<const CssProperties *>(object->data()) : nullptr;

@@ -109,11 +109,11 @@ constexpr MethodRow documentMethods[] = {
 
 } // namespace
 
-constinit const ClassTable HTML_Object_Class {"HTML_Object", nullptr, objectProperties, objectMethods};
-constinit const ClassTable HTML_Array_Class {"HTML_Array", "HTML_Object", arrayProperties, arrayMethods};
-constinit const ClassTable HTML_Anchor_Class {"HTML_Anchor", "HTML_Object", {}, {}};
-constinit const ClassTable HTML_Document_Class {"HTML_Document", "HTML_Object", {}, documentMethods};
-constinit const ClassTable HTML_Image_Class {"HTML_Image", "HTML_Object", {}, {}};
-constinit const ClassTable HTML_ShadowRoot_Class {"HTML_ShadowRoot", "HTML_Object", {}, {}};
+constinit const ClassTable HTML_Object_Class{"HTML_Object", nullptr, objectProperties, objectMethods};
+constinit const ClassTable HTML_Array_Class{"HTML_Array", "HTML_Object", arrayProperties, arrayMethods};
+constinit const ClassTable HTML_Anchor_Class{"HTML_Anchor", "HTML_Object", {}, {}};
+constinit const ClassTable HTML_Document_Class{"HTML_Document", "HTML_Object", {}, documentMethods};
+constinit const ClassTable HTML_Image_Class{"HTML_Image", "HTML_Object", {}, {}};
+constinit const ClassTable HTML_ShadowRoot_Class{"HTML_ShadowRoot", "HTML_Object", {}, {}};
 
 } // namespace Ostrel::WebWrapper

@@ -113,23 +113,23 @@ constexpr MethodRow formMethods[] = {
 
 } // namespace
 
-constinit const ClassTable HTML_FormElement_Class {
+constinit const ClassTable HTML_FormElement_Class{
     "HTML_FormElement", "HTML_Object", formElementProperties, formElementMethods};
-constinit const ClassTable HTML_ButtonBase_Class {
+constinit const ClassTable HTML_ButtonBase_Class{
     "HTML_ButtonBase", "HTML_FormElement", buttonBaseProperties, buttonBaseMethods};
-constinit const ClassTable HTML_Button_Class {"HTML_Button", "HTML_ButtonBase", {}, buttonMethods};
-constinit const ClassTable HTML_CheckBox_Class {
+constinit const ClassTable HTML_Button_Class{"HTML_Button", "HTML_ButtonBase", {}, buttonMethods};
+constinit const ClassTable HTML_CheckBox_Class{
     "HTML_CheckBox", "HTML_ButtonBase", checkableProperties, checkableMethods};
-constinit const ClassTable HTML_RadioButton_Class {
+constinit const ClassTable HTML_RadioButton_Class{
     "HTML_RadioButton", "HTML_ButtonBase", checkableProperties, checkableMethods};
-constinit const ClassTable HTML_ImageButton_Class {"HTML_ImageButton", "HTML_ButtonBase", {}, {}};
-constinit const ClassTable HTML_TextBase_Class {
+constinit const ClassTable HTML_ImageButton_Class{"HTML_ImageButton", "HTML_ButtonBase", {}, {}};
+constinit const ClassTable HTML_TextBase_Class{
     "HTML_TextBase", "HTML_FormElement", textBaseProperties, textBaseMethods};
-constinit const ClassTable HTML_Text_Class {"HTML_Text", "HTML_TextBase", {}, {}};
-constinit const ClassTable HTML_TextArea_Class {"HTML_TextArea", "HTML_TextBase", {}, {}};
-constinit const ClassTable HTML_Select_Class {
+constinit const ClassTable HTML_Text_Class{"HTML_Text", "HTML_TextBase", {}, {}};
+constinit const ClassTable HTML_TextArea_Class{"HTML_TextArea", "HTML_TextBase", {}, {}};
+constinit const ClassTable HTML_Select_Class{
     "HTML_Select", "HTML_FormElement", selectProperties, selectMethods};
-constinit const ClassTable HTML_Option_Class {"HTML_Option", "HTML_Object", optionProperties, optionMethods};
-constinit const ClassTable HTML_Form_Class {"HTML_Form", "HTML_Object", {}, formMethods};
+constinit const ClassTable HTML_Option_Class{"HTML_Option", "HTML_Object", optionProperties, optionMethods};
+constinit const ClassTable HTML_Form_Class{"HTML_Form", "HTML_Object", {}, formMethods};
 
 } // namespace Ostrel::WebWrapper

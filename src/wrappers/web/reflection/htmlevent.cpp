@@ -8,8 +8,7 @@ namespace Ostrel::WebWrapper {
 
 using namespace Qt::StringLiterals;
 
-HTML_Event_Class::HTML_Event_Class(Namespace *home)
-    : Class(u"HTML_Event"_s, home)
+HTML_Event_Class::HTML_Event_Class(Namespace *home) : Class(u"HTML_Event"_s, home)
 {
     setOwnMembers(0, 0, 1);
 }
@@ -22,7 +21,7 @@ void HTML_Event_Class::deleteObjectData(Object *object)
 std::unique_ptr<Enum> HTML_Event_Class::createEnum(int index) const
 {
     return std::make_unique<Enum>(const_cast<HTML_Event_Class *>(this), u"ModifierState"_s,
-        QList<Enum::Item> {
+        QList<Enum::Item>{
             {u"AltKey"_s, AltKey},
             {u"ControlKey"_s, ControlKey},
             {u"ShiftKey"_s, ShiftKey},

@@ -30,8 +30,8 @@ constexpr MethodRow xpathResultMethods[] = {
 
 } // namespace
 
-constinit const ClassTable HTML_Style_Class {"HTML_Style", "Object", {}, styleMethods};
-constinit const ClassTable HTML_XPathResult_Class {
+constinit const ClassTable HTML_Style_Class{"HTML_Style", "Object", {}, styleMethods};
+constinit const ClassTable HTML_XPathResult_Class{
     "HTML_XPathResult", "Object", xpathResultProperties, xpathResultMethods};
 
 } // namespace Ostrel::WebWrapper
