@@ -1,7 +1,7 @@
 // bench_bridge: how fast the way to the page is. Each row compares with a reference in the same run.
 //
-// A plain program and not Google Benchmark, because that one runs a contestant to its end before the next begins:
-// on a machine that is busy for a minute the ratio would be that of two different machines.
+// A plain program and not Google Benchmark, because that one runs a contestant to its end before the next
+// begins: on a machine that is busy for a minute the ratio would be that of two different machines.
 #include "benchmarks.h"
 #include "table.h"
 
@@ -46,10 +46,11 @@ int main(int argc, char **argv)
     QCoreApplication application(argc, argv);
     Effort effort;
     std::vector<std::string> wanted = benchmarkNames();
-    CLI::App commandLine {"Measures the bridge to the page against references. A missed bar is no failure."};
+    CLI::App commandLine{"Measures the bridge to the page against references. A missed bar is no failure."};
     commandLine.add_option("benchmarks", wanted, "Which ones; all when left out")
         ->check(CLI::IsMember(benchmarkNames()));
-    commandLine.add_option("--rounds", effort.rounds, "Rounds of reads and references")->capture_default_str();
+    commandLine.add_option("--rounds", effort.rounds, "Rounds of reads and references")
+        ->capture_default_str();
     commandLine.add_option("--reads", effort.reads, "Property reads in a round")->capture_default_str();
     commandLine.add_option("--elements", effort.elements, "Elements in a round")->capture_default_str();
     commandLine.add_option("--loads", effort.loads, "Loads of a page")->capture_default_str();

@@ -1,5 +1,5 @@
-// bench_protocol: what one property read costs the host itself, without a browser. When bench_bridge misses a bar,
-// this tells how much of a read is composing and parsing of text.
+// bench_protocol: what one property read costs the host itself, without a browser. When bench_bridge misses a
+// bar, this tells how much of a read is composing and parsing of text.
 #include "host/browser/evaluation.h"
 #include "host/browser/protocolmessage.h"
 #include "wrappers/web/scripttext.h"
@@ -20,7 +20,7 @@ const QString session = u"0F4A3D7C5B9E81264F0A3D7C5B9E8126"_s;
 QString readScript()
 {
     return WebWrapper::script(u"window.top.__ostrel.getPropertyValue( %1, '%2');",
-        WebWrapper::Expr {u"top.__ostrel__globalObjectRefStore[7]"_s}, WebWrapper::Expr {u"tagName"_s});
+        WebWrapper::Expr{u"top.__ostrel__globalObjectRefStore[7]"_s}, WebWrapper::Expr{u"tagName"_s});
 }
 
 QByteArray answerText()
@@ -43,8 +43,8 @@ BENCHMARK(composeBareCommand);
 void composeRead(benchmark::State &state)
 {
     for (auto _ : state) {
-        benchmark::DoNotOptimize(composeCommand(
-            12, session, u"Runtime.evaluate"_s, evaluationParameters(readScript(), limitMs)));
+        benchmark::DoNotOptimize(
+            composeCommand(12, session, u"Runtime.evaluate"_s, evaluationParameters(readScript(), limitMs)));
     }
 }
 BENCHMARK(composeRead);

@@ -1,4 +1,5 @@
-// The benchmarks of the bridge, each in a file of its own. Each gives its rows of the table or says what failed.
+// The benchmarks of the bridge, each in a file of its own. Each gives its rows of the table or says what
+// failed.
 #pragma once
 
 #include "ostrelhook/functioncallresult.h"
@@ -18,8 +19,9 @@ struct Effort
     int sessions = 5; ///< how often a browser is started and ended
 };
 
-/// One property of one element, read again and again: through a wrapper and from a script, against a client that
-/// sends the same text over the same connection and against another library's read of an element's property.
+/// One property of one element, read again and again: through a wrapper and from a script, against a client
+/// that sends the same text over the same connection and against another library's read of an element's
+/// property.
 FunctionCallResult<QList<Row>> measurePropertyReads(const Effort &effort);
 
 /// References of many elements against references of few, as time per element.

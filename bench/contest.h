@@ -15,14 +15,14 @@ using Turn = std::function<FunctionCallResult<double>()>;
 struct Rounds
 {
     int count = 1;
-    /// Turns of each contestant in one round, whose times are added up. Many short turns spread the noise more evenly
-    /// than few long ones.
+    /// Turns of each contestant in one round, whose times are added up. Many short turns spread the noise
+    /// more evenly than few long ones.
     int turns = 1;
 };
 
-/// The median over the rounds of each contestant's time, in milliseconds. A round that does not count goes before,
-/// and every other time the order is reversed: nobody always comes behind the same neighbour. The first failure
-/// ends the contest.
+/// The median over the rounds of each contestant's time, in milliseconds. A round that does not count goes
+/// before, and every other time the order is reversed: nobody always comes behind the same neighbour. The
+/// first failure ends the contest.
 FunctionCallResult<QList<double>> medianTimes(const QList<Turn> &contestants, const Rounds &rounds);
 
 /// Milliseconds that `work` took, or its failure.

@@ -35,9 +35,9 @@ FunctionCallResult<QList<Row>> measureInjection(const Effort &effort)
     WebWrapper::MemoryBasedConfig config;
     const ChannelAddress address = FetchCarrier::makeAddress();
     const FetchCarrier carrier(page, &channel, address);
-    const PageFacts facts {browser.value->majorVersion(), address.portText()};
-    const Injection injection {
-        WebWrapper::getOstrelJsNamespaceInitCode(), pageVariables(config, facts), WebWrapper::getJSCode(config)};
+    const PageFacts facts{browser.value->majorVersion(), address.portText()};
+    const Injection injection{WebWrapper::getOstrelJsNamespaceInitCode(), pageVariables(config, facts),
+        WebWrapper::getJSCode(config)};
     const auto load = [&](const Injection &injected) {
         return [page, injected]() -> FunctionCallResult<double> {
             // Before the clock starts, the page has answered: what is injected is in force.
@@ -53,7 +53,7 @@ FunctionCallResult<QList<Row>> measureInjection(const Effort &effort)
         return Failure(times.error);
 
     constexpr double limitMs = 30;
-    return QList<Row> {Row {u"load with injection / load of an empty page"_s, times.value.at(0),
+    return QList<Row>{Row{u"load with injection / load of an empty page"_s, times.value.at(0),
         times.value.at(1), Row::Bar::Difference, limitMs}};
 }
 

@@ -104,26 +104,26 @@ FunctionCallResult<QList<Row>> measurePropertyReads(const Effort &effort)
         = composedText(*element, [](HTML_Object &twin) { static_cast<void>(twin.property("tagName")); });
     const int reads = qMax(1, effort.reads / turnsInRound);
     const QString loop = u"for (var i = 0; i < %1; ++i) { element.tagName; }"_s.arg(reads);
-    const FunctionCallResult<QList<double>> times = medianTimes(
-        {
-            repeated(reads, [&] { return element->tagName(); }),
-            repeated(reads, [&] { return readBarely(*page, tagNameText); }),
-            repeated(reads, [&] { return element->property("tagName"); }),
-            repeated(reads, [&] { return readBarely(*page, propertyText); }),
-            [&] { return timed([&] { return runScript(engine, loop); }); },
-            [&] { return peer.ask(u"read %1"_s.arg(reads)); },
-        },
-        {effort.rounds, turnsInRound});
+    const FunctionCallResult<QList<double>> times
+        = medianTimes({
+                          repeated(reads, [&] { return element->tagName(); }),
+                          repeated(reads, [&] { return readBarely(*page, tagNameText); }),
+                          repeated(reads, [&] { return element->property("tagName"); }),
+                          repeated(reads, [&] { return readBarely(*page, propertyText); }),
+                          [&] { return timed([&] { return runScript(engine, loop); }); },
+                          [&] { return peer.ask(u"read %1"_s.arg(reads)); },
+                      },
+            {effort.rounds, turnsInRound});
     if (times.failed())
         return Failure(times.error);
 
     enum Contestant { TagName, BareTagName, Property, BareProperty, Script, Playwright };
     const auto row = [&](const QString &name, Contestant ours, Contestant reference, double limit) {
-        return Row {name, times.value.at(ours), times.value.at(reference), Row::Bar::Ratio, limit};
+        return Row{name, times.value.at(ours), times.value.at(reference), Row::Bar::Ratio, limit};
     };
     constexpr double bareLimit = 1.3;
     constexpr double playwrightLimit = 1.0;
-    return QList<Row> {
+    return QList<Row>{
         row(u"reads by tagName() / bare protocol client"_s, TagName, BareTagName, bareLimit),
         row(u"reads by property() / bare protocol client"_s, Property, BareProperty, bareLimit),
         row(u"reads from a script / bare protocol client"_s, Script, BareTagName, bareLimit),

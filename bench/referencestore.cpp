@@ -13,9 +13,9 @@ namespace {
 
 constexpr int fewElements = 1000;
 
-// Each turn has elements of its own, since the first reference of an element costs more than the later ones. So
-// that a turn with few of them is long enough for the page's coarse clock, it fills one store after the other
-// until it has worked on as many elements as the turn with many.
+// Each turn has elements of its own, since the first reference of an element costs more than the later ones.
+// So that a turn with few of them is long enough for the page's coarse clock, it fills one store after the
+// other until it has worked on as many elements as the turn with many.
 const QString measureFunctions = uR"(
 function makeElements(count) {
     var elements = [], i;
@@ -89,11 +89,11 @@ FunctionCallResult<QList<Row>> measureReferenceStore(const Effort &effort)
 
     constexpr double limit = 2.0;
     const auto row = [&](const QString &name, int ours, int reference) {
-        return Row {name, times.value.at(ours), times.value.at(reference), Row::Bar::Ratio, limit};
+        return Row{name, times.value.at(ours), times.value.at(reference), Row::Bar::Ratio, limit};
     };
-    const QString sizes = u"%1 elements / by %2"_s.arg(
-        QString::number(effort.elements), QString::number(fewElements));
-    return QList<Row> {
+    const QString sizes
+        = u"%1 elements / by %2"_s.arg(QString::number(effort.elements), QString::number(fewElements));
+    return QList<Row>{
         row(u"new references, "_s + sizes, 0, 1),
         row(u"known references, "_s + sizes, 2, 3),
     };

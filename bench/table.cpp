@@ -41,8 +41,9 @@ QString verdict(const Row &row)
 QString line(const QString &name, const QString &ours, const QString &reference, const QString &ratio,
     const QString &bar, const QString &result)
 {
-    return name.leftJustified(nameWidth) + ours.rightJustified(timeWidth) + reference.rightJustified(timeWidth)
-        + ratio.rightJustified(ratioWidth) + bar.rightJustified(barWidth) + u"  "_s + result + u'\n';
+    return name.leftJustified(nameWidth) + ours.rightJustified(timeWidth)
+        + reference.rightJustified(timeWidth) + ratio.rightJustified(ratioWidth)
+        + bar.rightJustified(barWidth) + u"  "_s + result + u'\n';
 }
 
 } // namespace
@@ -65,8 +66,8 @@ QString tableText(const QList<Row> &rows)
     QString text
         = line(u"benchmark / reference"_s, u"ours, ms"_s, u"ref., ms"_s, u"ratio"_s, u"bar"_s, u"result"_s);
     for (const Row &row : rows)
-        text += line(row.name, number(row.ours, 2), number(row.reference, 2), number(row.ratio(), 2), barText(row),
-            verdict(row));
+        text += line(row.name, number(row.ours, 2), number(row.reference, 2), number(row.ratio(), 2),
+            barText(row), verdict(row));
     const auto missed
         = std::count_if(rows.begin(), rows.end(), [](const Row &row) { return row.isMissed(); });
     text += u"%1 rows, %2 missed\n"_s.arg(QString::number(rows.size()), QString::number(missed));

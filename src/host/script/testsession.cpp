@@ -31,7 +31,8 @@ const QString contextDocument
 /// Addresses that name no server: the text behind the scheme is all there is.
 bool hasOwnContent(const QString &address)
 {
-    return address.startsWith("about:"_L1) || address.startsWith("data:"_L1) || address.startsWith("blob:"_L1);
+    return address.startsWith("about:"_L1) || address.startsWith("data:"_L1)
+        || address.startsWith("blob:"_L1);
 }
 
 } // namespace

@@ -316,7 +316,7 @@ TEST_F(ToplevelLookup, TheLimitComesFromTheEnvironmentWhenItIsANumber)
         unsigned int limit;
     };
     for (const Row &row : {Row{"abc", 5000U}, Row{"250", 250U}, Row{"0", 0U}, Row{"", 5000U}}) {
-        const ScopedVariable variable("OSTREL_WEB_OBJECT_LOOKUP_TIMEOUT", row.variable);
+        const ScopedVariable variable("OSTREL_WEB_OBJECT_LOOKUP_TIMEOUT", QString::fromLatin1(row.variable));
         page.answer(uR"({"refName":null,"type":"[unknown]"})"_s);
 
         EXPECT_EQ(Toplevel(&page).objectByQualifiedName(nullptr, ObjectName(u"{tagName='P'}"_s)), nullptr);
