@@ -1,5 +1,6 @@
 #include "ostrelhook/class.h"
 
+#include "ostrelhook/delegates.h"
 #include "ostrelhook/inspector.h"
 #include "ostrelhook/namespace.h"
 #include "ostrelhook/overloads.h"
@@ -207,14 +208,16 @@ SharedPtr<Object> Class::getProperty(const SharedPtr<Object> &, const Property *
 
 void Class::deleteObjectData(Object *) { }
 
-bool Class::canConvertTo(const Class *) const
+bool Class::canConvertTo(const Class *target) const
 {
-    return false;
+    const auto *delegate = DelegateFactory::self()->delegate<CastDelegate>(this);
+    return delegate && delegate->canCast(target);
 }
 
-SharedPtr<Object> Class::convertTo(const SharedPtr<Object> &, const Class *) const
+SharedPtr<Object> Class::convertTo(const SharedPtr<Object> &object, const Class *target) const
 {
-    return {};
+    const auto *delegate = DelegateFactory::self()->delegate<CastDelegate>(this);
+    return delegate ? delegate->cast(object, target) : nullptr;
 }
 
 void Class::initSuperClass() const { }

@@ -1,7 +1,6 @@
 #include "ostrelhook/object.h"
 
 #include "ostrelhook/class.h"
-#include "ostrelhook/delegates.h"
 #include "ostrelhook/inspector.h"
 
 #include <QLocale>
@@ -78,11 +77,10 @@ bool Object::isNull() const
 std::optional<QString> Object::castToText() const
 {
     const Class *text = Inspector::self()->primitiveClass(PrimitiveType::String);
-    const auto *delegate = DelegateFactory::self()->delegate<CastDelegate>(m_class);
     const SharedPtr<Object> self = std::const_pointer_cast<Object>(weak_from_this().lock());
-    if (!m_data || !self || !delegate || !delegate->canCast(text))
+    if (!m_data || !self || !m_class->canConvertTo(text))
         return std::nullopt;
-    const SharedPtr<Object> result = delegate->cast(self, text);
+    const SharedPtr<Object> result = m_class->convertTo(self, text);
     const auto *value = result ? std::get_if<QString>(&result->primitive()) : nullptr;
     return value ? std::optional(*value) : std::nullopt;
 }

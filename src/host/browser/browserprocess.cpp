@@ -2,7 +2,6 @@
 
 #include "host/browser/pipetransport.h"
 
-#include <QDeadlineTimer>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -18,7 +17,6 @@
 #include <vector>
 
 #include <fcntl.h>
-#include <poll.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -29,7 +27,6 @@ namespace {
 
 constexpr int startLimitMs = 10000;
 constexpr int endNewsLimitMs = 2000;
-constexpr int closeGraceMs = 3000;
 constexpr int killLimitMs = 2000;
 constexpr int groupGraceMs = 1000;
 constexpr int pollPauseMs = 10;
@@ -125,25 +122,6 @@ bool groupIsAlive(qint64 group)
     });
 }
 
-bool mayBeRepeated()
-{
-    return errno == EINTR || errno == EAGAIN;
-}
-
-// Waits until the browser has closed its end of the pipe; what still comes out of it is of no use to anybody.
-void waitForLastWord(int descriptor, int limitMs)
-{
-    std::array<char, 4096> unread;
-    const QDeadlineTimer deadline(limitMs);
-    while (!deadline.hasExpired()) {
-        pollfd pipe{descriptor, POLLIN, 0};
-        const int ready = poll(&pipe, 1, int(deadline.remainingTime()));
-        const ssize_t count = ready > 0 ? ::read(descriptor, unread.data(), unread.size()) : ready;
-        if (count == 0 || (count < 0 && !mayBeRepeated()))
-            return;
-    }
-}
-
 void waitForGroupToEnd(qint64 group, int limitMs)
 {
     QElapsedTimer elapsed;
@@ -229,19 +207,15 @@ FunctionCallResult<std::unique_ptr<Transport>> BrowserProcess::start(
     auto transport = std::make_unique<PipeTransport>(answers.readEnd, commands.writeEnd);
     if (!started)
         return Failure(u"Could not start the browser '%1': %2"_s.arg(executable, m_process.errorString()));
-    m_answers = fcntl(answers.readEnd, F_DUPFD_CLOEXEC, 0);
     m_group = m_process.processId();
     return std::unique_ptr<Transport>(std::move(transport));
 }
 
-// A browser closes its pipe when its tabs are closed and their pages have had their last word. What it does
-// from then on takes several times as long and is only for the good of its profile, which goes anyway.
+// A browser that closes by itself spends most of that time on putting its profile in order, which goes
+// anyway.
 void BrowserProcess::stop()
 {
     if (m_group > 0) {
-        if (isRunning())
-            waitForLastWord(m_answers, closeGraceMs);
-        ::close(m_answers);
         kill(pid_t(-m_group), SIGKILL);
         if (isRunning())
             m_process.waitForFinished(killLimitMs);

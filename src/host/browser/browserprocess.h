@@ -31,8 +31,8 @@ public:
     FunctionCallResult<std::unique_ptr<Transport>> start(
         const QString &executable, const QStringList &arguments);
 
-    /// Ends the browser: lets it close its tabs, which it does by itself since its pipe is closed by now, and
-    /// then kills all its processes. Blocks for a few seconds at most. The profile is gone afterwards.
+    /// Ends the browser at once, with all its processes. Blocks for a few seconds at most. The profile is
+    /// gone afterwards.
     void stop();
 
     bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
@@ -52,7 +52,6 @@ private:
     QProcess m_process;
     std::unique_ptr<Profile> m_profile;
     qint64 m_group = 0; ///< the browser leads a process group of its own
-    int m_answers = -1; ///< another reading end of the browser's pipe, to see when it is closed
     QByteArray m_lastOutput;
 };
 

@@ -10,6 +10,7 @@
 #include "support/printers.h"
 #include "support/scriptcalls.h"
 
+#include "ostrelhook/delegates.h"
 #include "ostrelhook/inspector.h"
 #include "probelog/tracepoint.h"
 
@@ -261,6 +262,7 @@ TEST(CssColor, TurnsIntoTextOnly)
 
 TEST(CssColor, TextHoldsAllComponents)
 {
+    EXPECT_EQ(objectAsText(make(u"fromRgb"_s, 1, 2, 3).value), u"rgba(1,2,3,1)"_s) << "as a script prints it";
     EXPECT_EQ(asText(make(u"fromRgb"_s, 1, 2, 3).value).text(), u"rgba(1,2,3,1)"_s);
     EXPECT_EQ(asText(make(u"fromRgba"_s, 0, 255, 16, 0.1).value).text(), u"rgba(0,255,16,0.1)"_s);
     EXPECT_EQ(asText(make(u"fromRgba"_s, 0, 0, 0, 0).value).text(), u"rgba(0,0,0,0)"_s);
