@@ -19,6 +19,8 @@ struct Overloaded : Cases...
 {
     using Cases::operator()...;
 };
+template <typename... Cases>
+Overloaded(Cases...) -> Overloaded<Cases...>;
 
 QString numberText(double value)
 {

@@ -120,7 +120,7 @@ SharedPtr<Object> wrapTableRange(std::unique_ptr<TableRange> range)
     const Class *type = Inspector::self()->findClass(QString::fromLatin1(TableRange::ScriptName));
     SharedPtr<Object> object = type->wrap(range.get(), ObjectAttribute::Pointer());
     object->setOwning(range != nullptr);
-    range.release();
+    static_cast<void>(range.release()); // the object owns it now
     return object;
 }
 

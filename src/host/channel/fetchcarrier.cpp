@@ -24,7 +24,7 @@ QString bodyOf(const QJsonObject &request)
 {
     QByteArray body;
     const QJsonArray entries = request.value("postDataEntries"_L1).toArray();
-    for (const QJsonValue &entry : entries)
+    for (const auto &entry : entries)
         body += QByteArray::fromBase64(entry.toObject().value("bytes"_L1).toString().toLatin1());
     return QString::fromUtf8(body);
 }

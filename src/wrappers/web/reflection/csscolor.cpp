@@ -130,8 +130,8 @@ std::unique_ptr<Method> CssColorClass::createMethod(int index) const
     const int local = index - superClassOffset(Methods);
     QList<Argument> parameters;
     for (int i = 0; i < channelCount; ++i)
-        parameters.append(
-            Argument(memberNames[std::size_t(Red + i)], u"int"_s, ObjectAttribute::Value(), nullptr));
+        parameters.append(Argument(
+            memberNames[std::size_t(Red) + std::size_t(i)], u"int"_s, ObjectAttribute::Value(), nullptr));
     if (local == FromRgba)
         parameters.append(Argument(memberNames[Alpha], u"double"_s, ObjectAttribute::Value(), nullptr));
     return std::make_unique<Method>(const_cast<CssColorClass *>(this),

@@ -55,7 +55,7 @@ SharedPtr<Object> CSSProperties_Class::getProperty(const SharedPtr<Object> &obje
 {
     Inspector *inspector = Inspector::self();
     const auto *css = object ? static_cast<const CssProperties *>(object->data()) : nullptr;
-    const QString name = property->name();
+    const QString &name = property->name();
     if (!css || !css->values.contains(name)) {
         inspector->raiseError(message(u"Unknown CSS property '%1'.", name));
         return {};
