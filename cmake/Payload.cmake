@@ -18,7 +18,7 @@ function(pageprobe_embed_payload target)
         if(EXISTS ${PAYLOAD_SOURCE_DIR}/${file})
             list(APPEND dependencies ${PAYLOAD_SOURCE_DIR}/${file})
         else()
-            message(WARNING "The payload lacks ${file}, which sections.txt names.")
+            message(FATAL_ERROR "The payload lacks ${file}, which sections.txt names.")
         endif()
     endforeach()
 
