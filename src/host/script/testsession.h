@@ -60,6 +60,9 @@ public:
     /// The page that scripts talk to: the one in which something was found last; null when none is open.
     BrowserPage *activePage() const { return m_windows.active(); }
 
+    /// Where the served folder is reached; an error when none is served.
+    FunctionCallResult<QString> serverAddress() const;
+
     /// Opens an address in the active page and waits until it has loaded.
     FunctionCallResult<void> open(const QString &address);
 
@@ -82,7 +85,6 @@ private:
     void registerLookupFunctions();
 
     FunctionCallResult<WebWrapper::HTML_Document *> activeDocument() const;
-    FunctionCallResult<QString> serverAddress() const;
     FunctionCallResult<void> saveScreenshot(const QString &fileName) const;
     FunctionCallResult<void> snooze(double seconds) const;
 
