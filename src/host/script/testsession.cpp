@@ -4,9 +4,12 @@
 #include "ostrelhook/globalfunction.h"
 #include "probelog/tracepoint.h"
 #include "wrappers/web/formelements.h"
+#include "wrappers/web/jsobject.h"
 #include "wrappers/web/objectfactory.h"
 #include "wrappers/web/payload.h"
 #include "wrappers/web/reflection/webclasses.h"
+#include "wrappers/web/replay.h"
+#include "wrappers/web/sharedfunctions.h"
 #include "wrappers/web/webobjectdelegate.h"
 #include "wrappers/web/webutilities.h"
 
@@ -41,6 +44,9 @@ void registerObjectModel()
 {
     static const bool registered = [] {
         createWebObjectClasses();
+        new JsObjectClass(Inspector::self()->globalNamespace());
+        new ApplicationEventDelegate;
+        setupSharedObjectModelFunctions();
         return true;
     }();
     Q_UNUSED(registered)
