@@ -46,6 +46,12 @@ SessionOptions sessionOptions(const RunOptions &options)
     return session;
 }
 
+class LogPrinter : public ResultSink
+{
+public:
+    void logged(const QString &text) override { say(stdout, text); }
+};
+
 void reportFailure(const ScriptError &error)
 {
     say(stderr, error.text());
@@ -76,6 +82,7 @@ int run(const RunOptions &options)
         say(stderr, u"pageprobe run: there is no script '%1'."_s.arg(script));
         return Unusable;
     }
+    LogPrinter printer;
     FunctionCallResult<std::unique_ptr<TestSession>> session;
     ScriptOutcome outcome;
     {
@@ -91,7 +98,7 @@ int run(const RunOptions &options)
                 if (session.value)
                     session.value->stop();
             });
-        session = TestSession::start(sessionOptions(options), [](const QString &line) { say(stdout, line); });
+        session = TestSession::start(sessionOptions(options), printer);
         if (session.failed()) {
             say(stderr, u"pageprobe run: %1"_s.arg(session.error));
             return Unusable;

@@ -53,18 +53,18 @@ void registerObjectModel()
 }
 
 FunctionCallResult<std::unique_ptr<TestSession>> TestSession::start(
-    const SessionOptions &options, LogFunction log)
+    const SessionOptions &options, ResultSink &results)
 {
     registerObjectModel();
-    std::unique_ptr<TestSession> session(new TestSession(options, std::move(log)));
+    std::unique_ptr<TestSession> session(new TestSession(options, results));
     const FunctionCallResult<void> launched = session->launch(options);
     if (launched.failed())
         return Failure(launched.error);
     return session;
 }
 
-TestSession::TestSession(const SessionOptions &options, LogFunction log)
-    : m_log(std::move(log)), m_channelAddress(FetchCarrier::makeAddress())
+TestSession::TestSession(const SessionOptions &options, ResultSink &results)
+    : m_results(results), m_channelAddress(FetchCarrier::makeAddress())
 {
     if (!options.servedDirectory.isEmpty())
         m_server = std::make_unique<StaticServer>(options.servedDirectory);
@@ -145,7 +145,7 @@ void TestSession::registerFunctions()
     add("saveScreenshot", {"fileName"}, [this](const QString &name) { return saveScreenshot(name); });
     add("snooze", {"seconds"}, [this](double seconds) { return snooze(seconds); });
     add("log", {"text"}, [this](const QString &text) {
-        m_log(text);
+        m_results.logged(text);
         return FunctionCallResult<void>();
     });
 }
