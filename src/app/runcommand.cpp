@@ -32,6 +32,12 @@ void say(FILE *stream, const QString &line)
     QTextStream(stream) << line << Qt::endl;
 }
 
+class LogPrinter : public ResultSink
+{
+public:
+    void logged(const QString &text) override { say(stdout, text); }
+};
+
 void reportFailure(const ScriptError &error)
 {
     say(stderr, error.text());
@@ -66,6 +72,7 @@ int run(const RunOptions &options)
         say(stderr, u"pageprobe run: %1"_s.arg(names.error));
         return Unusable;
     }
+    LogPrinter printer;
     FunctionCallResult<std::unique_ptr<TestSession>> session;
     ScriptOutcome outcome;
     {
@@ -81,8 +88,7 @@ int run(const RunOptions &options)
                 if (session.value)
                     session.value->stop();
             });
-        session = TestSession::start(
-            sessionOptions(options.browser), [](const QString &line) { say(stdout, line); });
+        session = TestSession::start(sessionOptions(options.browser), printer);
         if (session.failed()) {
             say(stderr, u"pageprobe run: %1"_s.arg(session.error));
             return Unusable;
