@@ -1,3 +1,4 @@
+#include "app/browserarguments.h"
 #include "app/commands.h"
 #include "app/exitcodes.h"
 #include "app/interruption.h"
@@ -19,14 +20,10 @@ using namespace Host;
 
 namespace {
 
-constexpr double longestTimeout = 24 * 60 * 60; // in seconds
-
 struct RunOptions
 {
     std::string script;
-    bool headed = false;
-    std::string browserPath;
-    double timeout = BrowserPage::defaultLimitMs / 1000.0;
+    BrowserArguments browser;
     bool keepOpen = false;
     std::string served;
 };
@@ -34,16 +31,6 @@ struct RunOptions
 void say(FILE *stream, const QString &line)
 {
     QTextStream(stream) << line << Qt::endl;
-}
-
-SessionOptions sessionOptions(const RunOptions &options)
-{
-    SessionOptions session;
-    session.browser.headless = !options.headed;
-    session.browser.executable = QString::fromStdString(options.browserPath);
-    session.browser.evaluationLimitMs = int(options.timeout * 1000);
-    session.servedDirectory = QString::fromStdString(options.served);
-    return session;
 }
 
 void reportFailure(const ScriptError &error)
@@ -76,6 +63,10 @@ int run(const RunOptions &options)
         say(stderr, u"pageprobe run: there is no script '%1'."_s.arg(script));
         return Unusable;
     }
+    if (const FunctionCallResult<void> names = loadNamesBeside(script); names.failed()) {
+        say(stderr, u"pageprobe run: %1"_s.arg(names.error));
+        return Unusable;
+    }
     FunctionCallResult<std::unique_ptr<TestSession>> session;
     ScriptOutcome outcome;
     {
@@ -91,7 +82,9 @@ int run(const RunOptions &options)
                 if (session.value)
                     session.value->stop();
             });
-        session = TestSession::start(sessionOptions(options), [](const QString &line) { say(stdout, line); });
+        SessionOptions wanted = sessionOptions(options.browser);
+        wanted.servedDirectory = QString::fromStdString(options.served);
+        session = TestSession::start(wanted, [](const QString &line) { say(stdout, line); });
         if (session.failed()) {
             say(stderr, u"pageprobe run: %1"_s.arg(session.error));
             return Unusable;
@@ -116,11 +109,7 @@ Command addRunCommand(CLI::App &commandLine)
     CLI::App *command = commandLine.add_subcommand("run", "Run a test script in a browser");
     auto options = std::make_shared<RunOptions>();
     command->add_option("script", options->script, "The script, a JavaScript file")->required();
-    command->add_flag("--headed", options->headed, "Show the browser's window");
-    command->add_option("--browser-path", options->browserPath, "The browser's executable");
-    command->add_option("--timeout", options->timeout, "Limit of a single call into the page, in seconds")
-        ->check(CLI::Range(0.001, longestTimeout))
-        ->capture_default_str();
+    addBrowserOptions(*command, options->browser);
     command->add_flag("--keep-open", options->keepOpen, "Leave the browser open after the script");
     command->add_option(
         "--serve", options->served, "Serve a folder on the loopback address; scripts ask serverAddress()");
