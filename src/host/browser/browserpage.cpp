@@ -177,7 +177,12 @@ void BrowserPage::setGone(WaitState state)
 BrowserPage::EvalResult BrowserPage::evaluateJavaScript(const QString &script, unsigned int timeoutMs) const
 {
     const int limitMs = limitOr(int(timeoutMs));
-    const Answer answer = await(u"Runtime.evaluate"_s, evaluationParameters(script, limitMs), limitMs);
+    const QString document = m_document;
+    Answer answer = await(u"Runtime.evaluate"_s, evaluationParameters(script, limitMs), limitMs);
+    // A document that came meanwhile has answered what was asked of another one: its references mean nothing
+    // here.
+    if (answer.state == WaitState::Answered && !document.isEmpty() && answer.document != document)
+        answer.state = WaitState::NavigatedAway;
     if (answer.state != WaitState::Answered)
         return {describe(answer.state, limitMs), true, false};
     if (answer.result.failed())
@@ -198,14 +203,16 @@ BrowserPage::Answer BrowserPage::await(
     const QString &method, const QJsonObject &parameters, int limitMs) const
 {
     if (!m_refusal.isEmpty())
-        return {WaitState::Answered, Failure(m_refusal)};
+        return {WaitState::Answered, Failure(m_refusal), m_document};
     if (m_waits.size() >= deepestNesting)
-        return {WaitState::Answered, Failure(u"Too many evaluations wait for the page already"_s)};
-    Answer answer{obstacle(), {}};
+        return {
+            WaitState::Answered, Failure(u"Too many evaluations wait for the page already"_s), m_document};
+    Answer answer{obstacle(), {}, {}};
     if (answer.state == WaitState::Waiting) {
         AnswerWait wait(m_waits);
         const int id = m_connection->send(m_session, method, parameters, [&](const CommandResult &result) {
             answer.result = result;
+            answer.document = m_document;
             wait.end(stateOf(result));
         });
         answer.state = wait.run(limitMs + answerGraceMs);

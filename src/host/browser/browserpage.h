@@ -118,6 +118,7 @@ private:
     {
         WaitState state = WaitState::Waiting;
         CommandResult result;
+        QString document; ///< the one that was there when the answer came
     };
 
     Answer await(const QString &method, const QJsonObject &parameters, int limitMs) const;
