@@ -52,6 +52,12 @@ public:
 
     Browser *browser() const { return m_browser.get(); }
 
+    /// What the pages of the session have to say.
+    PageChannel *channel() { return &m_channel; }
+
+    /// Sets a variable of the page script in all pages, those that open later included.
+    FunctionCallResult<void> setPageVariable(const QString &name, const QJsonValue &value);
+
     /// The windows under test.
     WindowList *windows() { return &m_windows; }
     Lookup *lookup() { return &m_lookup; }
