@@ -63,6 +63,12 @@ void BrowserPage::listen()
         m_loadedDocument = event.value("loaderId"_L1).toString();
         Q_EMIT documentLoaded();
     });
+    m_connection->listen(m_session, u"Page.frameStartedLoading"_s, this,
+        [this](const QJsonObject &event) { m_loadingFrames.insert(event.value("frameId"_L1).toString()); });
+    for (const QString &end : {u"Page.frameStoppedLoading"_s, u"Page.frameDetached"_s}) {
+        m_connection->listen(m_session, end, this,
+            [this](const QJsonObject &event) { noteLoaded(event.value("frameId"_L1).toString()); });
+    }
     m_connection->listen(m_session, u"Page.javascriptDialogOpening"_s, this,
         [this](const QJsonObject &event) { noteDialog(event); });
     m_connection->listen(
@@ -84,6 +90,24 @@ void BrowserPage::noteNavigation(const QJsonObject &frame)
     m_document = frame.value("loaderId"_L1).toString();
     m_address = frame.value("url"_L1).toString() + frame.value("urlFragment"_L1).toString();
     Q_EMIT documentGone(m_address);
+}
+
+void BrowserPage::noteLoaded(const QString &frame)
+{
+    if (m_loadingFrames.remove(frame) && m_loadingFrames.isEmpty())
+        Q_EMIT loadingEnded();
+}
+
+bool BrowserPage::waitUntilLoaded(int limitMs)
+{
+    if (!isLoading())
+        return true;
+    AnswerWait wait(m_waits);
+    const auto connection
+        = connect(this, &BrowserPage::loadingEnded, this, [&wait] { wait.end(WaitState::Answered); });
+    wait.run(limitMs);
+    disconnect(connection);
+    return !isLoading();
 }
 
 void BrowserPage::noteDialog(const QJsonObject &event)
@@ -168,6 +192,7 @@ void BrowserPage::setGone(WaitState state)
         return;
     m_gone = state;
     m_dialog.reset();
+    m_loadingFrames.clear();
     m_connection->endSession(m_session, describe(state, 0));
     endWaits(state);
     Q_EMIT documentGone({});

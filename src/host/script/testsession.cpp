@@ -80,6 +80,7 @@ TestSession::TestSession(const SessionOptions &options, ResultSink &results)
         m_server = std::make_unique<StaticServer>(options.servedDirectory);
     connect(&m_channel, &PageChannel::debugLineLogged, this,
         [](const QString &line) { PROBELOG_TRACE("WebWrapper", line); });
+    m_dialogs.attend(m_channel);
     registerFunctions();
 }
 
@@ -123,6 +124,7 @@ FunctionCallResult<void> TestSession::preparePage(BrowserPage *page, Begun begun
 {
     page->setConfig(&m_config);
     m_windows.add(page);
+    m_dialogs.attend(page);
     auto *carrier = new FetchCarrier(page, &m_channel, m_channelAddress);
     carrier->setParent(page);
     Injection injection = m_injection;
@@ -159,6 +161,7 @@ void TestSession::registerFunctions()
     add("activeDocument", {}, [this] { return activeDocument(); });
     add("serverAddress", {}, [this] { return serverAddress(); });
     add("saveScreenshot", {"fileName"}, [this](const QString &name) { return saveScreenshot(name); });
+    add("evaluateInPage", {"code"}, [this](const QString &code) { return evaluateInPage(code); });
     add("snooze", {"seconds"}, [this](double seconds) { return snooze(seconds); });
     add("log", {"text"}, [this](const QString &text) {
         m_results.logged(text);
@@ -224,6 +227,14 @@ FunctionCallResult<QString> TestSession::serverAddress() const
     if (!m_server)
         return Failure(u"No folder is served: start the script with --serve DIRECTORY."_s);
     return m_server->url();
+}
+
+FunctionCallResult<AnyValue> TestSession::evaluateInPage(const QString &code) const
+{
+    BrowserPage *page = activePage();
+    if (!page)
+        return Failure(u"There is no open page."_s);
+    return AnyValue{retrieveJSObject(page, code)};
 }
 
 FunctionCallResult<void> TestSession::saveScreenshot(const QString &fileName) const

@@ -5,8 +5,13 @@
 #include "host/browser/injection.h"
 #include "host/channel/channeladdress.h"
 #include "host/channel/pagechannel.h"
+#include "host/input/protocoldevices.h"
 #include "host/report/resultsink.h"
+#include "host/script/dialoganswers.h"
+#include "host/script/eventhandlers.h"
 #include "host/script/lookup.h"
+#include "host/script/replay.h"
+#include "host/script/verifications.h"
 #include "host/script/windowlist.h"
 #include "host/staticserver.h"
 #include "ostrelhook/functioncallresult.h"
@@ -90,6 +95,7 @@ private:
     void registerLookupFunctions();
 
     FunctionCallResult<WebWrapper::HTML_Document *> activeDocument() const;
+    FunctionCallResult<AnyValue> evaluateInPage(const QString &code) const;
     FunctionCallResult<void> saveScreenshot(const QString &fileName) const;
     FunctionCallResult<void> snooze(double seconds) const;
 
@@ -102,6 +108,11 @@ private:
     Injection m_injection;
     WindowList m_windows;
     Lookup m_lookup{&m_windows};
+    Replay m_replay{&m_windows, &m_lookup};
+    DialogAnswers m_dialogs{[this](const QString &line) { m_results.logged(line); }};
+    EventHandlers m_eventHandlers{m_channel};
+    Verifications m_verifications{m_results};
+    ProtocolDevices m_devices{[this] { return activePage(); }};
     std::vector<GlobalMethod *> m_functions;
 };
 
