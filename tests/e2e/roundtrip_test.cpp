@@ -45,7 +45,8 @@ void PrintTo(const PageRow &row, std::ostream *stream)
 }
 
 const QList<PageRow> pageRows{
-    {"shop_index", u"demo/index.html"_s, u"document.getElementById('more').getAttribute('aria-busy') === 'false'"_s},
+    {"shop_index", u"demo/index.html"_s,
+        u"document.getElementById('more').getAttribute('aria-busy') === 'false'"_s},
     {"shop_product", u"demo/product.html?id=hinkle-clock"_s, u"true"_s},
     {"shop_popup", u"demo/popup.html"_s, u"true"_s},
     {"shop_cart", u"demo/cart.html"_s, u"true"_s, fillCart},
@@ -113,6 +114,8 @@ protected:
         ASSERT_TRUE(session);
         page = session->activePage();
         ASSERT_TRUE(page);
+        constexpr int limitMs = 120000;
+        page->setDefaultLimit(limitMs);
         m_toplevel = std::make_unique<PageToplevel>(page);
     }
 
@@ -143,8 +146,7 @@ protected:
     QList<NamedElement> nameAll() const
     {
         QList<NamedElement> elements;
-        const QJsonArray records
-            = QJsonDocument::fromJson(evaluate(u"roundTrip.names()"_s).toUtf8()).array();
+        const QJsonArray records = QJsonDocument::fromJson(evaluate(u"roundTrip.names()"_s).toUtf8()).array();
         for (const QJsonValue &record : records)
             elements.append({record["reference"_L1].toString(), unescape(record["name"_L1].toString())});
         return elements;

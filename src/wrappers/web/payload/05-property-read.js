@@ -33,6 +33,10 @@ window.top.__ostrel.getPropertyValue = function (obj, propName) {
         if (__ostrel__needsAttribute(propName, value)) {
             value = __ostrel__getObjectAttribute(obj, propName);
         }
+        // What follows is about objects, and searches read a text of each candidate.
+        if (typeof value === "string") {
+            return value;
+        }
         value = __ostrel__attributeOfEmptyCollection(obj, propName, value);
         // SVG wraps its attributes' values in objects.
         if (({}).toString.call(value).indexOf("SVG") !== -1) {
@@ -52,15 +56,7 @@ window.top.__ostrel.getPropertyValue = function (obj, propName) {
  * @return {boolean}
  */
 function __ostrel__isReservedJsKeyword(name) {
-    var keywords = window.top.__ostrel.reservedJsKeywords,
-        i;
-
-    for (i = 0; i < keywords.length; i++) {
-        if (keywords[i] === name) {
-            return true;
-        }
-    }
-    return false;
+    return window.top.__ostrel.reservedJsKeywords.indexOf(name) !== -1;
 }
 
 /**
@@ -94,7 +90,7 @@ function __ostrel__needsAttribute(propName, value) {
     if (text === "" && propName.indexOf("-") !== -1 && !membersWithHyphens) {
         return true;
     }
-    return text === "undefined" || text.indexOf("__OSTREL__ERROR") === 0;
+    return text === "undefined" || text.lastIndexOf("__OSTREL__ERROR", 0) === 0;
 }
 
 /**

@@ -6,7 +6,8 @@
 //          __ostrel__matchesVisibility, __ostrel__isCertainlyVisible, __ostrel__nativeCheckVisibility,
 //          __ostrel__matchesSimplifiedText, __ostrel__matchesBoolean, __ostrel__matchesMemberOrAttribute,
 //          __ostrel__matchesText, __ostrel__propMatches, __ostrel__wildcardToRegExp,
-//          __ostrel__addUnmatchedProperty, __ostrel__removeUnmatchedProperties, __ostrel__reportsUnmatchedProperties,
+//          __ostrel__addUnmatchedProperty, __ostrel__sentPairs, __ostrel__hasSentUnmatchedProperty,
+//          __ostrel__removeUnmatchedProperties, __ostrel__reportsUnmatchedProperties,
 //          __ostrel.sentUnmatchedProperties, __ostrel.StandardPropertyMatcher
 // Calls    __ostrel__getLogEventUrl (01a-log-event), __ostrel__sendXMLHttpRequest (02a-channel),
 //          __ostrel__matchObject__hooks, __ostrel__propertyMatcherFactories (02e-hook-lists), __ostrel__idHelper
@@ -122,7 +123,12 @@ function __ostrel__matchesClassName(o, value) {
  */
 function __ostrel__matchesVisibility(o, value) {
     var wanted = value.value.toLowerCase() === 'true';
-    return wanted === (__ostrel__isCertainlyVisible(o) || __ostrel__isVisible(o));
+    if (__ostrel__isCertainlyVisible(o)) {
+        return wanted;
+    }
+    // A value lives as long as one search.
+    value.hiddenParents = value.hiddenParents || (typeof Map === 'undefined' ? undefined : new Map());
+    return wanted === __ostrel__isVisible(o, value.hiddenParents);
 }
 
 /** The browser's own test, taken at load: a page may shadow the name, as a form does with a control of that name. */
@@ -222,23 +228,41 @@ function __ostrel__wildcardToRegExp(s) {
  * @param {string} property
  */
 function __ostrel__addUnmatchedProperty(objname, property) {
-    function hasSentUnmatchedProperty(name, prop) {
-        var sent = __ostrel.sentUnmatchedProperties, i;
-        // From the end: the pairs of the running search stand last, and this is asked for every failing element.
-        for (i = sent.length - 1; i >= 0; --i) {
-            if (sent[i].prop === prop && sent[i].name === name) {
-                return true;
-            }
-        }
-        sent.push({ name: name, prop: prop });
-        return false;
-    }
-
-    if (!__ostrel__reportsUnmatchedProperties() || hasSentUnmatchedProperty(objname, property)) {
+    if (!__ostrel__reportsUnmatchedProperties() || __ostrel__hasSentUnmatchedProperty(objname, property)) {
         return;
     }
     __ostrel__sendXMLHttpRequest(document, __ostrel__getLogEventUrl('event=addUnmatchedProperty&name=' +
         escape(objname) + '&property=' + escape(property)), true);
+}
+
+/** An index of the pairs that were sent, by what stands in the list. */
+var __ostrel__sentPairs = { list: null, length: 0, known: {} };
+
+/**
+ * This is asked for every failing element, and naming many objects makes a long list.
+ * @param {string} name
+ * @param {string} prop
+ * @return {boolean} false the first time, by which the pair counts as sent
+ */
+function __ostrel__hasSentUnmatchedProperty(name, prop) {
+    var sent = __ostrel.sentUnmatchedProperties,
+        pairs = __ostrel__sentPairs,
+        pair = prop + ' ' + name,
+        i;
+    if (pairs.list !== sent || pairs.length !== sent.length) {
+        pairs.list = sent;
+        pairs.length = sent.length;
+        pairs.known = {};
+        for (i = 0; i < sent.length; ++i) {
+            pairs.known[sent[i].prop + ' ' + sent[i].name] = true;
+        }
+    }
+    if (pairs.known[pair] !== true) {
+        pairs.known[pair] = true;
+        pairs.length = sent.push({ name: name, prop: prop });
+        return false;
+    }
+    return true;
 }
 
 /**

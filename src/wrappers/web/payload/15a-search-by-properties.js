@@ -36,25 +36,26 @@ function __ostrel__findObject(nm) {
  * @return {Object|undefined}
  */
 function __ostrel__findObjectByProps4(nm) {
-    var found;
+    var searched = [], found;
     try {
-        found = __ostrel__findObjectByProps(window.__ostrel__ctxwin.document, nm);
+        found = __ostrel__findObjectByProps(window.__ostrel__ctxwin.document, nm, searched);
     } catch (e) {
         // A name that cannot be searched for counts as not found.
     }
-    return found || __ostrel__findObjectByProps3(nm);
+    return found || __ostrel__findObjectByProps3(nm, searched);
 }
 
 /**
  * Searches every window that is known, with its frames.
  * @param {string} nm
+ * @param {Array=} searched  see __ostrel__findObjectByProps
  * @return {Object|undefined}
  */
-function __ostrel__findObjectByProps3(nm) {
+function __ostrel__findObjectByProps3(nm, searched) {
     var windows = __ostrel__contextList(), found, i;
     for (i = 0; i < windows.length && !found; ++i) {
         try {
-            found = __ostrel__findObjectByProps2(nm, windows[i]);
+            found = __ostrel__findObjectByProps2(nm, windows[i], searched);
         } catch (e) {
             // The next window may still have it.
         }
@@ -66,21 +67,22 @@ function __ostrel__findObjectByProps3(nm) {
  * Searches a window and its frames, depth first.
  * @param {string} nm
  * @param {Window} w
+ * @param {Array=} searched  see __ostrel__findObjectByProps
  * @return {Object|undefined} with an object, the search window stays where it was found
  */
-function __ostrel__findObjectByProps2(nm, w) {
+function __ostrel__findObjectByProps2(nm, w, searched) {
     var before = window.__ostrel__ctxwin, found, frames, i;
     window.__ostrel__ctxwin = w;
     try {
         try {
-            found = __ostrel__findObjectByProps(w.document, nm);
+            found = __ostrel__findObjectByProps(w.document, nm, searched);
         } catch (e) {
             // What this document made fail need not fail in its frames.
         }
         frames = found ? [] : window.top.__ostrel.getAllFrames(w.document);
         for (i = 0; i < frames.length && !found; ++i) {
             if (__ostrel__isFrameAccessible(frames[i])) {
-                found = __ostrel__findObjectByProps2(nm, frames[i].contentWindow);
+                found = __ostrel__findObjectByProps2(nm, frames[i].contentWindow, searched);
             }
         }
     } finally {
@@ -95,10 +97,12 @@ function __ostrel__findObjectByProps2(nm, w) {
  * Searches a document or an element.
  * @param {Document|Element} container
  * @param {string} nm  a multi-property name
+ * @param {Array=} searched  documents and elements that the search of this name has been through. Windows and names
+ *     with a context lead to one document several times, and what was not in it then is not in it now.
  * @return {Object|undefined}
  * @throws for a bad regular expression and for a name without tagName
  */
-function __ostrel__findObjectByProps(container, nm) {
+function __ostrel__findObjectByProps(container, nm, searched) {
     var props = __ostrel__propertiesOfName(nm), skip, isImageLink, candidates, matchers, link, i;
     if (!props) {
         return undefined;
@@ -106,8 +110,11 @@ function __ostrel__findObjectByProps(container, nm) {
     skip = { count: __ostrel__matchesToSkip(props.occurrence || props.occurance) };
     isImageLink = __ostrel__isImageLinkName(props);
     container = __ostrel__searchContainer(container, props.context, nm);
-    if (!container) {
+    if (!container || (searched && searched.indexOf(container) !== -1)) {
         return undefined;
+    }
+    if (searched) {
+        searched.push(container);
     }
     if (isImageLink) {
         link = __ostrel__findLinkAroundImage(container, props, skip);
