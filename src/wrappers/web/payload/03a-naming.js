@@ -13,7 +13,7 @@
 //          __ostrel__nameOfInput, __ostrel__nameOfLink, __ostrel__nameOfNamedElement, __ostrel__nameOfSpanOrDiv
 //          (03b-name-properties), __ostrel__qualifiedName (03c-hierarchical-names), __ostrel__clean
 //          (11-text-simplification), __ostrel__isVisible (12-visibility),
-//          __ostrel__removeUnmatchedProperties (14-property-matching), __ostrel__allMatch, __ostrel__candidatesByTag,
+//          __ostrel__removeUnmatchedProperties (14-property-matching), __ostrel__candidatesByTag,
 //          __ostrel__findObjectByProps4, __ostrel__isImageLinkName, __ostrel__matchersOfProperties,
 //          __ostrel__propertiesOfName (15a-search-by-properties)
 // At load  nothing runs
@@ -284,7 +284,7 @@ function __ostrel__placeAmongMatches(n, o) {
         candidates = __ostrel__candidatesByTag(o.ownerDocument, props, false);
         matchers = __ostrel__matchersOfProperties(props, n);
         for (i = 0; i < candidates.length; i++) {
-            if (__ostrel__allMatch(matchers, candidates[i])) {
+            if (matchers.matches(candidates[i])) {
                 place++;
                 if (candidates[i] === o) {
                     return place;
