@@ -91,10 +91,14 @@ window.roundTrip = (function () {
     return {
         /** @return {string} JSON: reference and name, escaped, of every element; the order is that of the tree */
         names: function () {
-            return JSON.stringify(collect(document, []).map((element) => ({
+            // As when a user records: what the searches for equals miss is not reported.
+            window.__ostrel__recording = true;
+            const named = collect(document, []).map((element) => ({
                 reference: __ostrel__idForObject(element),
                 name: __ostrel__nameOf(element),
-            })));
+            }));
+            window.__ostrel__recording = false;
+            return JSON.stringify(named);
         },
 
         /** @return {string} the rule by which the name of `meant` leads to `found`; "" when there is none */

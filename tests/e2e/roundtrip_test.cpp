@@ -115,6 +115,8 @@ protected:
         ASSERT_TRUE(session);
         page = session->activePage();
         ASSERT_TRUE(page);
+        constexpr int limitMs = 120000;
+        page->setDefaultLimit(limitMs);
         m_toplevel = std::make_unique<PageToplevel>(page);
     }
 
