@@ -21,6 +21,7 @@ constexpr NamedCommand commands[] = {
     {"run", Ostrel::App::addRunCommand},
     {"find", Ostrel::App::addFindCommand},
     {"names", Ostrel::App::addNamesCommand},
+    {"dump", Ostrel::App::addDumpCommand},
     {"payload", Ostrel::App::addPayloadCommand},
     {"config", Ostrel::App::addConfigCommand},
 };
