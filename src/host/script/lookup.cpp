@@ -33,8 +33,9 @@ const QString containerProperty = u"container"_s;
 constexpr int firstPauseMs = 10;
 constexpr int longestPauseMs = 400;
 
-/// How much of a text of the page an error shows.
-constexpr qsizetype shownCharacters = 80;
+/// How much an error shows of a text of the page, and of a name.
+constexpr qsizetype shownOfText = 80;
+constexpr qsizetype shownOfName = 400;
 
 QString pageQuery(const QString &name)
 {
@@ -49,14 +50,14 @@ QString inSeconds(int milliseconds)
     return u"%1 s"_s.arg(milliseconds / 1000.0);
 }
 
-QString shortened(const QString &text)
+QString shortened(const QString &text, qsizetype limit = shownOfName)
 {
-    return text.size() <= shownCharacters ? text : text.left(shownCharacters) + u"…"_s;
+    return text.size() <= limit ? text : text.left(limit) + u"…"_s;
 }
 
 QString quotedText(const QString &text)
 {
-    return u"'%1'"_s.arg(shortened(text));
+    return u"'%1'"_s.arg(shortened(text, shownOfText));
 }
 
 /// Calls a page query; the comment in front of its expression ends with a line break.

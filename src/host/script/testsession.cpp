@@ -5,9 +5,12 @@
 #include "ostrelhook/globalfunction.h"
 #include "probelog/tracepoint.h"
 #include "wrappers/web/formelements.h"
+#include "wrappers/web/jsobject.h"
 #include "wrappers/web/objectfactory.h"
 #include "wrappers/web/payload.h"
 #include "wrappers/web/reflection/webclasses.h"
+#include "wrappers/web/replay.h"
+#include "wrappers/web/sharedfunctions.h"
 #include "wrappers/web/webobjectdelegate.h"
 #include "wrappers/web/webutilities.h"
 
@@ -50,6 +53,9 @@ void registerObjectModel()
 {
     static const bool registered = [] {
         createWebObjectClasses();
+        new JsObjectClass(Inspector::self()->globalNamespace());
+        new ApplicationEventDelegate;
+        setupSharedObjectModelFunctions();
         registerToplevels();
         return true;
     }();
@@ -57,18 +63,18 @@ void registerObjectModel()
 }
 
 FunctionCallResult<std::unique_ptr<TestSession>> TestSession::start(
-    const SessionOptions &options, LogFunction log)
+    const SessionOptions &options, ResultSink &results)
 {
     registerObjectModel();
-    std::unique_ptr<TestSession> session(new TestSession(options, std::move(log)));
+    std::unique_ptr<TestSession> session(new TestSession(options, results));
     const FunctionCallResult<void> launched = session->launch(options);
     if (launched.failed())
         return Failure(launched.error);
     return session;
 }
 
-TestSession::TestSession(const SessionOptions &options, LogFunction log)
-    : m_log(std::move(log)), m_channelAddress(FetchCarrier::makeAddress())
+TestSession::TestSession(const SessionOptions &options, ResultSink &results)
+    : m_results(results), m_channelAddress(FetchCarrier::makeAddress())
 {
     if (!options.servedDirectory.isEmpty())
         m_server = std::make_unique<StaticServer>(options.servedDirectory);
@@ -142,7 +148,7 @@ void TestSession::registerFunctions()
     add("saveScreenshot", {"fileName"}, [this](const QString &name) { return saveScreenshot(name); });
     add("snooze", {"seconds"}, [this](double seconds) { return snooze(seconds); });
     add("log", {"text"}, [this](const QString &text) {
-        m_log(text);
+        m_results.logged(text);
         return FunctionCallResult<void>();
     });
     registerLookupFunctions();

@@ -5,6 +5,7 @@
 #include "host/browser/injection.h"
 #include "host/channel/channeladdress.h"
 #include "host/channel/pagechannel.h"
+#include "host/report/resultsink.h"
 #include "host/script/lookup.h"
 #include "host/script/windowlist.h"
 #include "host/staticserver.h"
@@ -14,7 +15,6 @@
 #include <QObject>
 #include <QString>
 
-#include <functional>
 #include <memory>
 #include <vector>
 
@@ -44,11 +44,10 @@ class TestSession : public QObject
     Q_OBJECT
 
 public:
-    using LogFunction = std::function<void(const QString &line)>;
-
-    /// Starts the browser and opens its first page. `log` gets what scripts log.
+    /// Starts the browser and opens its first page. `results` hears what scripts report; it is not owned and
+    /// must outlive the session.
     static FunctionCallResult<std::unique_ptr<TestSession>> start(
-        const SessionOptions &options, LogFunction log);
+        const SessionOptions &options, ResultSink &results);
     ~TestSession() override;
 
     Browser *browser() const { return m_browser.get(); }
@@ -59,6 +58,9 @@ public:
 
     /// The page that scripts talk to: the one in which something was found last; null when none is open.
     BrowserPage *activePage() const { return m_windows.active(); }
+
+    /// Where the served folder is reached; an error when none is served.
+    FunctionCallResult<QString> serverAddress() const;
 
     /// Opens an address in the active page and waits until it has loaded.
     FunctionCallResult<void> open(const QString &address);
@@ -71,7 +73,7 @@ Q_SIGNALS:
     void stopped();
 
 private:
-    TestSession(const SessionOptions &options, LogFunction log);
+    TestSession(const SessionOptions &options, ResultSink &results);
 
     FunctionCallResult<void> launch(const SessionOptions &options);
     /// Whether the first document of a tab is there when the tab is prepared.
@@ -82,11 +84,10 @@ private:
     void registerLookupFunctions();
 
     FunctionCallResult<WebWrapper::HTML_Document *> activeDocument() const;
-    FunctionCallResult<QString> serverAddress() const;
     FunctionCallResult<void> saveScreenshot(const QString &fileName) const;
     FunctionCallResult<void> snooze(double seconds) const;
 
-    LogFunction m_log;
+    ResultSink &m_results;
     WebWrapper::FileSystemBasedConfig m_config;
     PageChannel m_channel;
     ChannelAddress m_channelAddress;
