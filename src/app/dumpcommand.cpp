@@ -1,9 +1,10 @@
+#include "app/browserarguments.h"
 #include "app/commands.h"
 #include "app/exitcodes.h"
 #include "app/interruption.h"
 #include "host/dump/dumpwriter.h"
 #include "host/dump/pagedump.h"
-#include "host/script/testsession.h"
+#include "host/script/lookup.h"
 
 #include <QFileInfo>
 #include <QSaveFile>
@@ -21,7 +22,7 @@ namespace {
 
 /// Seconds. A large page takes its time, and nobody waits for a dump that failed for lack of it.
 constexpr double defaultTimeout = 600;
-constexpr double longestTimeout = 24 * 60 * 60;
+constexpr double longestWait = 3600;
 
 struct DumpCommandOptions
 {
@@ -31,8 +32,8 @@ struct DumpCommandOptions
     std::string format;
     std::string properties;
     bool screenshots = false;
-    std::string browserPath;
-    double timeout = defaultTimeout;
+    double wait = Lookup::defaultWaitMs / 1000.0; ///< seconds
+    BrowserArguments browser;
 };
 
 void complain(const QString &text)
@@ -74,12 +75,10 @@ FunctionCallResult<void> write(const QByteArray &text, const QString &fileName)
 
 FunctionCallResult<PageDump> takeDump(TestSession &session, const DumpCommandOptions &options)
 {
-    const FunctionCallResult<void> opened = session.open(QString::fromStdString(options.address));
-    if (opened.failed())
-        return Failure(opened.error);
     SharedPtr<Object> element;
     if (!options.name.empty()) {
-        const auto found = session.lookup()->waitUntilThere(QString::fromStdString(options.name));
+        const auto found = session.lookup()->waitUntilThere(
+            QString::fromStdString(options.name), int(options.wait * 1000));
         if (found.failed())
             return Failure(found.error);
         element = found.value;
@@ -87,7 +86,6 @@ FunctionCallResult<PageDump> takeDump(TestSession &session, const DumpCommandOpt
     BrowserPage *page = session.activePage();
     if (!page)
         return Failure(u"There is no open page."_s);
-    page->setDefaultLimit(int(options.timeout * 1000));
     PageDumpOptions dump;
     dump.properties = wantedProperties(options);
     dump.screenshots = options.screenshots;
@@ -103,19 +101,12 @@ int dump(const DumpCommandOptions &options)
         complain(known.error);
         return Unusable;
     }
-    FunctionCallResult<std::unique_ptr<TestSession>> session;
-    const Interruption interruption([] {},
-        [&] {
-            if (session.value)
-                session.value->stop();
-        });
-    SessionOptions sessionOptions;
-    sessionOptions.browser.executable = QString::fromStdString(options.browserPath);
-    session = TestSession::start(sessionOptions, complain);
+    const auto session = openPage(options.browser, options.address);
     if (session.failed()) {
         complain(session.error);
         return Unusable;
     }
+    const Interruption interruption([] {}, [&] { session.value->stop(); });
     const FunctionCallResult<PageDump> taken = takeDump(*session.value, options);
     if (taken.failed()) {
         complain(taken.error);
@@ -136,7 +127,7 @@ Command addDumpCommand(CLI::App &commandLine)
 {
     CLI::App *command = commandLine.add_subcommand("dump", "Write the object tree of a page to a file");
     auto options = std::make_shared<DumpCommandOptions>();
-    command->add_option("url", options->address, "The address of the page")->required();
+    command->add_option("url", options->address, "The page's address, or a file")->required();
     command->add_option(
         "name", options->name, "The element to begin with, by its name; the document when left out");
     command->add_option("-o,--output", options->file, "The file to write; standard output when left out");
@@ -150,10 +141,11 @@ Command addDumpCommand(CLI::App &commandLine)
         "The properties to show, with commas between; when left out those that are read for all elements in "
         "one go, "
         "while each of the others takes a call for each element");
-    command->add_option("--browser-path", options->browserPath, "The browser's executable");
-    command->add_option("--timeout", options->timeout, "Limit of a single call into the page, in seconds")
-        ->check(CLI::Range(0.001, longestTimeout))
+    command->add_option("--wait", options->wait, "How long to wait for the element of that name, in seconds")
+        ->check(CLI::Range(0.0, longestWait))
         ->capture_default_str();
+    options->browser.timeout = defaultTimeout;
+    addBrowserOptions(*command, options->browser);
     return [options] { return dump(*options); };
 }
 

@@ -14,7 +14,7 @@
     const dump = JSON.parse(byId("dump").textContent);
     const nodes = [];
     let selected = null;
-    let showsBlank = false;
+    let showsTexts = false;
 
     // ---- the nodes
 
@@ -39,10 +39,6 @@
         return tagOf(node) === "NODE";
     }
 
-    function isBlank(node) {
-        return isText(node) && !node.children.length && !property(node, "textContent").trim();
-    }
-
     function isSeen(node) {
         return Boolean(node.data.bounds) && node.data.bounds[2] > 0 && node.data.bounds[3] > 0;
     }
@@ -55,7 +51,7 @@
     }
 
     function shownChildren(node) {
-        return showsBlank ? node.children : node.children.filter((child) => !isBlank(child));
+        return showsTexts ? node.children : node.children.filter((child) => !isText(child));
     }
 
     // ---- the tree
@@ -69,20 +65,20 @@
 
     function labelOf(node) {
         if (isText(node)) {
-            return [span("text", "“" + oneLine(property(node, "textContent")) + "”")];
+            return [span("text", "text")];
         }
         const parts = [span("tag", tagOf(node).toLowerCase())];
-        const id = property(node, "id");
+        const id = oneLine(property(node, "id"));
         const classes = oneLine(property(node, "domClassName"));
-        const onlyChild = node.children.length === 1 ? node.children[0] : null;
+        const text = oneLine(property(node, "textContent"));
         if (id) {
-            parts.push(span("id", "#" + oneLine(id)));
+            parts.push(span("id", "#" + id));
         }
         if (classes) {
             parts.push(span("class", "." + classes.replace(/ /g, ".")));
         }
-        if (onlyChild && isText(onlyChild)) {
-            parts.push(span("text", oneLine(property(onlyChild, "textContent"))));
+        if (text) {
+            parts.push(span("text", text));
         }
         return parts;
     }
@@ -170,7 +166,7 @@
         forget(nodes[0]);
         byId("tree").replaceChildren(makeItem(nodes[0]));
         openFirstRows();
-        if (selected && (showsBlank || !isBlank(selected))) {
+        if (selected && (showsTexts || !isText(selected))) {
             select(selected);
         }
     }
@@ -295,14 +291,14 @@
     };
 
     function matches(node, wanted) {
-        return ["id", "domClassName", "title"].map((name) => property(node, name))
-            .concat(isText(node) ? property(node, "textContent") : "", node.data.name || "", node.data.class)
+        return ["id", "domClassName", "title", "textContent"].map((name) => property(node, name))
+            .concat(node.data.name || "", node.data.class)
             .some((text) => text.toLowerCase().includes(wanted));
     }
 
     function find(forward) {
         const wanted = byId("search").value.trim().toLowerCase();
-        const hits = wanted ? nodes.filter((node) => matches(node, wanted)) : [];
+        const hits = wanted ? nodes.filter((node) => !isText(node) && matches(node, wanted)) : [];
         byId("hits").textContent = wanted ? hits.length + (hits.length === 1 ? " hit" : " hits") : "";
         if (hits.length) {
             const from = selected ? selected.index : -1;
@@ -329,8 +325,8 @@
         byId("copy").addEventListener("click", copyName);
         byId("search").addEventListener("input", () => find(false));
         byId("search").addEventListener("keydown", (event) => event.key === "Enter" && find(true));
-        byId("blank").addEventListener("change", () => {
-            showsBlank = byId("blank").checked;
+        byId("texts").addEventListener("change", () => {
+            showsTexts = byId("texts").checked;
             buildTree();
         });
     }
@@ -345,6 +341,7 @@
     if (dump.root) {
         makeNode(dump.root, null);
         byId("count").textContent = nodes.length + " objects";
+        byId("switch").hidden = !nodes.some(isText);
         listen();
         buildTree();
     }
