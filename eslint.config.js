@@ -67,4 +67,14 @@ module.exports = [
         },
         rules: { ...rules, "no-unused-vars": "error" },
     },
+    {
+        // What people open in a browser of today.
+        files: ["src/host/dump/*.js"],
+        languageOptions: {
+            ecmaVersion: 2022,
+            sourceType: "script",
+            globals: named(["document", "getSelection"], "readonly"),
+        },
+        rules: { ...rules, "no-unused-vars": "error" },
+    },
 ];

@@ -23,6 +23,7 @@ constexpr NamedCommand commands[] = {
     {"pick", Ostrel::App::addPickCommand},
     {"find", Ostrel::App::addFindCommand},
     {"names", Ostrel::App::addNamesCommand},
+    {"dump", Ostrel::App::addDumpCommand},
     {"payload", Ostrel::App::addPayloadCommand},
     {"config", Ostrel::App::addConfigCommand},
 };

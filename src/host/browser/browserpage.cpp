@@ -382,13 +382,38 @@ FunctionCallResult<void> BrowserPage::close()
     return {};
 }
 
+BrowserPage::KeptPicture::KeptPicture(const BrowserPage &page) : m_page(page)
+{
+    ++page.m_pictureKeepers;
+}
+
+BrowserPage::KeptPicture::~KeptPicture()
+{
+    if (--m_page.m_pictureKeepers == 0)
+        m_page.m_keptPicture = {};
+}
+
 FunctionCallResult<QImage> BrowserPage::grabPageScreenshot() const
+{
+    if (!m_keptPicture.isNull())
+        return m_keptPicture;
+    FunctionCallResult<QImage> picture = takePicture();
+    if (m_pictureKeepers > 0 && !picture.failed())
+        m_keptPicture = picture.value;
+    return picture;
+}
+
+FunctionCallResult<QImage> BrowserPage::takePicture() const
 {
     const CommandResult metrics = call(u"Page.getLayoutMetrics"_s);
     if (metrics.failed())
         return Failure(u"Error measuring the page for a screenshot: %1"_s.arg(metrics.error));
-    QJsonObject clip = metrics.value.value("cssContentSize"_L1).toObject();
-    clip.insert("scale"_L1, 1);
+    // The clip is taken from the page as the tab's zoom has drawn it.
+    const double zoom = metrics.value.value("cssVisualViewport"_L1).toObject().value("zoom"_L1).toDouble(1.0);
+    const QJsonObject content = metrics.value.value("cssContentSize"_L1).toObject();
+    const auto zoomed = [&](QLatin1StringView side) { return content.value(side).toDouble() * zoom; };
+    const QJsonObject clip{{u"x"_s, zoomed("x"_L1)}, {u"y"_s, zoomed("y"_L1)},
+        {u"width"_s, zoomed("width"_L1)}, {u"height"_s, zoomed("height"_L1)}, {u"scale"_s, 1}};
     const CommandResult shot = call(u"Page.captureScreenshot"_s,
         {{u"format"_s, u"png"_s}, {u"captureBeyondViewport"_s, true}, {u"clip"_s, clip}});
     if (shot.failed())
@@ -398,19 +423,6 @@ FunctionCallResult<QImage> BrowserPage::grabPageScreenshot() const
     if (image.isNull())
         return Failure(u"Error taking a screenshot of the page: the browser sent no picture"_s);
     return image;
-}
-
-// How many pixels of the screenshot one unit of the page's own measure has.
-FunctionCallResult<double> BrowserPage::zoomFactor() const
-{
-    const EvalResult ratio = evaluateJavaScript(u"window.devicePixelRatio"_s, 0);
-    if (ratio.failed)
-        return Failure(ratio.result);
-    bool isNumber = false;
-    const double factor = ratio.result.toDouble(&isNumber);
-    if (!isNumber || factor <= 0)
-        return Failure(u"The page gave '%1' as its zoom factor"_s.arg(ratio.result));
-    return factor;
 }
 
 FunctionCallResult<void> BrowserPage::setFileInputValue(WebWrapper::HTML_TextBase *field, const QString &path)

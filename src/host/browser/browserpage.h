@@ -7,6 +7,7 @@
 #include "host/browser/injection.h"
 #include "wrappers/web/htmlcomponent.h"
 
+#include <QImage>
 #include <QObject>
 #include <QSet>
 
@@ -94,6 +95,19 @@ public:
         QString m_outer;
     };
 
+    /// While this lives, the picture of the page is grabbed once and given again at each further question: a
+    /// dump cuts the picture of each element from it. Nests.
+    class KeptPicture
+    {
+    public:
+        explicit KeptPicture(const BrowserPage &page);
+        ~KeptPicture();
+        Q_DISABLE_COPY_MOVE(KeptPicture)
+
+    private:
+        const BrowserPage &m_page;
+    };
+
     /// The tab is gone for good; waits end with `state`. Called by the browser.
     void setGone(WaitState state);
 
@@ -102,8 +116,10 @@ public:
     bool isPageAvailable() const override;
     WebWrapper::WrapperConfig *config() const override { return m_config; }
     bool supportsPageScreenshot() const override { return true; }
+    /// The whole document, also what lies outside the window, with the pixels of the screen: as many for a
+    /// CSS pixel as the page's devicePixelRatio says, which the tab's zoom is a part of. That is why
+    /// zoomFactor() is 1.
     FunctionCallResult<QImage> grabPageScreenshot() const override;
-    FunctionCallResult<double> zoomFactor() const override;
     FunctionCallResult<void> setFileInputValue(
         WebWrapper::HTML_TextBase *field, const QString &path) override;
     FunctionCallResult<void> setCustomFileInputValue(
@@ -130,6 +146,7 @@ private:
         QString document; ///< the one that was there when the answer came
     };
 
+    FunctionCallResult<QImage> takePicture() const;
     Answer await(const QString &method, const QJsonObject &parameters, int limitMs) const;
     WaitState obstacle() const;
     WaitState stateOf(const CommandResult &result) const;
@@ -165,6 +182,8 @@ private:
     mutable std::optional<Dialog> m_dialog;
     mutable Dialog m_reportedDialog;
     mutable QString m_refusal;
+    mutable int m_pictureKeepers = 0;
+    mutable QImage m_keptPicture;
 };
 
 } // namespace Ostrel::Host
