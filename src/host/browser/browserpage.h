@@ -130,6 +130,7 @@ private:
 
     void listen();
     void noteNavigation(const QJsonObject &frame);
+    void injectIntoKeptWindow();
     void noteDialog(const QJsonObject &event);
     FunctionCallResult<void> waitForLoad(const QString &document, const QString &address, int limitMs);
 
@@ -147,6 +148,7 @@ private:
     QString m_injectionId;
     WaitState m_gone = WaitState::Waiting; ///< why the page is no more, or Waiting while it is there
     bool m_crashed = false;
+    int m_navigations = 0;
     // The bridge is const to its callers, while what it waits for and what the page shows changes all the
     // time.
     mutable QList<AnswerWait *> m_waits;
