@@ -30,7 +30,7 @@ class NamesTest : public ::testing::Test
 protected:
     static void SetUpTestSuite()
     {
-        auto started = TestSession::start({}, [](const QString &) {});
+        auto started = TestSession::start({});
         ASSERT_EQ(started.error, QString());
         session = std::move(started.value);
     }
