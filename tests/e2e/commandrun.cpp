@@ -139,13 +139,13 @@ bool CommandRun::waitForOutput(const QString &text)
         defaultLimitMs);
 }
 
-QList<qint64> CommandRun::children() const
+QList<qint64> CommandRun::childrenOf(const QList<qint64> &parents)
 {
     QList<qint64> found;
     const QStringList ids = processIds();
     for (const QString &id : ids) {
         const QList<QByteArray> fields = statusFields(id);
-        if (fields.size() > 1 && fields.at(0) != "Z" && fields.at(1).toLongLong() == processId())
+        if (fields.size() > 1 && fields.at(0) != "Z" && parents.contains(fields.at(1).toLongLong()))
             found.append(id.toLongLong());
     }
     return found;

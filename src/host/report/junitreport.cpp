@@ -137,8 +137,6 @@ private:
                 writeUnsuccessful(attempt, passed ? beforeAPass : isFirst ? decisive : again);
             isFirst = false;
         }
-        if (script.outcome() == Outcome::NotRun && script.attempts.empty())
-            m_xml.writeEmptyElement(u"skipped"_s);
         if (!script.attempts.empty())
             writeOutput(script.attempts.back());
         m_xml.writeEndElement();
@@ -153,7 +151,7 @@ private:
         }
         const QStringList texts = failureTexts(attempt);
         m_xml.writeStartElement(attempt.end.outcome == Outcome::Failed ? names.failure : names.error);
-        attribute(u"message"_s, texts.first());
+        attribute(u"message"_s, texts.first().section(u'\n', 0, 0));
         attribute(u"type"_s, attempt.end.outcome == Outcome::Failed ? u"verification"_s : u"script"_s);
         const QString all = withoutForbiddenCharacters(texts.join(u'\n'));
         // Tries that do not decide have their text in an element of its own.

@@ -41,20 +41,15 @@ Node readNode(QXmlStreamReader &xml, int depth)
         return node;
     }
     while (!xml.atEnd()) {
-        switch (xml.readNext()) {
-        case QXmlStreamReader::StartElement:
+        const QXmlStreamReader::TokenType token = xml.readNext();
+        if (token == QXmlStreamReader::StartElement)
             node.children.push_back(readNode(xml, depth + 1));
-            break;
-        case QXmlStreamReader::Characters:
+        else if (token == QXmlStreamReader::Characters)
             node.text += xml.text();
+        else if (token == QXmlStreamReader::EndElement)
             break;
-        case QXmlStreamReader::EndElement:
-            node.text = node.text.trimmed();
-            return node;
-        default:
-            break;
-        }
     }
+    node.text = node.text.trimmed();
     return node;
 }
 
