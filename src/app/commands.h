@@ -11,6 +11,8 @@ namespace Ostrel::App {
 using Command = std::function<int()>;
 
 Command addRunCommand(CLI::App &commandLine);
+Command addFindCommand(CLI::App &commandLine);
+Command addNamesCommand(CLI::App &commandLine);
 Command addPayloadCommand(CLI::App &commandLine);
 Command addConfigCommand(CLI::App &commandLine);
 

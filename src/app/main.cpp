@@ -19,6 +19,8 @@ struct NamedCommand
 
 constexpr NamedCommand commands[] = {
     {"run", Ostrel::App::addRunCommand},
+    {"find", Ostrel::App::addFindCommand},
+    {"names", Ostrel::App::addNamesCommand},
     {"payload", Ostrel::App::addPayloadCommand},
     {"config", Ostrel::App::addConfigCommand},
 };
@@ -33,7 +35,7 @@ int main(int argc, char *argv[])
     QLoggingCategory::setFilterRules(QStringLiteral("qt.qml.compiler=false"));
     Ostrel::App::provideInstallationPrefix(QCoreApplication::applicationDirPath());
 
-    CLI::App commandLine{"Drives web pages in a real browser: runs test scripts."};
+    CLI::App commandLine{"Drives web pages in a real browser: runs test scripts, finds and names elements."};
     commandLine.set_version_flag("--version", "pageprobe " PAGEPROBE_VERSION);
     commandLine.require_subcommand(1);
     std::vector<Ostrel::App::Command> runners;

@@ -1,3 +1,4 @@
+#include "app/browserarguments.h"
 #include "app/commands.h"
 #include "app/exitcodes.h"
 #include "host/report/htmlreport.h"
@@ -28,20 +29,12 @@ constexpr double longestTimeout = 24 * 60 * 60; // in seconds
 constexpr int mostJobs = 64;
 constexpr int mostRetries = 100;
 
-/// What a script's session is started with. A worker gets the same options as the run.
-struct SessionArguments
-{
-    bool headed = false;
-    std::string browserPath;
-    double timeout = BrowserPage::defaultLimitMs / 1000.0;
-    bool keepOpen = false;
-    std::string served;
-};
-
 struct RunOptions
 {
     std::vector<std::string> scripts;
-    SessionArguments session;
+    BrowserArguments browser;
+    bool keepOpen = false;
+    std::string served;
     int jobs = 1;
     int retries = 0;
     std::string filter;
@@ -80,32 +73,23 @@ int terminalColumns()
 
 int work(const RunOptions &options)
 {
-    WorkerTask task;
-    task.script = QString::fromStdString(options.scripts.front());
-    task.session.browser.headless = !options.session.headed;
-    task.session.browser.executable = QString::fromStdString(options.session.browserPath);
-    task.session.browser.evaluationLimitMs = inMilliseconds(options.session.timeout);
-    task.session.servedDirectory = QString::fromStdString(options.session.served);
-    task.keepOpen = options.session.keepOpen;
+    WorkerTask task{
+        QString::fromStdString(options.scripts.front()), sessionOptions(options.browser), options.keepOpen};
+    task.session.servedDirectory = QString::fromStdString(options.served);
     runWorker(task);
     return Passed;
 }
 
 /// How this program runs one of the scripts, in a process of its own.
-WorkerCommand workerCommand(const SessionArguments &session)
+WorkerCommand workerCommand(const RunOptions &options)
 {
-    QStringList arguments{u"run"_s, u"--worker"_s, u"--timeout"_s, QString::number(session.timeout, 'g', 17)};
-    if (session.headed)
-        arguments << u"--headed"_s;
-    if (session.keepOpen)
+    QStringList arguments = QStringList{u"run"_s, u"--worker"_s} + argumentsFor(options.browser);
+    if (options.keepOpen)
         arguments << u"--keep-open"_s;
-    if (!session.browserPath.empty())
-        arguments << u"--browser-path"_s << QString::fromStdString(session.browserPath);
-    if (!session.served.empty())
-        arguments << u"--serve"_s << QString::fromStdString(session.served);
+    if (!options.served.empty())
+        arguments << u"--serve"_s << QString::fromStdString(options.served);
     // A script may have a name that begins like an option.
-    arguments << u"--"_s;
-    return {QCoreApplication::applicationFilePath(), arguments};
+    return {QCoreApplication::applicationFilePath(), arguments << u"--"_s};
 }
 
 FunctionCallResult<QStringList> chosenScripts(const RunOptions &options)
@@ -148,9 +132,9 @@ int exitCodeOf(const RunResult &run)
     return nothingBegan && run.count(Outcome::Unusable) > 0 ? Unusable : Failed;
 }
 
-RunResult runPlan(const RunPlan &plan, const SessionArguments &session, Progress &progress)
+RunResult runPlan(const RunPlan &plan, const WorkerCommand &worker, Progress &progress)
 {
-    Runner runner(plan, workerCommand(session), progress);
+    Runner runner(plan, worker, progress);
     const Interruption interruption([] {}, [&] { runner.stop(u"The script was interrupted."_s); });
     return runner.run();
 }
@@ -162,7 +146,7 @@ int run(const RunOptions &options)
     const FunctionCallResult<QStringList> scripts = chosenScripts(options);
     if (scripts.failed())
         return complain(scripts.error);
-    if (options.session.keepOpen && scripts.value.size() > 1)
+    if (options.keepOpen && scripts.value.size() > 1)
         return complain(u"--keep-open takes a single script."_s);
     const std::vector<Report> reports = wantedReports(options);
     for (const Report &report : reports) {
@@ -171,12 +155,12 @@ int run(const RunOptions &options)
     }
 
     const RunPlan plan{scripts.value, options.jobs, options.retries, inMilliseconds(options.scriptTimeout),
-        inMilliseconds(options.runTimeout), options.session.keepOpen};
+        inMilliseconds(options.runTimeout), options.keepOpen};
     Progress progress(scripts.value,
         {[](const QString &text) { QTextStream(stdout) << text << Qt::flush; },
             [](const QString &text) { QTextStream(stderr) << text << Qt::flush; }, terminalColumns(),
             scripts.value.size() > 1 || options.retries > 0});
-    const RunResult result = runPlan(plan, options.session, progress);
+    const RunResult result = runPlan(plan, workerCommand(options), progress);
     progress.printTotals(result);
 
     int exitCode = exitCodeOf(result);
@@ -198,16 +182,10 @@ Command addRunCommand(CLI::App &commandLine)
     const CLI::Range limits(0.001, longestTimeout);
     command->add_option("scripts", options->scripts, "The scripts, JavaScript files, or folders of them")
         ->required();
-    command->add_flag("--headed", options->session.headed, "Show the browser's window");
-    command->add_option("--browser-path", options->session.browserPath, "The browser's executable");
-    command
-        ->add_option(
-            "--timeout", options->session.timeout, "Limit of a single call into the page, in seconds")
-        ->check(limits)
-        ->capture_default_str();
-    command->add_flag("--keep-open", options->session.keepOpen, "Leave the browser open after the script");
-    command->add_option("--serve", options->session.served,
-        "Serve a folder on the loopback address; scripts ask serverAddress()");
+    addBrowserOptions(*command, options->browser);
+    command->add_flag("--keep-open", options->keepOpen, "Leave the browser open after the script");
+    command->add_option(
+        "--serve", options->served, "Serve a folder on the loopback address; scripts ask serverAddress()");
     command->add_option("--filter", options->filter,
         "Run only scripts whose path matches: with wildcards, or behind 're:' a regular expression");
     command->add_option("--jobs", options->jobs, "How many scripts run side by side")

@@ -51,6 +51,12 @@ void BrowserPage::listen()
 {
     m_connection->listen(m_session, u"Page.frameNavigated"_s, this,
         [this](const QJsonObject &event) { noteNavigation(event.value("frame"_L1).toObject()); });
+    // A page that moves within its document shows another address, by which contexts are named.
+    m_connection->listen(
+        m_session, u"Page.navigatedWithinDocument"_s, this, [this](const QJsonObject &event) {
+            if (event.value("frameId"_L1) == m_frame)
+                m_address = event.value("url"_L1).toString();
+        });
     m_connection->listen(m_session, u"Page.lifecycleEvent"_s, this, [this](const QJsonObject &event) {
         if (event.value("name"_L1) != "load"_L1 || event.value("frameId"_L1) != m_frame)
             return;

@@ -3,6 +3,7 @@
 #include "host/run/failurewitness.h"
 #include "host/run/interruption.h"
 #include "host/run/objecttreexml.h"
+#include "host/script/lookup.h"
 #include "host/script/scriptengine.h"
 #include "ostrelhook/dump.h"
 #include "ostrelhook/globalclass.h"
@@ -122,6 +123,8 @@ void waitForEnd(TestSession &session)
 
 ScriptEnd runScript(const WorkerTask &task, ResultSink &results, Session &session)
 {
+    if (const FunctionCallResult<void> names = loadNamesBeside(task.script); names.failed())
+        return {Outcome::Unusable, names.error, {}, {}};
     // Watches from the start of the browser on: a run that is interrupted then ends as soon as it can clean
     // up.
     std::unique_ptr<ScriptEngine> engine;

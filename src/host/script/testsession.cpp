@@ -1,6 +1,7 @@
 #include "host/script/testsession.h"
 
 #include "host/channel/fetchcarrier.h"
+#include "host/script/elementvalue.h"
 #include "ostrelhook/globalfunction.h"
 #include "probelog/tracepoint.h"
 #include "wrappers/web/formelements.h"
@@ -28,6 +29,14 @@ const QString contextDocument
     = u"(function() { if( !window.__ostrel__ctxwin ) { window.__ostrel__ctxwin = window } return "
       "window.__ostrel__ctxwin.document; }());"_s;
 
+FunctionCallResult<SharedPtr<Object>> whenReady(
+    const SharedPtr<Object> &object, const FunctionCallResult<void> &ready)
+{
+    if (ready.failed())
+        return Failure(ready.error);
+    return object;
+}
+
 /// Addresses that name no server: the text behind the scheme is all there is.
 bool hasOwnContent(const QString &address)
 {
@@ -41,6 +50,7 @@ void registerObjectModel()
 {
     static const bool registered = [] {
         createWebObjectClasses();
+        registerToplevels();
         return true;
     }();
     Q_UNUSED(registered)
@@ -106,22 +116,15 @@ FunctionCallResult<void> TestSession::launch(const SessionOptions &options)
 FunctionCallResult<void> TestSession::preparePage(BrowserPage *page, Begun begun)
 {
     page->setConfig(&m_config);
+    m_windows.add(page);
     auto *carrier = new FetchCarrier(page, &m_channel, m_channelAddress);
     carrier->setParent(page);
-    const auto forget = [page] { HTMLObjectHierarchyDelegate::registered()->clearAllJSReferences(page); };
-    connect(page, &BrowserPage::documentGone, this, forget);
-    connect(page, &BrowserPage::closed, this, forget);
     return page->setInjection(m_injection, begun == Begun::Already);
-}
-
-BrowserPage *TestSession::activePage() const
-{
-    const QList<BrowserPage *> pages = m_browser ? m_browser->pages() : QList<BrowserPage *>();
-    return pages.isEmpty() ? nullptr : pages.first();
 }
 
 void TestSession::stop()
 {
+    m_lookup.stop();
     if (m_browser)
         m_browser->stop();
     Q_EMIT stopped();
@@ -141,6 +144,35 @@ void TestSession::registerFunctions()
     add("log", {"text"}, [this](const QString &text) {
         m_results.logged(text);
         return FunctionCallResult<void>();
+    });
+    registerLookupFunctions();
+}
+
+void TestSession::registerLookupFunctions()
+{
+    const auto add = [this](const char *name, std::initializer_list<const char *> parameters, auto function) {
+        m_functions.push_back(addGlobalFunction(name, parameters, function));
+    };
+    add("findObject", {"name"}, [this](const QString &name) { return m_lookup.find(name); });
+    add("objectExists", {"name"}, [this](const QString &name) { return m_lookup.exists(name); });
+    add("findAllObjects", {"name"}, [this](const QString &name) { return m_lookup.findAll(name); });
+    add("waitForObject", {"name"}, [this](const QString &name) { return m_lookup.waitUntilReady(name); });
+    add("waitForObject", {"object"}, [this](const SharedPtr<Object> &object) {
+        return whenReady(object, m_lookup.waitUntilReady(object));
+    });
+    add("waitForObject", {"object", "timeoutMs"}, [this](const SharedPtr<Object> &object, int timeoutMs) {
+        return whenReady(object, m_lookup.waitUntilReady(object, timeoutMs));
+    });
+    add("waitForObject", {"name", "timeoutMs"},
+        [this](const QString &name, int timeoutMs) { return m_lookup.waitUntilReady(name, timeoutMs); });
+    add("waitForObjectExists", {"name"},
+        [this](const QString &name) { return m_lookup.waitUntilThere(name); });
+    add("waitForObjectExists", {"name", "timeoutMs"},
+        [this](const QString &name, int timeoutMs) { return m_lookup.waitUntilThere(name, timeoutMs); });
+    add("waitForContextExists", {"context"},
+        [this](const QString &context) { return m_lookup.waitForContext(context); });
+    add("waitForContextExists", {"context", "timeoutMs"}, [this](const QString &context, int timeoutMs) {
+        return m_lookup.waitForContext(context, timeoutMs);
     });
 }
 

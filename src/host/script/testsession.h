@@ -6,6 +6,8 @@
 #include "host/channel/channeladdress.h"
 #include "host/channel/pagechannel.h"
 #include "host/report/resultsink.h"
+#include "host/script/lookup.h"
+#include "host/script/windowlist.h"
 #include "host/staticserver.h"
 #include "ostrelhook/functioncallresult.h"
 #include "wrappers/web/wrapperconfig.h"
@@ -50,8 +52,15 @@ public:
 
     Browser *browser() const { return m_browser.get(); }
 
-    /// The page that scripts talk to: the first one that is still open; null when there is none.
-    BrowserPage *activePage() const;
+    /// The windows under test.
+    WindowList *windows() { return &m_windows; }
+    Lookup *lookup() { return &m_lookup; }
+
+    /// The page that scripts talk to: the one in which something was found last; null when none is open.
+    BrowserPage *activePage() const { return m_windows.active(); }
+
+    /// Opens an address in the active page and waits until it has loaded.
+    FunctionCallResult<void> open(const QString &address);
 
     /// Ends the browser; calls that wait for it end with an error. May be called at any time.
     void stop();
@@ -69,8 +78,8 @@ private:
     /// An error tells that the payload does not load; it can only be seen where the document has begun.
     FunctionCallResult<void> preparePage(BrowserPage *page, Begun begun);
     void registerFunctions();
+    void registerLookupFunctions();
 
-    FunctionCallResult<void> open(const QString &address);
     FunctionCallResult<WebWrapper::HTML_Document *> activeDocument() const;
     FunctionCallResult<QString> serverAddress() const;
     FunctionCallResult<void> saveScreenshot(const QString &fileName) const;
@@ -83,6 +92,8 @@ private:
     std::unique_ptr<StaticServer> m_server;
     std::unique_ptr<Browser> m_browser;
     Injection m_injection;
+    WindowList m_windows;
+    Lookup m_lookup{&m_windows};
     std::vector<GlobalMethod *> m_functions;
 };
 

@@ -1,0 +1,67 @@
+#include "app/browserarguments.h"
+
+#include <CLI/CLI.hpp>
+
+#include <QFileInfo>
+#include <QUrl>
+
+namespace Ostrel::App {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr double longestTimeout = 24 * 60 * 60; // in seconds
+
+} // namespace
+
+void addBrowserOptions(CLI::App &command, BrowserArguments &arguments)
+{
+    command.add_flag("--headed", arguments.headed, "Show the browser's window");
+    command.add_option("--browser-path", arguments.browserPath, "The browser's executable");
+    command.add_option("--timeout", arguments.timeout, "Limit of a single call into the page, in seconds")
+        ->check(CLI::Range(0.001, longestTimeout))
+        ->capture_default_str();
+}
+
+QStringList argumentsFor(const BrowserArguments &arguments)
+{
+    constexpr int allDigits = 17;
+    QStringList list{u"--timeout"_s, QString::number(arguments.timeout, 'g', allDigits)};
+    if (arguments.headed)
+        list << u"--headed"_s;
+    if (!arguments.browserPath.empty())
+        list << u"--browser-path"_s << QString::fromStdString(arguments.browserPath);
+    return list;
+}
+
+Host::SessionOptions sessionOptions(const BrowserArguments &arguments)
+{
+    Host::SessionOptions session;
+    session.browser.headless = !arguments.headed;
+    session.browser.executable = QString::fromStdString(arguments.browserPath);
+    session.browser.evaluationLimitMs = int(arguments.timeout * 1000);
+    return session;
+}
+
+FunctionCallResult<std::unique_ptr<Host::TestSession>> openPage(
+    const BrowserArguments &arguments, const std::string &address)
+{
+    static Host::ResultSink nobody; // no script runs, so that there is nothing to hear
+    auto session = Host::TestSession::start(sessionOptions(arguments), nobody);
+    if (session.failed())
+        return session;
+    const FunctionCallResult<void> opened = session.value->open(addressFrom(address));
+    if (opened.failed())
+        return Failure(opened.error);
+    return session;
+}
+
+QString addressFrom(const std::string &text)
+{
+    const QString address = QString::fromStdString(text);
+    const QFileInfo file(address);
+    return file.isFile() ? QUrl::fromLocalFile(file.absoluteFilePath()).toString() : address;
+}
+
+} // namespace Ostrel::App

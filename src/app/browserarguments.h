@@ -1,0 +1,40 @@
+// The options that all commands with a browser have in common.
+#pragma once
+
+#include "host/script/testsession.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+namespace Ostrel::App {
+
+struct BrowserArguments
+{
+    bool headed = false;
+    std::string browserPath;
+    double timeout = Host::BrowserPage::defaultLimitMs / 1000.0; ///< seconds
+};
+
+/// Adds --headed, --browser-path and --timeout to a command. The arguments must live until it runs.
+void addBrowserOptions(CLI::App &command, BrowserArguments &arguments);
+
+/// The same as arguments, for another process of this program.
+QStringList argumentsFor(const BrowserArguments &arguments);
+
+Host::SessionOptions sessionOptions(const BrowserArguments &arguments);
+
+/// Starts a browser and opens a page in it; the error is what to tell the user.
+FunctionCallResult<std::unique_ptr<Host::TestSession>> openPage(
+    const BrowserArguments &arguments, const std::string &address);
+
+/// What a user gives as the address of a page: a file of that name, or else an address as it stands.
+QString addressFrom(const std::string &text);
+
+} // namespace Ostrel::App
