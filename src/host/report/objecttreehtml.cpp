@@ -62,7 +62,7 @@ Html nodeHtml(const Node &node, int level)
     for (const Node &child : node.children)
         children += nodeHtml(child, level + 1);
     return html(u"<details%1><summary>%2%3</summary>\n%4</details>\n"_s,
-        level < openLevels ? Html{u" open"_s} : Html(), node.title, value, children);
+        level < openLevels ? Html{u" open=\"\""_s} : Html(), node.title, value, children);
 }
 
 } // namespace

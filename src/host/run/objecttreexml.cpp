@@ -1,6 +1,6 @@
 #include "host/run/objecttreexml.h"
 
-#include "host/report/junitreport.h"
+#include "host/report/xmltext.h"
 
 #include <QXmlStreamWriter>
 

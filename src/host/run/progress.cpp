@@ -70,6 +70,7 @@ void Progress::statementBegan(int script, const StatementBegin &statement)
 
 void Progress::attemptEnded(int script, const Attempt &attempt, bool again)
 {
+    showStatus({});
     if (attempt.end.outcome == Outcome::Unusable)
         print(m_options.error, u"pageprobe run: %1\n"_s.arg(attempt.end.message));
     else if (attempt.end.outcome == Outcome::Error)

@@ -15,7 +15,8 @@ const QString expressionMark = u"re:"_s;
 QStringList scriptsIn(const QString &folder)
 {
     QStringList scripts;
-    const QFileInfoList files = QDir(folder).entryInfoList({u"*.js"_s}, QDir::Files, QDir::Name);
+    const QFileInfoList files
+        = QDir(folder).entryInfoList({u"*.js"_s}, QDir::Files | QDir::CaseSensitive, QDir::Name);
     for (const QFileInfo &file : files)
         scripts.append(file.filePath());
     return scripts;

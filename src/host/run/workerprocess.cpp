@@ -13,8 +13,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// To end the browser and to remove the profile takes a moment, and a busy page a few.
-constexpr int endLimitMs = 15000;
 constexpr int killLimitMs = 5000;
 constexpr qsizetype keptDiagnostics = 64 * 1024;
 
@@ -60,7 +58,7 @@ void WorkerProcess::News::logged(const QString &text)
 WorkerProcess::WorkerProcess(
     const WorkerCommand &command, const QString &script, int number, RunListener &listener)
     : m_script(script), m_number(number), m_listener(listener), m_news(*this),
-      m_began(QDateTime::currentDateTime())
+      m_endLimitMs(command.endLimitMs), m_began(QDateTime::currentDateTime())
 {
     m_limit.setSingleShot(true);
     m_endLimit.setSingleShot(true);
@@ -110,7 +108,7 @@ void WorkerProcess::stop(const QString &reason)
         return;
     m_stopReason = reason;
     m_limit.stop();
-    m_endLimit.start(endLimitMs);
+    m_endLimit.start(m_endLimitMs);
     m_process.terminate();
 }
 
@@ -146,7 +144,7 @@ void WorkerProcess::noteScriptEnd()
     if (m_keepOpen && m_stopReason.isEmpty())
         m_listener.browserKept(m_number);
     else
-        m_endLimit.start(endLimitMs);
+        m_endLimit.start(m_endLimitMs);
 }
 
 void WorkerProcess::noteFinished()

@@ -17,6 +17,9 @@ struct WorkerCommand
 {
     QString program;
     QStringList arguments;
+    /// How long it may take to end, once the script has ended or was told to; to end the browser and to
+    /// remove the profile takes a moment, and a busy page a few.
+    int endLimitMs = 15000;
 };
 
 /// Starts the process when made. It ends with its owner at the latest, and nothing of it is left then: no
@@ -76,6 +79,7 @@ private:
     QProcess m_process;
     qint64 m_processId = 0;
     QTimer m_limit; ///< of the script
+    int m_endLimitMs;
     QTimer m_endLimit; ///< of the process, once its end is due
     QDateTime m_began;
     QElapsedTimer m_elapsed;
