@@ -129,14 +129,15 @@ Ended CommandRun::runScript(const QByteArray &script, const QString &servedFolde
     return finish();
 }
 
+QString CommandRun::output()
+{
+    collect();
+    return QString::fromUtf8(m_out);
+}
+
 bool CommandRun::waitForOutput(const QString &text)
 {
-    return waitFor(
-        [&] {
-            collect();
-            return QString::fromUtf8(m_out).contains(text);
-        },
-        defaultLimitMs);
+    return waitFor([&] { return output().contains(text); }, defaultLimitMs);
 }
 
 QList<qint64> CommandRun::childrenOf(const QList<qint64> &parents)

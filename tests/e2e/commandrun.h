@@ -55,6 +55,9 @@ public:
     /// Waits until the command has written `text` to its standard output.
     bool waitForOutput(const QString &text);
 
+    /// What the command has written to its standard output so far.
+    QString output();
+
     qint64 processId() const { return m_process.processId(); }
 
     /// The processes in which the command runs its scripts, one for each that runs now.
