@@ -180,11 +180,14 @@ private:
             callers);
     }
 
-    Html placeHtml(const ScriptPlace &place) const
+    /// The place with its source line, which is left out where it is the text that stands above it already.
+    Html placeHtml(const ScriptPlace &place, const QString &above = {}) const
     {
         if (place.file.isEmpty())
             return {};
-        const QString source = m_source(place).trimmed();
+        QString source = m_source(place).trimmed();
+        if (source == above || source == above + u';')
+            source.clear();
         return html(u"<div class=\"place\">%1%2</div>\n"_s, placeText(place),
             source.isEmpty() ? Html() : html(u" <code>%1</code>"_s, source));
     }
@@ -211,8 +214,10 @@ private:
         case Step::Kind::Log:
             return html(u"<li class=\"log\">%1</li>\n"_s, step.text);
         case Step::Kind::Screenshot:
+            // The box behind the picture keeps whether it is shown in its full size.
             return html(u"<li class=\"picture\"><figure><figcaption>%1</figcaption>"
-                        "<img alt=\"%1\" src=\"data:image/png;base64,%2\"/></figure></li>\n"_s,
+                        "<label><input type=\"checkbox\" aria-label=\"Full size\"/>"
+                        "<img alt=\"%1\" src=\"data:image/png;base64,%2\"/></label></figure></li>\n"_s,
                 step.text, QString::fromLatin1(step.png.toBase64()));
         case Step::Kind::ObjectTree:
             return html(u"<li class=\"tree\"><details><summary>Object tree</summary>\n%1</details></li>\n"_s,
@@ -227,7 +232,7 @@ private:
         const bool isBad = !step.ended || !step.error.isEmpty();
         return html(
             u"<li class=\"statement%1\"><span class=\"time\">%2</span><code>%3</code>\n%4%5%6</li>\n"_s,
-            isBad ? u" bad"_s : QString(), time, step.text, placeHtml(step.place),
+            isBad ? u" bad"_s : QString(), time, step.text, placeHtml(step.place, step.text),
             step.error.isEmpty() ? Html() : html(u"<p class=\"wrong\">%1</p>\n"_s, step.error),
             step.steps.empty() ? Html() : stepsHtml(step.steps));
     }

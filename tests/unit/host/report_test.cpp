@@ -459,7 +459,7 @@ TEST(HtmlReport, TellsAllThatHappened)
 <div class="place">shop/look.js:7 <code>line 7 &lt; 9;</code></div>
 <dl><dt>actual</dt><dd>&lt;b&gt; &amp; %1&lt;/b&gt;</dd><dt>expected</dt><dd>it's</dd></dl>
 </li>
-<li class="picture"><figure><figcaption>The page at the failure</figcaption><img alt="The page at the failure" src="data:image/png;base64,cG5n"/></figure></li>
+<li class="picture"><figure><figcaption>The page at the failure</figcaption><label><input type="checkbox" aria-label="Full size"/><img alt="The page at the failure" src="data:image/png;base64,cG5n"/></label></figure></li>
 <li class="tree"><details><summary>Object tree</summary>
 <details open=""><summary><b>HTML_Document</b></summary>
 <div class="leaf"><b>HTML_Button</b> <i>id</i>=<q>save</q> <span class="value">Save</span></div>
