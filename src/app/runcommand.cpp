@@ -34,7 +34,6 @@ struct RunOptions
     std::vector<std::string> scripts;
     BrowserArguments browser;
     bool keepOpen = false;
-    std::string served;
     int jobs = 1;
     int retries = 0;
     std::string filter;
@@ -73,10 +72,8 @@ int terminalColumns()
 
 int work(const RunOptions &options)
 {
-    WorkerTask task{
-        QString::fromStdString(options.scripts.front()), sessionOptions(options.browser), options.keepOpen};
-    task.session.servedDirectory = QString::fromStdString(options.served);
-    runWorker(task);
+    runWorker(
+        {QString::fromStdString(options.scripts.front()), sessionOptions(options.browser), options.keepOpen});
     return Passed;
 }
 
@@ -86,8 +83,6 @@ WorkerCommand workerCommand(const RunOptions &options)
     QStringList arguments = QStringList{u"run"_s, u"--worker"_s} + argumentsFor(options.browser);
     if (options.keepOpen)
         arguments << u"--keep-open"_s;
-    if (!options.served.empty())
-        arguments << u"--serve"_s << QString::fromStdString(options.served);
     // A script may have a name that begins like an option.
     return {QCoreApplication::applicationFilePath(), arguments << u"--"_s};
 }
@@ -184,8 +179,6 @@ Command addRunCommand(CLI::App &commandLine)
         ->required();
     addBrowserOptions(*command, options->browser);
     command->add_flag("--keep-open", options->keepOpen, "Leave the browser open after the script");
-    command->add_option(
-        "--serve", options->served, "Serve a folder on the loopback address; scripts ask serverAddress()");
     command->add_option("--filter", options->filter,
         "Run only scripts whose path matches: with wildcards, or behind 're:' a regular expression");
     command->add_option("--jobs", options->jobs, "How many scripts run side by side")

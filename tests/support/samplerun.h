@@ -56,7 +56,10 @@ inline Host::RunResult sampleRun()
     Attempt failed = attempt({Outcome::Failed, u"1 of 1 verifications failed"_s, {}, {}}, 500,
         {step(Kind::Log, u"looking around"_s), differs, picture,
             step(Kind::ObjectTree,
-                u"<HTML_Document><HTML_Button id=\"save\">Save</HTML_Button></HTML_Document>"_s)});
+                u"<dump><element class=\"HTML_Document\" name=\"DOCUMENT\"><element class=\"HTML_Button\" "
+                u"x=\"8\" y=\"9\" "
+                "width=\"60\" height=\"22\"><property name=\"id\">save</property><property name=\"title\"/>"
+                "</element></element></dump>"_s)});
     failed.diagnostics = u"a warning\n"_s;
     Attempt notRun;
     notRun.end.message = u"The run's limit of 60 s is over"_s;

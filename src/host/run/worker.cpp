@@ -1,12 +1,10 @@
 #include "host/run/worker.h"
 
+#include "host/dump/dumpwriter.h"
 #include "host/run/failurewitness.h"
 #include "host/run/interruption.h"
-#include "host/run/objecttreexml.h"
 #include "host/script/lookup.h"
 #include "host/script/scriptengine.h"
-#include "ostrelhook/dump.h"
-#include "ostrelhook/globalclass.h"
 #include "ostrelhook/inspector.h"
 
 #include <QBuffer>
@@ -22,8 +20,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int viewLimitMs = 5000;
-// The properties are read one by one, which takes too long on a page of thousands.
-constexpr int mostDumpedElements = 1500;
+// What tells objects apart for a reader, and is read for all in one go.
+const QStringList shownProperties{u"tagName"_s, u"id"_s, u"name"_s, u"title"_s, u"simplifiedInnerText"_s};
 
 using Session = std::unique_ptr<TestSession>;
 
@@ -49,7 +47,7 @@ private:
     int m_usualLimitMs;
 };
 
-FunctionCallResult<QByteArray> pictureOf(const BrowserPage *page)
+FunctionCallResult<QByteArray> pictureOf(BrowserPage *page)
 {
     const FunctionCallResult<QImage> picture = page->grabPageScreenshot();
     if (picture.failed())
@@ -60,29 +58,20 @@ FunctionCallResult<QByteArray> pictureOf(const BrowserPage *page)
     return png;
 }
 
-FunctionCallResult<QString> objectTreeOf(const BrowserPage *page)
+FunctionCallResult<QString> objectTreeOf(BrowserPage *page)
 {
-    const auto count = page->evaluateJavaScript(u"document.getElementsByTagName('*').length"_s, 0);
-    if (count.failed || count.result.toDouble() > mostDumpedElements)
-        return Failure(u"The page has too many objects: %1"_s.arg(count.result));
-    Inspector *inspector = Inspector::self();
-    const SharedPtr<Object> document = inspector->globalClass()->callGlobal(u"activeDocument"_s, {});
-    if (inspector->hasError())
-        return Failure(inspector->takeError());
-    DumpFilter shown(
-        DumpFilter::Only, {u"id"_s, u"name"_s, u"tagName"_s, u"title"_s, u"simplifiedInnerText"_s});
-    DumpOptions options;
-    options.screenshots = false;
-    const auto dumped = dumpObjectTree(document, {{"HTML_Object", &shown}}, options);
-    if (dumped.failed())
-        return Failure(dumped.error);
-    return objectTreeXml(*dumped.value);
+    PageDumpOptions options;
+    options.properties = shownProperties;
+    const FunctionCallResult<PageDump> dump = dumpPage(page, nullptr, options);
+    if (dump.failed())
+        return Failure(dump.error);
+    return QString::fromUtf8(dumpAsXml(dump.value));
 }
 
 /// Sees the page of a session that need not have begun yet, and may have lost its page.
 template <typename Result>
 std::function<FunctionCallResult<Result>()> viewing(
-    const Session &session, int usualLimitMs, FunctionCallResult<Result> (*see)(const BrowserPage *page))
+    const Session &session, int usualLimitMs, FunctionCallResult<Result> (*see)(BrowserPage *page))
 {
     return [&session, usualLimitMs, see]() -> FunctionCallResult<Result> {
         BrowserPage *page = session ? session->activePage() : nullptr;

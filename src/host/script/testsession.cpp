@@ -5,9 +5,12 @@
 #include "ostrelhook/globalfunction.h"
 #include "probelog/tracepoint.h"
 #include "wrappers/web/formelements.h"
+#include "wrappers/web/jsobject.h"
 #include "wrappers/web/objectfactory.h"
 #include "wrappers/web/payload.h"
 #include "wrappers/web/reflection/webclasses.h"
+#include "wrappers/web/replay.h"
+#include "wrappers/web/sharedfunctions.h"
 #include "wrappers/web/webobjectdelegate.h"
 #include "wrappers/web/webutilities.h"
 
@@ -50,6 +53,9 @@ void registerObjectModel()
 {
     static const bool registered = [] {
         createWebObjectClasses();
+        new JsObjectClass(Inspector::self()->globalNamespace());
+        new ApplicationEventDelegate;
+        setupSharedObjectModelFunctions();
         registerToplevels();
         return true;
     }();
@@ -74,6 +80,7 @@ TestSession::TestSession(const SessionOptions &options, ResultSink &results)
         m_server = std::make_unique<StaticServer>(options.servedDirectory);
     connect(&m_channel, &PageChannel::debugLineLogged, this,
         [](const QString &line) { PROBELOG_TRACE("WebWrapper", line); });
+    m_dialogs.attend(m_channel);
     registerFunctions();
 }
 
@@ -117,9 +124,23 @@ FunctionCallResult<void> TestSession::preparePage(BrowserPage *page, Begun begun
 {
     page->setConfig(&m_config);
     m_windows.add(page);
+    m_dialogs.attend(page);
     auto *carrier = new FetchCarrier(page, &m_channel, m_channelAddress);
     carrier->setParent(page);
-    return page->setInjection(m_injection, begun == Begun::Already);
+    Injection injection = m_injection;
+    injection.setVariable(u"window.top.__ostrel__browsertabid"_s, page->targetId());
+    return page->setInjection(injection, begun == Begun::Already);
+}
+
+FunctionCallResult<void> TestSession::setPageVariable(const QString &name, const QJsonValue &value)
+{
+    m_injection.setVariable(name, value);
+    for (BrowserPage *page : m_browser->pages()) {
+        const FunctionCallResult<void> set = page->setPageVariable(name, value);
+        if (set.failed())
+            return set;
+    }
+    return {};
 }
 
 void TestSession::stop()
@@ -140,6 +161,7 @@ void TestSession::registerFunctions()
     add("activeDocument", {}, [this] { return activeDocument(); });
     add("serverAddress", {}, [this] { return serverAddress(); });
     add("saveScreenshot", {"fileName"}, [this](const QString &name) { return saveScreenshot(name); });
+    add("evaluateInPage", {"code"}, [this](const QString &code) { return evaluateInPage(code); });
     add("snooze", {"seconds"}, [this](double seconds) { return snooze(seconds); });
     add("log", {"text"}, [this](const QString &text) {
         m_results.logged(text);
@@ -205,6 +227,14 @@ FunctionCallResult<QString> TestSession::serverAddress() const
     if (!m_server)
         return Failure(u"No folder is served: start the script with --serve DIRECTORY."_s);
     return m_server->url();
+}
+
+FunctionCallResult<AnyValue> TestSession::evaluateInPage(const QString &code) const
+{
+    BrowserPage *page = activePage();
+    if (!page)
+        return Failure(u"There is no open page."_s);
+    return AnyValue{retrieveJSObject(page, code)};
 }
 
 FunctionCallResult<void> TestSession::saveScreenshot(const QString &fileName) const

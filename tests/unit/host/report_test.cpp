@@ -461,8 +461,8 @@ TEST(HtmlReport, TellsAllThatHappened)
 </li>
 <li class="picture"><figure><figcaption>The page at the failure</figcaption><label><input type="checkbox" aria-label="Full size"/><img alt="The page at the failure" src="data:image/png;base64,cG5n"/></label></figure></li>
 <li class="tree"><details><summary>Object tree</summary>
-<details open=""><summary><b>HTML_Document</b></summary>
-<div class="leaf"><b>HTML_Button</b> <i>id</i>=<q>save</q> <span class="value">Save</span></div>
+<details open=""><summary><b title="DOCUMENT">HTML_Document</b></summary>
+<div class="leaf"><b title="">HTML_Button</b> <i>id</i>=<q>save</q> <small>8,9 60×22</small></div>
 </details>
 </details></li>
 </ol>
@@ -515,25 +515,28 @@ TEST(HtmlReport, NeedsNothingButItself)
         EXPECT_FALSE(page.contains(reference)) << reference.toStdString();
 }
 
-TEST(HtmlReport, AnObjectTreeThatIsNoXmlIsShownAsItStands)
+// A page with the object tree `xml`.
+QString pageWithTree(const QString &xml)
 {
     RunResult run;
-    run.scripts = {{u"a.js"_s, {attempt({}, 1, {step(Kind::ObjectTree, u"<open>broken"_s)})}}};
+    run.scripts = {{u"a.js"_s, {attempt({}, 1, {step(Kind::ObjectTree, xml)})}}};
+    return htmlPage(run);
+}
 
-    EXPECT_TRUE(htmlPage(run).contains(u"<pre>&lt;open&gt;broken</pre>"_s));
+TEST(HtmlReport, AnObjectTreeThatIsNoDumpIsShownAsItStands)
+{
+    for (const QString &text : {u"<open>broken"_s, u"<dump><element>"_s, u"<other/>"_s, u"<dump/>"_s})
+        EXPECT_TRUE(pageWithTree(text).contains(u"<pre>%1</pre>"_s.arg(text.toHtmlEscaped())));
 }
 
 TEST(HtmlReport, AnObjectTreeIsCutOffWhereBrowsersGiveUp)
 {
     constexpr int depth = 1000;
-    RunResult run;
-    run.scripts = {{u"a.js"_s,
-        {attempt({}, 1, {step(Kind::ObjectTree, u"<a>"_s.repeated(depth) + u"</a>"_s.repeated(depth))})}}};
 
-    const QString page = htmlPage(run);
+    const QString page = pageWithTree(u"<dump>"_s + u"<element class=\"A\">"_s.repeated(depth)
+        + u"</element>"_s.repeated(depth) + u"</dump>"_s);
 
-    EXPECT_EQ(page.count(u"<b>a</b>"_s), 151);
-    EXPECT_TRUE(page.contains(u"<b>a</b> <span class=\"value\">…</span>"_s));
+    EXPECT_EQ(page.count(u"<b title=\"\">A</b>"_s), 150);
 }
 
 TEST(SourceFiles, GivesTheLineOfAPlace)

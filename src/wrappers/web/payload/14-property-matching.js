@@ -4,10 +4,11 @@
 //          __ostrel__matchObject, __ostrel__acceptedByMatchHook, __ostrel__propertyRules, __ostrel__propertyRuleFor,
 //          __ostrel__matchesId, __ostrel__matchesRawOrCleaned, __ostrel__matchesClassName,
 //          __ostrel__matchesVisibility, __ostrel__isCertainlyVisible, __ostrel__nativeCheckVisibility,
-//          __ostrel__matchesSimplifiedText, __ostrel__matchesBoolean, __ostrel__matchesMemberOrAttribute,
-//          __ostrel__matchesText, __ostrel__propMatches, __ostrel__wildcardToRegExp,
-//          __ostrel__addUnmatchedProperty, __ostrel__removeUnmatchedProperties, __ostrel__reportsUnmatchedProperties,
-//          __ostrel.sentUnmatchedProperties, __ostrel.StandardPropertyMatcher
+//          __ostrel__styleHides, __ostrel__matchesSimplifiedText, __ostrel__canHaveText, __ostrel__bareAsciiText,
+//          __ostrel__matchesBoolean, __ostrel__matchesMemberOrAttribute, __ostrel__matchesText,
+//          __ostrel__propMatches, __ostrel__wildcardToRegExp, __ostrel__addUnmatchedProperty, __ostrel__sentPairs,
+//          __ostrel__hasSentUnmatchedProperty, __ostrel__noteUnmatchedProperty, __ostrel__removeUnmatchedProperties,
+//          __ostrel__reportsUnmatchedProperties, __ostrel.sentUnmatchedProperties, __ostrel.StandardPropertyMatcher
 // Calls    __ostrel__getLogEventUrl (01a-log-event), __ostrel__sendXMLHttpRequest (02a-channel),
 //          __ostrel__matchObject__hooks, __ostrel__propertyMatcherFactories (02e-hook-lists), __ostrel__idHelper
 //          (03b-name-properties), __ostrel.getSimplifiedInnerText, __ostrel__clean (11-text-simplification),
@@ -122,17 +123,24 @@ function __ostrel__matchesClassName(o, value) {
  */
 function __ostrel__matchesVisibility(o, value) {
     var wanted = value.value.toLowerCase() === 'true';
-    return wanted === (__ostrel__isCertainlyVisible(o) || __ostrel__isVisible(o));
+    if (__ostrel__isCertainlyVisible(o)) {
+        return wanted;
+    }
+    // A value lives as long as one search.
+    value.hiddenParents = value.hiddenParents || (typeof Map === 'undefined' ? undefined : new Map());
+    return wanted === __ostrel__isVisible(o, value.hiddenParents);
 }
 
 /** The browser's own test, taken at load: a page may shadow the name, as a form does with a control of that name. */
 var __ostrel__nativeCheckVisibility = window.Element && window.Element.prototype.checkVisibility;
 
+/** Its options. The first browsers with this test know the only one by the first of the two names alone. */
+var __ostrel__styleHides = { checkVisibilityCSS: true, visibilityProperty: true };
+
 /**
  * Spares a search the walk over all ancestors of nearly every candidate. Where the browser finds a box that its style
  * does not hide, no ancestor can be without display. Its "no" means less than ours: for an element without a box
- * of its own (display "contents", say) the walk decides. The first browsers with this test know its option by the
- * first of the two names alone.
+ * of its own (display "contents", say) the walk decides.
  * @return {boolean} true only when __ostrel__isVisible says true as well
  */
 function __ostrel__isCertainlyVisible(o) {
@@ -140,7 +148,7 @@ function __ostrel__isCertainlyVisible(o) {
         return false;
     }
     try {
-        return __ostrel__nativeCheckVisibility.call(o, { checkVisibilityCSS: true, visibilityProperty: true });
+        return __ostrel__nativeCheckVisibility.call(o, __ostrel__styleHides);
     } catch (e) {
         return false; // not an element
     }
@@ -150,7 +158,43 @@ function __ostrel__isCertainlyVisible(o) {
  * @return {boolean}
  */
 function __ostrel__matchesSimplifiedText(o, value) {
-    return __ostrel__propMatches(value, window.top.__ostrel.getSimplifiedInnerText(o));
+    return __ostrel__canHaveText(o, value) &&
+        __ostrel__propMatches(value, window.top.__ostrel.getSimplifiedInnerText(o));
+}
+
+/**
+ * Spares a search the inner text of nearly every candidate, for which the browser has to look at the layout. What is
+ * shown of an element that holds nothing but text is that text or none, in another case and with other white space
+ * perhaps. That holds for ASCII; the rules of languages for the case of other letters are better left to the browser.
+ * @param {Object} o
+ * @param {__ostrel__PropValue} value
+ * @return {boolean} false only when the inner text cannot be the wanted one
+ */
+function __ostrel__canHaveText(o, value) {
+    var content;
+
+    if (value.bareText === undefined) {
+        value.bareText = value.modifiers === PropertyValue_StrictMatch ? __ostrel__bareAsciiText(value.value) : '';
+    }
+    // Elements of toolkits and of other languages may have another inner text, or none.
+    if (!value.bareText || o.firstElementChild !== null || o.namespaceURI !== 'http://www.w3.org/1999/xhtml' ||
+        o.tagName.indexOf('-') !== -1 || Object.prototype.hasOwnProperty.call(o, 'innerText')) {
+        return true;
+    }
+    content = o.textContent;
+    if (content.length < value.bareText.length) {
+        return /[^\x20-\x7e\s]/.test(content);
+    }
+    content = __ostrel__bareAsciiText(content);
+    return content === '' || content === value.bareText;
+}
+
+/**
+ * @param {string} text
+ * @return {string} without white space and in lower case; "" for a text that is not all ASCII
+ */
+function __ostrel__bareAsciiText(text) {
+    return /[^\x20-\x7e\s]/.test(text) ? '' : text.replace(/\s+/g, '').toLowerCase();
 }
 
 /**
@@ -222,23 +266,46 @@ function __ostrel__wildcardToRegExp(s) {
  * @param {string} property
  */
 function __ostrel__addUnmatchedProperty(objname, property) {
-    function hasSentUnmatchedProperty(name, prop) {
-        var sent = __ostrel.sentUnmatchedProperties, i;
-        // From the end: the pairs of the running search stand last, and this is asked for every failing element.
-        for (i = sent.length - 1; i >= 0; --i) {
-            if (sent[i].prop === prop && sent[i].name === name) {
-                return true;
-            }
-        }
-        sent.push({ name: name, prop: prop });
-        return false;
-    }
-
-    if (!__ostrel__reportsUnmatchedProperties() || hasSentUnmatchedProperty(objname, property)) {
+    if (__ostrel__hasSentUnmatchedProperty(objname, property) || !__ostrel__reportsUnmatchedProperties()) {
         return;
     }
+    __ostrel__noteUnmatchedProperty(objname, property);
     __ostrel__sendXMLHttpRequest(document, __ostrel__getLogEventUrl('event=addUnmatchedProperty&name=' +
         escape(objname) + '&property=' + escape(property)), true);
+}
+
+/** An index of the pairs that were sent, by what stands in the list. */
+var __ostrel__sentPairs = { list: null, length: 0, known: {} };
+
+/**
+ * This is asked for every failing element, and naming many objects makes a long list.
+ * @param {string} name
+ * @param {string} prop
+ * @return {boolean}
+ */
+function __ostrel__hasSentUnmatchedProperty(name, prop) {
+    var sent = __ostrel.sentUnmatchedProperties,
+        pairs = __ostrel__sentPairs,
+        i;
+    if (pairs.list !== sent || pairs.length !== sent.length) {
+        pairs.list = sent;
+        pairs.length = sent.length;
+        pairs.known = {};
+        for (i = 0; i < sent.length; ++i) {
+            pairs.known[sent[i].prop + ' ' + sent[i].name] = true;
+        }
+    }
+    return pairs.known[prop + ' ' + name] === true;
+}
+
+/**
+ * Puts a pair that is not there yet into the list and its index.
+ * @param {string} name
+ * @param {string} prop
+ */
+function __ostrel__noteUnmatchedProperty(name, prop) {
+    __ostrel__sentPairs.length = __ostrel.sentUnmatchedProperties.push({ name: name, prop: prop });
+    __ostrel__sentPairs.known[prop + ' ' + name] = true;
 }
 
 /**
