@@ -65,7 +65,7 @@ struct OpenList
 
 FunctionCallResult<OpenList> startSession()
 {
-    FunctionCallResult<std::unique_ptr<TestSession>> session = TestSession::start({}, [](const QString &) {});
+    FunctionCallResult<std::unique_ptr<TestSession>> session = TestSession::start({});
     if (session.failed())
         return Failure(session.error);
     BrowserPage *page = session.value->activePage();

@@ -51,8 +51,7 @@ Host::SessionOptions sessionOptions(const BrowserArguments &arguments)
 FunctionCallResult<std::unique_ptr<Host::TestSession>> openPage(
     const BrowserArguments &arguments, const std::string &address)
 {
-    static Host::ResultSink nobody; // no script runs, so that there is nothing to hear
-    auto session = Host::TestSession::start(sessionOptions(arguments), nobody);
+    auto session = Host::TestSession::start(sessionOptions(arguments));
     if (session.failed())
         return session;
     const QString wanted = arguments.served.empty()

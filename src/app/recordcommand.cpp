@@ -87,7 +87,7 @@ int record(const RecordOptions &options)
     QEventLoop loop;
     // Watches from the start of the browser on, so that none is left behind.
     const Interruption interruption([] {}, [&loop] { loop.quit(); });
-    auto session = TestSession::start(sessionOptions(options.browser), [](const QString &) {});
+    auto session = TestSession::start(sessionOptions(options.browser));
     if (session.failed()) {
         errors << "pageprobe record: " << session.error << Qt::endl;
         return Unusable;

@@ -99,8 +99,7 @@ protected:
     {
         SessionOptions options;
         options.browser.windowSize = {1280, 900};
-        static ResultSink nobody; // no script runs
-        auto started = TestSession::start(options, nobody);
+        auto started = TestSession::start(options);
         ASSERT_EQ(started.error, QString());
         session = std::move(started.value);
     }

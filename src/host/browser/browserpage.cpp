@@ -89,6 +89,8 @@ void BrowserPage::noteNavigation(const QJsonObject &frame)
     m_frame = frame.value("id"_L1).toString();
     m_document = frame.value("loaderId"_L1).toString();
     m_address = frame.value("url"_L1).toString() + frame.value("urlFragment"_L1).toString();
+    ++m_navigations;
+    injectIntoKeptWindow();
     Q_EMIT documentGone(m_address);
 }
 
@@ -108,6 +110,20 @@ bool BrowserPage::waitUntilLoaded(int limitMs)
     wait.run(limitMs);
     disconnect(connection);
     return !isLoading();
+}
+
+// Only the first document of a window that was opened by a page can find a global object that is older than
+// itself.
+void BrowserPage::injectIntoKeptWindow()
+{
+    if (m_navigations > 2 || m_injection.payload.isEmpty())
+        return;
+    m_connection->send(m_session, u"Runtime.evaluate"_s,
+        {{u"expression"_s, Injection::isMissingExpression()}}, [this](const CommandResult &answer) {
+            if (answer.value.value("result"_L1).toObject().value("value"_L1).toBool())
+                m_connection->send(
+                    m_session, u"Runtime.evaluate"_s, {{u"expression"_s, m_injection.repeatedScript()}});
+        });
 }
 
 void BrowserPage::noteDialog(const QJsonObject &event)

@@ -158,6 +158,7 @@ private:
     void listen();
     void noteNavigation(const QJsonObject &frame);
     void noteLoaded(const QString &frame);
+    void injectIntoKeptWindow();
     void noteDialog(const QJsonObject &event);
     FunctionCallResult<void> waitForLoad(const QString &document, const QString &address, int limitMs);
 
@@ -176,6 +177,7 @@ private:
     WaitState m_gone = WaitState::Waiting; ///< why the page is no more, or Waiting while it is there
     QSet<QString> m_loadingFrames;
     bool m_crashed = false;
+    int m_navigations = 0;
     // The bridge is const to its callers, while what it waits for and what the page shows changes all the
     // time.
     mutable QList<AnswerWait *> m_waits;

@@ -8,6 +8,7 @@
     const values = new WeakMap(); // what text fields held before the key that is down
     const wheelPauseMs = 500;
     let lastWheel = -wheelPauseMs;
+    let endHover = function () {}; // stops looking for an answer of the page to the last hover
 
     function targetOf(event) {
         return event.composedPath()[0] || event.target;
@@ -43,6 +44,7 @@
     function listen(type, listener) {
         window.addEventListener(type, function (event) {
             if (event.isTrusted) {
+                endHover();
                 listener(event);
             }
         }, { capture: true, passive: true });
@@ -96,22 +98,27 @@
         lastWheel = event.timeStamp;
     });
 
-    // A hover counts when the page answers it: when it changes while it hears of the pointer.
+    // A hover counts when the page answers it: when it changes while it hears of the pointer, before it hears of
+    // anything else.
     listen("mouseover", function (event) {
         if (event.buttons !== 0) {
             return;
         }
+        const target = describe(targetOf(event));
+        let answered = false;
         const changes = new MutationObserver(function () {
             answered = true;
         });
-        let answered = false;
+        const timer = setTimeout(() => endHover(), 0);
         changes.observe(document, { subtree: true, childList: true, attributes: true, characterData: true });
-        setTimeout(function () {
+        endHover = function () {
+            endHover = function () {};
+            clearTimeout(timer);
             answered = answered || changes.takeRecords().length > 0;
             changes.disconnect();
             if (answered) {
-                tell(event, { kind: "hover", target: describe(event.target) });
+                globalThis.__pageprobeInput(JSON.stringify({ kind: "hover", target: target }));
             }
-        }, 0);
+        };
     });
 }());

@@ -316,12 +316,19 @@ Verdict Recorder::judge(const Happening &happening)
         return {Verdict::Kind::LeftOut, u"the page has sent nothing for it"_s};
     const QString told = text->text;
     m_texts.erase(text);
+    if (input.kind == "keyup"_L1 && input.key == "Enter"_L1 && !input.isText
+        && m_logger.isReturnPending(tab)) {
+        m_keyDown.remove(tab);
+        return m_logger.noteReturnElsewhere(tab);
+    }
     const Verdict verdict = m_logger.handle(told, input);
     // A key that no field took and that caused no click was meant for a handler of the page.
     const bool isOfHandler = input.kind == "keyup"_L1 && !input.isText && m_keyDown.contains(tab)
         && m_keyDown.take(tab).key == input.key && !isSilentKey(input.key);
-    if (isOfHandler && verdict.kind == Verdict::Kind::LeftOut)
+    if (isOfHandler && verdict.kind == Verdict::Kind::LeftOut) {
+        m_logger.flushRecordedTextInput();
         return remark(u"not recorded: the key '%1' on %2"_s.arg(input.key, input.target));
+    }
     return verdict;
 }
 

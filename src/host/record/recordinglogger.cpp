@@ -144,7 +144,7 @@ bool RecordingLogger::compressedNonRecordingEventData(
     m_event = data.value(u"event"_s);
     if (isOfTextField(data))
         rememberField(objectName, data);
-    if (m_event == "keyup"_L1)
+    if (m_event == "keyup"_L1 && !m_ours)
         m_keys.remove(data.value(u"tabId"_s));
     for (const Rule &rule : rules) {
         if (!(this->*rule.fits)(data))
@@ -182,6 +182,22 @@ void RecordingLogger::notePress()
     m_byKeyboard = false;
     m_submitByKey = false;
     m_statementSinceInput = false;
+}
+
+bool RecordingLogger::isReturnPending(const QString &tab) const
+{
+    const InputEvent key = m_keys.value(tab);
+    return key.isText && key.key == "Enter"_L1 && !m_submitByKey;
+}
+
+Verdict RecordingLogger::noteReturnElsewhere(const QString &tab)
+{
+    const Field field = m_fields.value(tab);
+    const InputEvent key = m_keys.take(tab);
+    if (field.object.isEmpty())
+        return {Verdict::Kind::LeftOut, u"nothing is known of the field that had the key"_s};
+    logKey(field, tab, returnKey, key.value);
+    return {Verdict::Kind::Merged, u"the Return went into the field that is gone"_s};
 }
 
 // The keys of a page that goes are released in the next one. The last one that went down tells what the field

@@ -43,6 +43,12 @@ public:
     /// A key goes down. What a click does from here on it does by the keyboard, until the next press.
     void noteKeyDown(const QString &tab, const InputEvent &input);
     void notePress();
+    /// Whether a Return went down in a text field of the tab and nothing has told it yet.
+    bool isReturnPending(const QString &tab) const;
+
+    /// The Return that went down in a text field comes up elsewhere, since the field is gone or has lost the
+    /// focus.
+    Verdict noteReturnElsewhere(const QString &tab);
 
     /// The page of a tab goes. What its last keys did and could not tell any more is told now.
     void notePageGone(const QString &tab);

@@ -73,6 +73,12 @@ FunctionCallResult<std::unique_ptr<TestSession>> TestSession::start(
     return session;
 }
 
+FunctionCallResult<std::unique_ptr<TestSession>> TestSession::start(const SessionOptions &options)
+{
+    static ResultSink nobody;
+    return start(options, nobody);
+}
+
 TestSession::TestSession(const SessionOptions &options, ResultSink &results)
     : m_results(results), m_channelAddress(FetchCarrier::makeAddress())
 {

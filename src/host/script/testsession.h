@@ -53,6 +53,8 @@ public:
     /// must outlive the session.
     static FunctionCallResult<std::unique_ptr<TestSession>> start(
         const SessionOptions &options, ResultSink &results);
+    /// The same for sessions in which no script runs, so that there is nothing to hear.
+    static FunctionCallResult<std::unique_ptr<TestSession>> start(const SessionOptions &options);
     ~TestSession() override;
 
     Browser *browser() const { return m_browser.get(); }

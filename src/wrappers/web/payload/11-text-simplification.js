@@ -37,7 +37,12 @@ function __ostrel__clean(s) {
     if (!s) {
         return s;
     }
-    return String(s)
+    s = String(s);
+    // Most texts are clean, and searches clean several of each candidate.
+    if (!/[\u00a0\n\r\t\u2011\u2013]| {2}|^ | $/.test(s)) {
+        return s;
+    }
+    return s
         .replace(/\u00a0/g, " ")
         .replace(/\n+/g, " ")
         .replace(/\r/g, "")

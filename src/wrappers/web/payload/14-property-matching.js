@@ -5,10 +5,11 @@
 //          __ostrel__matchesId, __ostrel__matchesRawOrCleaned, __ostrel__matchesClassName,
 //          __ostrel__matchesVisibility, __ostrel__isCertainlyVisible, __ostrel__nativeCheckVisibility,
 //          __ostrel__styleHides, __ostrel__matchesSimplifiedText, __ostrel__canHaveText, __ostrel__bareAsciiText,
-//          __ostrel__matchesBoolean, __ostrel__matchesMemberOrAttribute, __ostrel__matchesText,
+//          __ostrel__isLeftOver, __ostrel__matchesBoolean, __ostrel__matchesMemberOrAttribute, __ostrel__matchesText,
 //          __ostrel__propMatches, __ostrel__wildcardToRegExp, __ostrel__addUnmatchedProperty, __ostrel__sentPairs,
-//          __ostrel__hasSentUnmatchedProperty, __ostrel__noteUnmatchedProperty, __ostrel__removeUnmatchedProperties,
-//          __ostrel__reportsUnmatchedProperties, __ostrel.sentUnmatchedProperties, __ostrel.StandardPropertyMatcher
+//          __ostrel__hasSentUnmatchedProperty, __ostrel__noteUnmatchedProperty, __ostrel__indexPair,
+//          __ostrel__removeUnmatchedProperties, __ostrel__reportsUnmatchedProperties,
+//          __ostrel.sentUnmatchedProperties, __ostrel.StandardPropertyMatcher
 // Calls    __ostrel__getLogEventUrl (01a-log-event), __ostrel__sendXMLHttpRequest (02a-channel),
 //          __ostrel__matchObject__hooks, __ostrel__propertyMatcherFactories (02e-hook-lists), __ostrel__idHelper
 //          (03b-name-properties), __ostrel.getSimplifiedInnerText, __ostrel__clean (11-text-simplification),
@@ -164,8 +165,8 @@ function __ostrel__matchesSimplifiedText(o, value) {
 
 /**
  * Spares a search the inner text of nearly every candidate, for which the browser has to look at the layout. What is
- * shown of an element that holds nothing but text is that text or none, in another case and with other white space
- * perhaps. That holds for ASCII; the rules of languages for the case of other letters are better left to the browser.
+ * shown of an element is its text without what is hidden, in another case and with other white space perhaps. That
+ * holds for ASCII; the rules of languages for the case of other letters are better left to the browser.
  * @param {Object} o
  * @param {__ostrel__PropValue} value
  * @return {boolean} false only when the inner text cannot be the wanted one
@@ -177,7 +178,7 @@ function __ostrel__canHaveText(o, value) {
         value.bareText = value.modifiers === PropertyValue_StrictMatch ? __ostrel__bareAsciiText(value.value) : '';
     }
     // Elements of toolkits and of other languages may have another inner text, or none.
-    if (!value.bareText || o.firstElementChild !== null || o.namespaceURI !== 'http://www.w3.org/1999/xhtml' ||
+    if (!value.bareText || o.namespaceURI !== 'http://www.w3.org/1999/xhtml' ||
         o.tagName.indexOf('-') !== -1 || Object.prototype.hasOwnProperty.call(o, 'innerText')) {
         return true;
     }
@@ -186,7 +187,24 @@ function __ostrel__canHaveText(o, value) {
         return /[^\x20-\x7e\s]/.test(content);
     }
     content = __ostrel__bareAsciiText(content);
-    return content === '' || content === value.bareText;
+    return content === '' || content === value.bareText ||
+        (o.firstElementChild !== null && __ostrel__isLeftOver(value.bareText, content));
+}
+
+/**
+ * @param {string} rest
+ * @param {string} text
+ * @return {boolean} whether leaving characters out of the text can give the rest
+ */
+function __ostrel__isLeftOver(rest, text) {
+    var at = -1, i;
+    for (i = 0; i < rest.length; ++i) {
+        at = text.indexOf(rest.charAt(i), at + 1);
+        if (at === -1) {
+            return false;
+        }
+    }
+    return true;
 }
 
 /**
@@ -210,8 +228,12 @@ function __ostrel__matchesBoolean(o, value, prop) {
  * @return {boolean}
  */
 function __ostrel__matchesMemberOrAttribute(o, value, prop) {
-    return __ostrel__matchesText(value, o[prop]) ||
-        __ostrel__matchesText(value, o.getAttribute(prop)) ||
+    var member = o[prop], attribute;
+    if (__ostrel__matchesText(value, member)) {
+        return true;
+    }
+    attribute = o.getAttribute(prop);
+    return (attribute !== member && __ostrel__matchesText(value, attribute)) ||
         (prop.indexOf('.') !== -1 && __ostrel__matchesText(value, eval('o.' + prop)));
 }
 
@@ -223,7 +245,7 @@ function __ostrel__matchesMemberOrAttribute(o, value, prop) {
 function __ostrel__matchesText(value, text) {
     var cleaned = __ostrel__clean(text);
     return __ostrel__propMatches(value, cleaned) ||
-        __ostrel__propMatches(value, text) ||
+        (cleaned !== text && __ostrel__propMatches(value, text)) ||
         __ostrel__propMatches(value, cleaned, true);
 }
 
@@ -274,8 +296,8 @@ function __ostrel__addUnmatchedProperty(objname, property) {
         escape(objname) + '&property=' + escape(property)), true);
 }
 
-/** An index of the pairs that were sent, by what stands in the list. */
-var __ostrel__sentPairs = { list: null, length: 0, known: {} };
+/** An index of the pairs that were sent, made of the list when that is another one: properties by name. */
+var __ostrel__sentPairs = { list: null, length: 0, known: null };
 
 /**
  * This is asked for every failing element, and naming many objects makes a long list.
@@ -290,12 +312,12 @@ function __ostrel__hasSentUnmatchedProperty(name, prop) {
     if (pairs.list !== sent || pairs.length !== sent.length) {
         pairs.list = sent;
         pairs.length = sent.length;
-        pairs.known = {};
+        pairs.known = Object.create(null);
         for (i = 0; i < sent.length; ++i) {
-            pairs.known[sent[i].prop + ' ' + sent[i].name] = true;
+            __ostrel__indexPair(sent[i].name, sent[i].prop);
         }
     }
-    return pairs.known[prop + ' ' + name] === true;
+    return pairs.known[name] !== undefined && pairs.known[name][prop] === true;
 }
 
 /**
@@ -305,7 +327,17 @@ function __ostrel__hasSentUnmatchedProperty(name, prop) {
  */
 function __ostrel__noteUnmatchedProperty(name, prop) {
     __ostrel__sentPairs.length = __ostrel.sentUnmatchedProperties.push({ name: name, prop: prop });
-    __ostrel__sentPairs.known[prop + ' ' + name] = true;
+    __ostrel__indexPair(name, prop);
+}
+
+/**
+ * @param {string} name
+ * @param {string} prop
+ */
+function __ostrel__indexPair(name, prop) {
+    var known = __ostrel__sentPairs.known;
+    known[name] = known[name] || {};
+    known[name][prop] = true;
 }
 
 /**
