@@ -7,6 +7,8 @@
 
 namespace Ostrel::App {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr double longestTimeout = 24 * 60 * 60; // in seconds
@@ -21,6 +23,19 @@ void addBrowserOptions(CLI::App &command, BrowserArguments &arguments)
     command.add_option("--timeout", arguments.timeout, "Limit of a single call into the page, in seconds")
         ->check(CLI::Range(0.001, longestTimeout))
         ->capture_default_str();
+}
+
+QStringList argumentsFor(const BrowserArguments &arguments)
+{
+    constexpr int allDigits = 17;
+    QStringList list{u"--timeout"_s, QString::number(arguments.timeout, 'g', allDigits)};
+    if (arguments.headed)
+        list << u"--headed"_s;
+    if (!arguments.browserPath.empty())
+        list << u"--browser-path"_s << QString::fromStdString(arguments.browserPath);
+    if (!arguments.served.empty())
+        list << u"--serve"_s << QString::fromStdString(arguments.served);
+    return list;
 }
 
 Host::SessionOptions sessionOptions(const BrowserArguments &arguments)

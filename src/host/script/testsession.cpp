@@ -261,13 +261,19 @@ FunctionCallResult<void> TestSession::snooze(double seconds) const
 {
     if (!(seconds >= 0))
         return Failure(u"Cannot wait for %1 seconds."_s.arg(seconds));
+    if (!m_browser->isRunning())
+        return Failure(u"The browser has closed or crashed"_s);
     // The page's events keep flowing meanwhile; a browser that ends or is ended cuts the wait short.
     QEventLoop loop;
+    FunctionCallResult<void> result;
     QTimer::singleShot(std::chrono::milliseconds(qint64(seconds * 1000)), &loop, &QEventLoop::quit);
-    connect(m_browser.get(), &Browser::lost, &loop, &QEventLoop::quit);
+    connect(m_browser.get(), &Browser::lost, &loop, [&](const QString &reason) {
+        result = Failure(reason);
+        loop.quit();
+    });
     connect(this, &TestSession::stopped, &loop, &QEventLoop::quit);
     loop.exec();
-    return {};
+    return result;
 }
 
 } // namespace Ostrel::Host
