@@ -169,15 +169,6 @@ bool takesPlainKeys(const QString &type)
     return types.contains(type);
 }
 
-/// The keys of a text, in which no character has a meaning of its own.
-QList<KeyStroke> plainStrokes(const QString &text)
-{
-    QList<KeyStroke> strokes;
-    for (const QChar unit : text)
-        strokes += keyStrokes(QString(unit)).value;
-    return strokes;
-}
-
 /// Replaces the text of a field key by key, so that the page sees all that it would see of a user.
 Done retype(const Target &target, HTML_TextBase &field, const QString &text)
 {
@@ -195,7 +186,7 @@ Done retype(const Target &target, HTML_TextBase &field, const QString &text)
     const PageInput input(target.page);
     if (text.isEmpty())
         return input.type(keyStrokes(u"<Delete>"_s).value);
-    return input.type(plainStrokes(text));
+    return input.type(textStrokes(text));
 }
 
 /// The element as a field with a value, such as a date, that has no class of its own; null for others.
@@ -268,7 +259,7 @@ Done typeIntoElement(const Target &target, const QString &text)
     QList<KeyStroke> strokes;
     if (isEditable.value == "true"_L1)
         strokes = keyStrokes(text.isEmpty() ? u"<Ctrl+A><Delete>"_s : u"<Ctrl+A>"_s).value;
-    return PageInput(target.page).type(strokes + plainStrokes(text));
+    return PageInput(target.page).type(strokes + textStrokes(text));
 }
 
 Done typeText(const Target &target, const Arguments &arguments)

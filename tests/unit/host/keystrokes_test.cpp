@@ -26,8 +26,8 @@ TEST(KeyStrokes, CharactersStandForThemselves)
 
 TEST(KeyStrokes, ACharacterOfTwoUnitsIsOneStroke)
 {
-    EXPECT_EQ(keyStrokes(u"\U0001F600"_s).value,
-        (QList<KeyStroke>{{u"\U0001F600"_s, {}, 0, u"\U0001F600"_s, 0}}));
+    EXPECT_EQ(
+        keyStrokes(u"\U0001F600"_s).value, (QList<KeyStroke>{{u"\U0001F600"_s, {}, 0, u"\U0001F600"_s, 0}}));
 }
 
 TEST(KeyStrokes, LineEndsAreTheReturnKey)
@@ -43,8 +43,7 @@ TEST(KeyStrokes, LineEndsAreTheReturnKey)
 TEST(KeyStrokes, NamedKeysTypeNothing)
 {
     EXPECT_EQ(keyStrokes(u"<Home><PageDown>"_s).value,
-        (QList<KeyStroke>{
-            {u"Home"_s, u"Home"_s, 36, {}, 0}, {u"PageDown"_s, u"PageDown"_s, 34, {}, 0}}));
+        (QList<KeyStroke>{{u"Home"_s, u"Home"_s, 36, {}, 0}, {u"PageDown"_s, u"PageDown"_s, 34, {}, 0}}));
 }
 
 TEST(KeyStrokes, ModifiersStandInFront)
@@ -63,6 +62,14 @@ TEST(KeyStrokes, BracketsAroundNoNameStandForThemselves)
     for (const KeyStroke &stroke : strokes)
         typed += stroke.text;
     EXPECT_EQ(typed, u"1 < 2 <>"_s);
+}
+
+TEST(KeyStrokes, InATextBracketsHaveNoMeaning)
+{
+    QString typed;
+    for (const KeyStroke &stroke : textStrokes(u"<Home>\U0001F600\n"_s))
+        typed += stroke.text;
+    EXPECT_EQ(typed, u"<Home>\U0001F600\r"_s);
 }
 
 TEST(KeyStrokes, AnUnknownKeyIsAnError)
