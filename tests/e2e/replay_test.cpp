@@ -117,7 +117,7 @@ TEST_F(PageValues, OfEachTypeComeBackOrSayWhyNot)
         function value(code) {
             try {
                 const result = evaluateInPage(code);
-                log(code + " => " + typeof result + " " + result);
+                log(code + " => " + typeof result + " '" + result + "'");
             } catch (error) {
                 log(code + " =! " + error.message.split("\n")[0]);
             }
@@ -128,19 +128,19 @@ TEST_F(PageValues, OfEachTypeComeBackOrSayWhyNot)
             "Proxy.revocable({}, {}).proxy",
             "var r = Proxy.revocable({}, {}); r.revoke(); r.proxy"].forEach(value);
     )js"_s),
-        uR"js(undefined => undefined undefined
-null => object null
-1+1 => number 2
-0.5 => number 0.5
--0 => number 0
+        uR"js(undefined => undefined 'undefined'
+null => object 'null'
+1+1 => number '2'
+0.5 => number '0.5'
+-0 => number '0'
 1e400 =! Json object is null: >>{"type":"number","object":null}<<
-'text' => string text
-'' => string 
-true => boolean true
-[1,2] => object [JsObject]
-({a:1}) => object [JsObject]
-/x/ => object [JsObject]
-document.body => object [JsObject]
+'text' => string 'text'
+'' => string ''
+true => boolean 'true'
+[1,2] => object '[JsObject]'
+({a:1}) => object '[JsObject]'
+/x/ => object '[JsObject]'
+document.body => object '[JsObject]'
 new Date(0) =! Failed to retrieve Javascript Object, code threw exception: Error: Unsupported Javascript type: undefined for object: Thu Jan 01 1970 00:00:00 GMT+0000 (Coordinated Universal Time)
 (function f() {}) =! Failed to retrieve Javascript Object, code threw exception: Error: Unsupported Javascript type: undefined for object: function f() {}
 Symbol('s') =! Failed to retrieve Javascript Object, code threw exception: TypeError: Cannot convert a Symbol value to a string
@@ -149,8 +149,8 @@ throw 'boo' =! Failed to retrieve Javascript Object, code threw exception: : boo
 throw new RangeError('too far') =! Failed to retrieve Javascript Object, code threw exception: RangeError: too far
 nobody =! Failed to retrieve Javascript Object, code threw exception: ReferenceError: nobody is not defined
 1 + =! Failed to retrieve Javascript Object, code threw exception: SyntaxError: Unexpected end of input
-new Proxy({}, {}) => object [JsObject]
-Proxy.revocable({}, {}).proxy => object [JsObject]
+new Proxy({}, {}) => object '[JsObject]'
+Proxy.revocable({}, {}).proxy => object '[JsObject]'
 var r = Proxy.revocable({}, {}); r.revoke(); r.proxy =! Failed to retrieve Javascript Object, code threw exception: TypeError: Cannot perform 'get' on a proxy that has been revoked
 )js"_s);
 }
