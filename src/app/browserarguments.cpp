@@ -17,6 +17,7 @@ void addBrowserOptions(CLI::App &command, BrowserArguments &arguments)
 {
     command.add_flag("--headed", arguments.headed, "Show the browser's window");
     command.add_option("--browser-path", arguments.browserPath, "The browser's executable");
+    command.add_option("--serve", arguments.served, "Serve a folder on the loopback address meanwhile");
     command.add_option("--timeout", arguments.timeout, "Limit of a single call into the page, in seconds")
         ->check(CLI::Range(0.001, longestTimeout))
         ->capture_default_str();
@@ -28,17 +29,20 @@ Host::SessionOptions sessionOptions(const BrowserArguments &arguments)
     session.browser.headless = !arguments.headed;
     session.browser.executable = QString::fromStdString(arguments.browserPath);
     session.browser.evaluationLimitMs = int(arguments.timeout * 1000);
+    session.servedDirectory = QString::fromStdString(arguments.served);
     return session;
 }
 
 FunctionCallResult<std::unique_ptr<Host::TestSession>> openPage(
     const BrowserArguments &arguments, const std::string &address)
 {
-    static Host::ResultSink nobody; // no script runs, so that there is nothing to hear
-    auto session = Host::TestSession::start(sessionOptions(arguments), nobody);
+    auto session = Host::TestSession::start(sessionOptions(arguments));
     if (session.failed())
         return session;
-    const FunctionCallResult<void> opened = session.value->open(addressFrom(address));
+    const QString wanted = arguments.served.empty()
+        ? addressFrom(address)
+        : QUrl(session.value->serverAddress().value).resolved(QString::fromStdString(address)).toString();
+    const FunctionCallResult<void> opened = session.value->open(wanted);
     if (opened.failed())
         return Failure(opened.error);
     return session;

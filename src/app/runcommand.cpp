@@ -25,7 +25,6 @@ struct RunOptions
     std::string script;
     BrowserArguments browser;
     bool keepOpen = false;
-    std::string served;
 };
 
 void say(FILE *stream, const QString &line)
@@ -89,9 +88,7 @@ int run(const RunOptions &options)
                 if (session.value)
                     session.value->stop();
             });
-        SessionOptions wanted = sessionOptions(options.browser);
-        wanted.servedDirectory = QString::fromStdString(options.served);
-        session = TestSession::start(wanted, printer);
+        session = TestSession::start(sessionOptions(options.browser), printer);
         if (session.failed()) {
             say(stderr, u"pageprobe run: %1"_s.arg(session.error));
             return Unusable;
@@ -118,8 +115,6 @@ Command addRunCommand(CLI::App &commandLine)
     command->add_option("script", options->script, "The script, a JavaScript file")->required();
     addBrowserOptions(*command, options->browser);
     command->add_flag("--keep-open", options->keepOpen, "Leave the browser open after the script");
-    command->add_option(
-        "--serve", options->served, "Serve a folder on the loopback address; scripts ask serverAddress()");
     return [options] { return run(*options); };
 }
 

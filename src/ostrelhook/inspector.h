@@ -55,8 +55,11 @@ public:
         m_noteReceiver = std::move(receiver);
     }
 
-    bool isRecording() const { return m_recording; }
+    /// Whether what the user does becomes statements: recording is switched on, and there is a recorder that
+    /// writes them.
+    bool isRecording() const { return m_recording && m_recorderAttached; }
     void setRecording(bool recording) { m_recording = recording; }
+    void setRecorderAttached(bool attached) { m_recorderAttached = attached; }
     bool isPicking() const { return m_picking; }
     void setPicking(bool picking) { m_picking = picking; }
 
@@ -91,6 +94,7 @@ private:
     QString m_error;
     bool m_hasError = false;
     bool m_recording = false;
+    bool m_recorderAttached = false;
     bool m_picking = false;
     std::function<void(const QString &)> m_noteReceiver;
     QMap<QString, QStringList> m_unmatched;

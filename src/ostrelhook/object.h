@@ -52,6 +52,10 @@ public:
     bool isOwning() const { return m_owning; }
     void setOwning(bool owning) { m_owning = owning; }
 
+    /// Whether the value came with an event, other than by a script.
+    bool isEventArgument() const { return m_eventArgument; }
+    void setEventArgument(bool eventArgument) { m_eventArgument = eventArgument; }
+
     /// Conversions of primitives into each other; `ok`, when given, tells whether one exists. Objects turn
     /// into text through the cast delegate of their class.
     QString toQString(bool *ok = nullptr) const;
@@ -67,6 +71,7 @@ private:
     Primitive m_primitive;
     ObjectAttribute m_attribute;
     bool m_owning = false;
+    bool m_eventArgument = false;
 };
 
 } // namespace Ostrel

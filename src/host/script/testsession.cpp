@@ -73,6 +73,12 @@ FunctionCallResult<std::unique_ptr<TestSession>> TestSession::start(
     return session;
 }
 
+FunctionCallResult<std::unique_ptr<TestSession>> TestSession::start(const SessionOptions &options)
+{
+    static ResultSink nobody;
+    return start(options, nobody);
+}
+
 TestSession::TestSession(const SessionOptions &options, ResultSink &results)
     : m_results(results), m_channelAddress(FetchCarrier::makeAddress())
 {
@@ -127,7 +133,20 @@ FunctionCallResult<void> TestSession::preparePage(BrowserPage *page, Begun begun
     m_dialogs.attend(page);
     auto *carrier = new FetchCarrier(page, &m_channel, m_channelAddress);
     carrier->setParent(page);
-    return page->setInjection(m_injection, begun == Begun::Already);
+    Injection injection = m_injection;
+    injection.setVariable(u"window.top.__ostrel__browsertabid"_s, page->targetId());
+    return page->setInjection(injection, begun == Begun::Already);
+}
+
+FunctionCallResult<void> TestSession::setPageVariable(const QString &name, const QJsonValue &value)
+{
+    m_injection.setVariable(name, value);
+    for (BrowserPage *page : m_browser->pages()) {
+        const FunctionCallResult<void> set = page->setPageVariable(name, value);
+        if (set.failed())
+            return set;
+    }
+    return {};
 }
 
 void TestSession::stop()

@@ -53,9 +53,17 @@ public:
     /// must outlive the session.
     static FunctionCallResult<std::unique_ptr<TestSession>> start(
         const SessionOptions &options, ResultSink &results);
+    /// The same for sessions in which no script runs, so that there is nothing to hear.
+    static FunctionCallResult<std::unique_ptr<TestSession>> start(const SessionOptions &options);
     ~TestSession() override;
 
     Browser *browser() const { return m_browser.get(); }
+
+    /// What the pages of the session have to say.
+    PageChannel *channel() { return &m_channel; }
+
+    /// Sets a variable of the page script in all pages, those that open later included.
+    FunctionCallResult<void> setPageVariable(const QString &name, const QJsonValue &value);
 
     /// The windows under test.
     WindowList *windows() { return &m_windows; }
@@ -64,6 +72,9 @@ public:
 
     /// The page that scripts talk to: the one in which something was found last; null when none is open.
     BrowserPage *activePage() const { return m_windows.active(); }
+
+    /// Where the served folder is reached; an error when none is served.
+    FunctionCallResult<QString> serverAddress() const;
 
     /// Opens an address in the active page and waits until it has loaded.
     FunctionCallResult<void> open(const QString &address);
@@ -87,7 +98,6 @@ private:
     void registerLookupFunctions();
 
     FunctionCallResult<WebWrapper::HTML_Document *> activeDocument() const;
-    FunctionCallResult<QString> serverAddress() const;
     FunctionCallResult<AnyValue> evaluateInPage(const QString &code) const;
     FunctionCallResult<void> saveScreenshot(const QString &fileName) const;
     FunctionCallResult<void> snooze(double seconds) const;
