@@ -12,6 +12,7 @@
 
 #include <QDeadlineTimer>
 #include <QFile>
+#include <QImage>
 #include <QTemporaryDir>
 
 using namespace Ostrel;
@@ -240,6 +241,8 @@ TEST_F(ShopVisit, IsTheScriptThatAPersonExpects)
     QString script = (static_cast<void>(statements()), recorder->script().text());
     script.replace(u"127.0.0.1:%1"_s.arg(shop.port()), u"127.0.0.1:PORT"_s);
     compareWithKept(goldenFile, script);
+    EXPECT_EQ(explanations.filter(u"the page has sent nothing"_s), QStringList());
+    EXPECT_EQ(explanations.filter(u"the user did nothing of the kind"_s), QStringList());
     EXPECT_GE(user.actions(), 60);
 }
 
@@ -498,9 +501,14 @@ TEST(Picking, HighlightsAndTellsWhatWasPicked)
     EXPECT_EQ(u"%1,%2,%3,%4"_s.arg(QString::number(highlight.x()), QString::number(highlight.y()),
                   QString::number(highlight.width()), QString::number(highlight.height())),
         place);
-    const FunctionCallResult<QImage> picture = page->grabPageScreenshot();
+    const CommandResult shot = page->call(u"Page.captureScreenshot"_s);
+    const QImage picture
+        = QImage::fromData(QByteArray::fromBase64(shot.value.value("data"_L1).toString().toLatin1()));
     if (const QString name = qEnvironmentVariable("PAGEPROBE_PICTURE"); !name.isEmpty())
-        picture.value.save(name);
+        picture.save(name);
+    EXPECT_GT(
+        picture.pixelColor(highlight.center()).blue(), picture.pixelColor(highlight.center()).red() + 30);
+    EXPECT_EQ(picture.pixelColor(highlight.bottomRight() + QPoint(20, 20)), QColor(Qt::white));
 
     user.click(u"q('#b')"_s);
     ASSERT_TRUE(waitFor([&] { return !names.isEmpty(); }));

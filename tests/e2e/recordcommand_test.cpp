@@ -1,17 +1,16 @@
 // The commands that record and pick, as processes of their own.
 #include "commandrun.h"
-#include "host/staticserver.h"
 
 #include "support/printers.h"
+#include "support/waitfor.h"
 
 #include <gtest/gtest.h>
 
-#include <QDir>
 #include <QFile>
+#include <QUrl>
 
 #include <csignal>
 
-using namespace Ostrel::Host;
 using namespace Ostrel::Test;
 using namespace Qt::StringLiterals;
 
@@ -20,8 +19,8 @@ namespace {
 class RecordCommand : public testing::Test
 {
 protected:
-    void SetUp() override { run.write(u"site/a.html"_s, "<button id='b'>Do</button>"); }
-    QString address() const { return server.url(u"a.html"_s); }
+    void SetUp() override { page = run.write(u"a.html"_s, "<button id='b'>Do</button>"); }
+    QString address() const { return QUrl::fromLocalFile(page).toString(); }
     QString expectedScript() const
     {
         return u"// Recorded by pageprobe. Run it with: pageprobe run FILE\nstartBrowser(\"%1\");\n"_s.arg(
@@ -34,14 +33,14 @@ protected:
     }
 
     CommandRun run;
-    StaticServer server{run.path(u"site"_s)};
+    QString page;
 };
 
 TEST_F(RecordCommand, WritesAScriptThatRunsUnchanged)
 {
     const QString script = run.path(u"out.js"_s);
 
-    const Ended recorded = run.run({u"record"_s, address(), u"-o"_s, script, u"--for"_s, u"1"_s});
+    const Ended recorded = run.run({u"record"_s, page, u"-o"_s, script, u"--for"_s, u"1"_s});
 
     EXPECT_EQ(recorded.exitCode, 0);
     EXPECT_EQ(recorded.out, u"startBrowser(\"%1\");\n"_s.arg(address()));
@@ -54,7 +53,7 @@ TEST_F(RecordCommand, WritesAScriptThatRunsUnchanged)
 TEST_F(RecordCommand, EndsWithTheScriptWhenItIsInterrupted)
 {
     const QString script = run.path(u"out.js"_s);
-    run.start({u"record"_s, address(), u"-o"_s, script});
+    run.start({u"record"_s, page, u"-o"_s, script});
     ASSERT_TRUE(run.waitForOutput(u"startBrowser"_s));
 
     kill(pid_t(run.processId()), SIGINT);
@@ -68,13 +67,14 @@ TEST_F(RecordCommand, EndsWithTheScriptWhenItIsInterrupted)
 TEST_F(RecordCommand, HasTheScriptOnDiskWhenItIsKilled)
 {
     const QString script = run.path(u"out.js"_s);
-    run.start({u"record"_s, address(), u"-o"_s, script});
+    run.start({u"record"_s, page, u"-o"_s, script});
     ASSERT_TRUE(run.waitForOutput(u"startBrowser"_s));
 
     kill(pid_t(run.processId()), SIGKILL);
     run.finish();
 
     EXPECT_EQ(contentOf(script), expectedScript());
+    EXPECT_TRUE(waitFor([this] { return run.leftProcesses().isEmpty(); }));
 }
 
 TEST_F(RecordCommand, TellsThatThePageCannotBeOpened)
@@ -89,7 +89,7 @@ TEST_F(RecordCommand, TellsThatThePageCannotBeOpened)
 
 TEST_F(RecordCommand, TellsThatTheScriptCannotBeWritten)
 {
-    const Ended recorded = run.run({u"record"_s, address(), u"-o"_s, u"/nowhere/out.js"_s});
+    const Ended recorded = run.run({u"record"_s, page, u"-o"_s, u"/nowhere/out.js"_s});
 
     EXPECT_EQ(recorded.exitCode, 2);
     EXPECT_TRUE(recorded.err.startsWith(u"pageprobe record: Cannot write the script '/nowhere/out.js'"_s))
@@ -98,7 +98,7 @@ TEST_F(RecordCommand, TellsThatTheScriptCannotBeWritten)
 
 TEST_F(RecordCommand, PickTellsThatNothingWasPicked)
 {
-    run.start({u"pick"_s, address()});
+    run.start({u"pick"_s, page});
     ASSERT_TRUE(run.waitForOutput(u"Point at an element"_s));
 
     kill(pid_t(run.processId()), SIGINT);
