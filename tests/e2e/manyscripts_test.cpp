@@ -272,7 +272,7 @@ TEST_F(MishapTest, AKilledWorker)
             ::kill(pid_t(workers.first()), signal);
         });
 
-        EXPECT_EQ(ended.err, u"scripts/a.js: The script's process was ended by signal %1\n"_s.arg(signal));
+        EXPECT_EQ(ended.err, u"scripts/a.js:4: The script's process was ended by signal %1\n"_s.arg(signal));
         EXPECT_EQ(run.leftProcesses(), QStringList());
         EXPECT_EQ(run.leftFiles(), QStringList());
     }
@@ -320,17 +320,34 @@ TEST_F(MishapTest, APageThatSpins)
 
 TEST_F(ManyScriptsTest, AFailureIsReportedWithThePageAndItsSource)
 {
-    write({bad, good});
+    write({openForm
+            + "section('The form', function () {\n    compare(heading.title, 'Something', 'the "
+              "title');\n});\n"
+            + "objectExists('nothing');\nheading.titel;\n",
+        good});
 
     const Ended ended = runAll({u"--html"_s, u"report.html"_s});
 
     EXPECT_EQ(ended.exitCode, 1);
+    EXPECT_EQ(ended.err,
+        u"scripts/a.js:4: Verification failed: the title (actual: What this is; expected: Something)\n"
+        "scripts/a.js:7: HTML_Object has no property or method 'titel'.\n"_s);
     const QString page = read(u"report.html"_s);
+    EXPECT_TRUE(page.contains(u"<code>startBrowser(&quot;http://127.0.0.1:"_s));
+    EXPECT_TRUE(page.contains(u"<div class=\"place\">scripts/a.js:1 <code>startBrowser(serverAddress() + "
+                              "'form.html');</code></div>"_s));
+    EXPECT_TRUE(
+        page.contains(u"<code>objectExists(&quot;nothing&quot;)</code>\n"
+                      "<div class=\"place\">scripts/a.js:6 <code>objectExists('nothing');</code></div>"_s));
+    EXPECT_TRUE(page.contains(u"<summary>The form</summary>\n<div class=\"place\">scripts/a.js:3 "_s));
+    EXPECT_TRUE(
+        page.contains(u"<dl><dt>actual</dt><dd>What this is</dd><dt>expected</dt><dd>Something</dd></dl>"_s));
     EXPECT_TRUE(page.contains(u"<p>HTML_Object has no property or method 'titel'.</p>\n"
-                              "<div class=\"place\">scripts/a.js:3 <code>heading.titel;</code></div>"_s))
+                              "<div class=\"place\">scripts/a.js:7 <code>heading.titel;</code></div>"_s))
         << page.left(6000).toStdString();
-    EXPECT_EQ(page.count(u"<img alt=\"The page at the failure\" src=\"data:image/png;base64,iVBOR"_s), 1);
-    EXPECT_EQ(page.count(u"<summary>Object tree</summary>"_s), 1);
+    // At the failed verification and at the error.
+    EXPECT_EQ(page.count(u"<img alt=\"The page at the failure\" src=\"data:image/png;base64,iVBOR"_s), 2);
+    EXPECT_EQ(page.count(u"<summary>Object tree</summary>"_s), 2);
     EXPECT_TRUE(page.contains(u"<i>id</i>=<q>heading</q>"_s));
     QXmlStreamReader reader(page);
     while (!reader.atEnd())

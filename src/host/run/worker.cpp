@@ -132,7 +132,7 @@ ScriptEnd runScript(const WorkerTask &task, ResultSink &results, Session &sessio
         return interruptedEnd(task.script);
     if (started.failed())
         return {Outcome::Unusable, started.error, {}, {}};
-    engine = std::make_unique<ScriptEngine>();
+    engine = std::make_unique<ScriptEngine>(results);
     return Interruption::wasInterrupted() ? interruptedEnd(task.script)
                                           : endFrom(engine->runFile(task.script));
 }

@@ -1,5 +1,6 @@
 #include "host/script/scriptbridge.h"
 
+#include "host/script/verifications.h"
 #include "ostrelhook/arrayclass.h"
 #include "ostrelhook/delegates.h"
 #include "ostrelhook/functionclass.h"
@@ -9,8 +10,11 @@
 #include "ostrelhook/valueclasses.h"
 
 #include <QDateTime>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QJSEngine>
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QPointer>
 
 #include <cmath>
@@ -130,9 +134,44 @@ SharedPtr<Object> numberFrom(double number)
     return inspector->createPrimitive(number);
 }
 
+/// Functions that report by themselves; as statements they would be told twice.
+const QStringList reporters{u"log"_s};
+
+constexpr qsizetype longestArgument = 200;
+
+QString quoted(const QString &text)
+{
+    const QByteArray list = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
+    return QString::fromUtf8(list.sliced(1, list.size() - 2));
+}
+
+/// An argument for a reader of the report. Nothing is asked of the page for it.
+QString argumentText(const QJSValue &value)
+{
+    if (const SharedPtr<Object> object = heldObject(value))
+        return object->objectClass()->name();
+    if (value.isCallable())
+        return u"function"_s;
+    if (value.isArray())
+        return u"[...]"_s;
+    if (!value.isString())
+        return value.toString();
+    const QString text = quoted(value.toString());
+    return text.size() <= longestArgument ? text : text.first(longestArgument) + u'…';
+}
+
+QString argumentTexts(const QJSValue &arguments)
+{
+    QStringList texts;
+    const quint32 length = arguments.property(u"length"_s).toUInt();
+    for (quint32 i = 0; i < length; ++i)
+        texts.append(argumentText(arguments.property(i)));
+    return texts.join(u", "_s);
+}
+
 } // namespace
 
-ScriptBridge::ScriptBridge(QJSEngine *engine) : m_engine(engine)
+ScriptBridge::ScriptBridge(QJSEngine *engine, ResultSink &results) : m_engine(engine), m_results(results)
 {
     QJSEngine::setObjectOwnership(this, QJSEngine::CppOwnership);
 }
@@ -221,6 +260,23 @@ QJSValue ScriptBridge::callGlobal(const QString &name, const QJSValue &arguments
     const SharedPtr<Object> value
         = Inspector::self()->globalClass()->callGlobal(name, argumentsFrom(arguments));
     return throwPending() ? QJSValue() : toScript(value);
+}
+
+QJSValue ScriptBridge::callStatement(const QString &name, const QJSValue &arguments, const QString &stack)
+{
+    if (reporters.contains(name))
+        return callGlobal(name, arguments);
+    m_results.statementBegan({name, argumentTexts(arguments), innermostPlace(stack)});
+    QElapsedTimer elapsed;
+    elapsed.start();
+    Inspector *inspector = Inspector::self();
+    const SharedPtr<Object> value = inspector->globalClass()->callGlobal(name, argumentsFrom(arguments));
+    const QString error = inspector->hasError() ? inspector->takeError() : QString();
+    m_results.statementEnded(double(elapsed.nsecsElapsed()) / 1e6, error);
+    if (error.isEmpty())
+        return toScript(value);
+    throwError(error);
+    return {};
 }
 
 QString ScriptBridge::text(const QJSValue &handle)

@@ -1,6 +1,7 @@
 // ScriptBridge: what the script glue calls to reach the reflection frame.
 #pragma once
 
+#include "host/report/resultsink.h"
 #include "ostrelhook/object.h"
 
 #include <QJSValue>
@@ -20,7 +21,8 @@ class ScriptBridge : public QObject
     Q_OBJECT
 
 public:
-    explicit ScriptBridge(QJSEngine *engine);
+    /// `results` hears of each statement. Neither is owned.
+    ScriptBridge(QJSEngine *engine, ResultSink &results);
 
     /// Builds the script's globals by the glue; an error text when the glue itself is broken.
     QString install();
@@ -31,6 +33,8 @@ public:
     Q_INVOKABLE QJSValue invokeStatic(
         const QString &className, const QString &name, const QJSValue &arguments);
     Q_INVOKABLE QJSValue callGlobal(const QString &name, const QJSValue &arguments);
+    /// The same for a call that stands in a script, at the place that `stack` tells: it is reported.
+    Q_INVOKABLE QJSValue callStatement(const QString &name, const QJSValue &arguments, const QString &stack);
     Q_INVOKABLE QString text(const QJSValue &handle);
     Q_INVOKABLE bool same(const QJSValue &a, const QJSValue &b);
     Q_INVOKABLE QString unknownMember(const QJSValue &handle, const QString &name) const;
@@ -48,6 +52,7 @@ private:
     void throwError(const QString &message);
 
     QJSEngine *m_engine;
+    ResultSink &m_results;
     QJSValue m_wrap;
     QJSValue m_call;
 };

@@ -52,6 +52,12 @@ QString messageOf(const QJSValue &thrown)
     return kind == "Error"_L1 ? text : u"%1: %2"_s.arg(kind, text);
 }
 
+ResultSink &nobody()
+{
+    static ResultSink sink;
+    return sink;
+}
+
 } // namespace
 
 QString ScriptError::text() const
@@ -61,7 +67,9 @@ QString ScriptError::text() const
     return u"%1:%2: %3"_s.arg(file, QString::number(line), message);
 }
 
-ScriptEngine::ScriptEngine() : m_bridge(std::make_unique<ScriptBridge>(&m_engine))
+ScriptEngine::ScriptEngine() : ScriptEngine(nobody()) { }
+
+ScriptEngine::ScriptEngine(ResultSink &results) : m_bridge(std::make_unique<ScriptBridge>(&m_engine, results))
 {
     m_engine.installExtensions(QJSEngine::ConsoleExtension);
     const QString error = m_bridge->install();

@@ -94,7 +94,7 @@
 
     classes.forEach(defineClass);
     functions.forEach(name => defineMethod(global, name, function (...args) {
-        return bridge.callGlobal(name, args.map(unwrap));
+        return bridge.callStatement(name, args.map(unwrap), new Error().stack);
     }));
 
     // Reaches a method that a property of the same name hides, or one whose name is only known at run time.
