@@ -135,6 +135,14 @@ QString describeMiss(const ObjectName &name, const QJsonObject &facts)
     return text;
 }
 
+/// A user can press what counts as hidden, such as an area of an image map. A recording then names it as
+/// hidden, and nothing of that name will ever be visible.
+bool asksForHidden(const QString &name)
+{
+    const ObjectName parsed(ObjectMap::self()->realName(name));
+    return parsed.property(u"visible"_s).stringValue().compare("false"_L1, Qt::CaseInsensitive) == 0;
+}
+
 BrowserPage *pageOfObject(const SharedPtr<Object> &object)
 {
     const HTML_Object *wrapper = retrieveObject(object);
@@ -208,7 +216,7 @@ FunctionCallResult<SharedPtr<Object>> Lookup::waitUntilReady(const QString &name
 {
     const QDeadlineTimer deadline(timeoutMs);
     FunctionCallResult<SharedPtr<Object>> found = waitUntilThere(name, timeoutMs);
-    if (found.failed())
+    if (found.failed() || asksForHidden(name))
         return found;
     QString error;
     // The page may put another object into the place of the one that was found first.
