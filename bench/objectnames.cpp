@@ -16,6 +16,7 @@ namespace {
 
 const QString listAddress = QStringLiteral("file://" PAGEPROBE_BENCH_DIR "/pages/list.html?%1");
 
+constexpr int pageLimitMs = 120000;
 constexpr int lookedThrough = 10000;
 constexpr int few = 5000;
 constexpr int many = 20000;
@@ -69,8 +70,7 @@ FunctionCallResult<OpenList> startSession()
     if (session.failed())
         return Failure(session.error);
     BrowserPage *page = session.value->activePage();
-    constexpr int limitMs = 120000;
-    page->setDefaultLimit(limitMs);
+    page->setDefaultLimit(pageLimitMs);
     return OpenList{std::move(session.value), page};
 }
 
@@ -132,43 +132,54 @@ FunctionCallResult<QList<Row>> measureLookups(const Effort &effort, const OpenLi
     };
 }
 
-/// What names and bare searches cost on a page of `elements`.
-FunctionCallResult<QList<double>> measureNaming(const Effort &effort, const OpenList &list, int elements)
+/// Opens a list of `elements` in a page, with the functions that measure.
+FunctionCallResult<void> prepareNaming(BrowserPage *page, int elements)
 {
-    if (const auto opened = list.page->navigate(listAddress.arg(elements)); opened.failed())
-        return Failure(opened.error);
+    if (const auto opened = page->navigate(listAddress.arg(elements)); opened.failed())
+        return opened;
     // As while a user records, when what these searches miss is not reported.
     if (const auto defined
-        = list.page->evaluateJavaScript(nameFunctions + u"\nwindow.__ostrel__recording = true;"_s, 0);
+        = page->evaluateJavaScript(nameFunctions + u"\nwindow.__ostrel__recording = true;"_s, 0);
         defined.failed)
         return Failure(defined.result);
-    const auto turn = [&](const QString &function) {
-        const QString call = u"%1(%2)"_s.arg(function, QString::number(effort.names));
-        return [&list, call] { return evaluateNumber(*list.page, call); };
-    };
-    return medianTimes({turn(u"timeNames"_s), turn(u"timeSearches"_s)}, {effort.rounds});
+    return {};
 }
 
+// The two sizes take turns as well, each in a tab of its own.
 FunctionCallResult<QList<Row>> measureGrowth(const Effort &effort, const OpenList &list)
 {
-    const FunctionCallResult<QList<double>> small = measureNaming(effort, list, few);
-    if (small.failed())
-        return Failure(small.error);
-    const FunctionCallResult<QList<double>> large = measureNaming(effort, list, many);
-    if (large.failed())
-        return Failure(large.error);
-    enum Contestant { Names, Searches };
-    const auto grown = [&](Contestant contestant) {
-        return large.value.at(contestant) / (growth * small.value.at(contestant));
+    const FunctionCallResult<BrowserPage *> second = list.session->browser()->openPage();
+    if (second.failed())
+        return Failure(second.error);
+    BrowserPage *large = second.value;
+    large->setDefaultLimit(pageLimitMs);
+    if (const auto prepared = prepareNaming(list.page, few); prepared.failed())
+        return Failure(prepared.error);
+    if (const auto prepared = prepareNaming(large, many); prepared.failed())
+        return Failure(prepared.error);
+
+    const auto turn = [&](const BrowserPage *page, const QString &function) {
+        const QString call = u"%1(%2)"_s.arg(function, QString::number(effort.names));
+        return [page, call] { return evaluateNumber(*page, call); };
     };
+    const FunctionCallResult<QList<double>> times
+        = medianTimes({turn(list.page, u"timeNames"_s), turn(list.page, u"timeSearches"_s),
+                          turn(large, u"timeNames"_s), turn(large, u"timeSearches"_s)},
+            {effort.rounds});
+    if (times.failed())
+        return Failure(times.error);
+    if (const auto closed = large->close(); closed.failed())
+        return Failure(closed.error);
+    const double linearNames = growth * times.value.at(0);
+    const double linearSearches = growth * times.value.at(1);
+    const double names = times.value.at(2);
+    const double searches = times.value.at(3);
     constexpr double limit = 1.25;
     return QList<Row>{
-        Row{u"names of 20000 elements / linear from 5000"_s, large.value.at(Names),
-            growth * small.value.at(Names)},
-        Row{u"bare searches for equals, the same"_s, large.value.at(Searches),
-            growth * small.value.at(Searches)},
-        Row{u"growth of names / of bare searches (factors)"_s, grown(Names), grown(Searches), Row::Bar::Ratio,
-            limit},
+        Row{u"names of 20000 elements / linear from 5000"_s, names, linearNames},
+        Row{u"bare searches for equals, the same"_s, searches, linearSearches},
+        Row{u"growth of names / of bare searches (factors)"_s, names / linearNames, searches / linearSearches,
+            Row::Bar::Ratio, limit},
     };
 }
 

@@ -51,6 +51,7 @@ int pick(const PickOptions &options)
         errors << "pageprobe pick: " << started.error << Qt::endl;
         return Unusable;
     }
+    QTextStream(stdout) << "Point at an element and press to pick it. Press Ctrl+C to end." << Qt::endl;
     if (!Interruption::wasInterrupted())
         loop.exec();
     if (name.isEmpty()) {

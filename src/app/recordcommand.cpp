@@ -39,9 +39,11 @@ public:
     {
     }
 
-    /// False when the file cannot be written.
+    /// Writes the file first, so that what has been shown is safe. False when it cannot be written.
     bool show()
     {
+        const FunctionCallResult<void> saved
+            = m_fileName.isEmpty() ? FunctionCallResult<void>() : m_script.save(m_fileName);
         const QStringList lines = m_script.lines();
         QTextStream out(stdout);
         for (qsizetype i = 0; i < lines.size(); ++i) {
@@ -51,9 +53,6 @@ public:
             m_shown.insert(qMin(i, m_shown.size()), lines.at(i));
             out << lines.at(i) << Qt::endl;
         }
-        if (m_fileName.isEmpty())
-            return true;
-        const FunctionCallResult<void> saved = m_script.save(m_fileName);
         if (saved.failed())
             QTextStream(stderr) << "pageprobe record: " << saved.error << Qt::endl;
         return !saved.failed();

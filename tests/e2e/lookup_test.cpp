@@ -88,6 +88,11 @@ struct MissCase
     QString message;
 };
 
+void PrintTo(const MissCase &row, std::ostream *out)
+{
+    *out << row.what;
+}
+
 class Miss : public LookupTest, public ::testing::WithParamInterface<MissCase>
 {
 };

@@ -10,7 +10,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QDeadlineTimer>
 #include <QFile>
+#include <QImage>
 #include <QTemporaryDir>
 
 using namespace Ostrel;
@@ -239,7 +241,288 @@ TEST_F(ShopVisit, IsTheScriptThatAPersonExpects)
     QString script = (static_cast<void>(statements()), recorder->script().text());
     script.replace(u"127.0.0.1:%1"_s.arg(shop.port()), u"127.0.0.1:PORT"_s);
     compareWithKept(goldenFile, script);
+    EXPECT_EQ(explanations.filter(u"the page has sent nothing"_s), QStringList());
+    EXPECT_EQ(explanations.filter(u"the user did nothing of the kind"_s), QStringList());
     EXPECT_GE(user.actions(), 60);
+}
+
+using Leaving = Recording;
+
+TEST_F(Leaving, ByAReturnInAFieldWithoutAButtonLosesNothing)
+{
+    serve(u"return-a.html"_s, "<form action='return-b.html'><input id='f' name='f' type='search'></form>");
+    serve(u"return-b.html"_s, "<p id='b'>there</p>");
+    record(server.url(u"return-a.html"_s));
+    TrustedUser user(page());
+
+    user.click(u"q('#f')"_s);
+    user.type(u"wool"_s);
+    user.key(u"Enter"_s);
+    ASSERT_TRUE(waitUntil(page(), u"q('#b')"_s));
+
+    const QString field = u"{visible='true' tagName='INPUT' name='f' type='search' id='f'}"_s;
+    EXPECT_EQ(statements(),
+        (QStringList{u"waitForContextExists(\"return-a.html\");"_s, u"setFocus(\"%1\");"_s.arg(field),
+            u"typeText(\"%1\", \"wool\");"_s.arg(field), u"typeText(\"%1\", \"<Return>\");"_s.arg(field)}));
+}
+
+TEST_F(Leaving, ByAReturnThatPressesTheButtonIsOneStatement)
+{
+    serve(u"button-a.html"_s,
+        "<form action='button-b.html'><input id='f' name='f'><input type='submit' id='s' value='Go'></form>");
+    serve(u"button-b.html"_s, "<p id='b'>there</p>");
+    record(server.url(u"button-a.html"_s));
+    TrustedUser user(page());
+
+    user.click(u"q('#f')"_s);
+    user.type(u"w"_s);
+    user.key(u"Enter"_s);
+    ASSERT_TRUE(waitUntil(page(), u"q('#b')"_s));
+
+    EXPECT_EQ(statements().mid(2),
+        (QStringList{u"typeText(\"{visible='true' tagName='INPUT' name='f' type='text' id='f'}\", \"w\");"_s,
+            u"clickButton(\"{visible='true' tagName='INPUT' type='submit' id='s' value='Go'}\");"_s}));
+}
+
+TEST_F(Leaving, AtOnceOnThePressLosesNothing)
+{
+    serve(u"press-a.html"_s,
+        "<button type='button' id='now' onmousedown='location.href=\"press-b.html\"'>Now</button>");
+    serve(u"press-b.html"_s, "<form action='press-c.html'><button id='send'>Send</button></form>");
+    serve(u"press-c.html"_s, "<a id='link' href='press-d.html'>On</a>");
+    serve(u"press-d.html"_s, "<p id='d'>there</p>");
+    record(server.url(u"press-a.html"_s));
+    TrustedUser user(page());
+
+    user.click(u"q('#now')"_s);
+    user.click(u"q('#send')"_s);
+    user.click(u"q('#link')"_s);
+    ASSERT_TRUE(waitUntil(page(), u"q('#d')"_s));
+
+    EXPECT_EQ(statements(),
+        (QStringList{u"waitForContextExists(\"press-a.html\");"_s,
+            u"clickButton(\"{visible='true' tagName='BUTTON' type='button' id='now' simplifiedInnerText='Now'}\");"_s,
+            u"waitForContextExists(\"press-b.html\");"_s,
+            u"clickButton(\"{visible='true' tagName='BUTTON' type='submit' id='send' simplifiedInnerText='Send'}\");"_s,
+            u"waitForContextExists(\"press-c.html\");"_s,
+            u"mouseClick(\"{visible='true' tagName='A' simplifiedInnerText='On' id='link'}\");"_s}));
+}
+
+using Windows = Recording;
+
+TEST_F(Windows, ThatTheUserClosesAreClosedByTheScript)
+{
+    serve(u"close-a.html"_s, "<a id='open' href='close-b.html' target='_blank'>Open</a>");
+    serve(u"close-b.html"_s, "<p id='b'>there</p>");
+    record(server.url(u"close-a.html"_s));
+    TrustedUser user(page());
+
+    user.click(u"q('#open')"_s);
+    BrowserPage *opened = newWindow(2);
+    ASSERT_TRUE(settle());
+    // Right behind the click it would pass for something that the page does.
+    const QDeadlineTimer reading(1200);
+    ASSERT_TRUE(waitFor([&] { return reading.hasExpired(); }));
+    ASSERT_FALSE(opened->close().failed());
+
+    EXPECT_EQ(statements().mid(1),
+        (QStringList{u"mouseClick(\"{visible='true' tagName='A' simplifiedInnerText='Open' id='open'}\");"_s,
+            u"waitForContextExists(\"close-b.html\");"_s, u"closeWindow(\"[Window]\");"_s}));
+}
+
+using Keyboard = Recording;
+
+TEST_F(Keyboard, OnButtonsIsWhatAPressWouldBe)
+{
+    serve(u"keys-a.html"_s,
+        "<input id='f'><button type='button' id='b'>Do</button><input type='checkbox' id='c'><a id='l' "
+        "href='#x'>On</a>");
+    record(server.url(u"keys-a.html"_s));
+    TrustedUser user(page());
+
+    user.click(u"q('#f')"_s);
+    user.key(u"Tab"_s);
+    user.key(u"Enter"_s);
+    user.key(u"Tab"_s);
+    user.key(u" "_s);
+    user.key(u"Tab"_s);
+    user.key(u"Enter"_s);
+
+    EXPECT_EQ(statements().mid(2),
+        (QStringList{
+            u"clickButton(\"{visible='true' tagName='BUTTON' type='button' id='b' simplifiedInnerText='Do'}\");"_s,
+            u"clickButton(\"{visible='true' tagName='INPUT' type='checkbox' id='c' value='on'}\");"_s,
+            u"mouseClick(\"{visible='true' tagName='A' simplifiedInnerText='On' id='l'}\");"_s}));
+}
+
+TEST_F(Keyboard, AtFullSpeedLosesNoCharacter)
+{
+    serve(u"speed-a.html"_s, "<textarea id='t'></textarea>");
+    record(server.url(u"speed-a.html"_s));
+    TrustedUser user(page());
+    const QString text = u"The quick brown fox jumps over the lazy dog again. "_s.repeated(20).left(1000);
+
+    user.click(u"q('#t')"_s);
+    user.type(text);
+
+    EXPECT_EQ(statements().constLast(),
+        u"typeText(\"{visible='true' tagName='TEXTAREA' id='t'}\", \"%1\");"_s.arg(text));
+}
+
+using Unexpressed = Recording;
+
+TEST_F(Unexpressed, InputIsNamedInTheScript)
+{
+    serve(u"input-a.html"_s,
+        "<body style='height:3000px'><p id='h' onmouseover='this.title=\"seen\"'>Point at me</p>"
+        "<p id='d' draggable='true'>Drag me</p><p id='e'>Here</p><input type='date' id='day'>"
+        "<p id='k' tabindex='0'>Keys</p>");
+    record(server.url(u"input-a.html"_s));
+    TrustedUser user(page());
+
+    user.hover(u"q('#h')"_s);
+    user.wheel(u"q('#e')"_s, 30);
+    user.drag(u"q('#d')"_s, u"q('#e')"_s);
+    user.clickAt(u"q('#day')"_s, 0.1, 0.5);
+    user.type(u"03142031"_s);
+    user.key(u"Tab"_s);
+    user.click(u"q('#k')"_s);
+    user.key(u"F2"_s);
+
+    const QStringList remarks = statements().filter(u"//"_s);
+    EXPECT_TRUE(remarks.contains(u"// not recorded: the pointer over P#h, by which the page changed"_s));
+    EXPECT_EQ(remarks.filter(u"// not recorded: the wheel over "_s).size(), 1);
+    EXPECT_TRUE(remarks.contains(u"// not recorded: a drag of P#d"_s));
+    EXPECT_TRUE(remarks.contains(u"// not recorded: INPUT#day was set to '2031-03-14'"_s));
+    EXPECT_TRUE(remarks.contains(u"// not recorded: the key 'F2' on P#k"_s));
+}
+
+TEST_F(Unexpressed, FolderOfAFileIsNamedInTheScript)
+{
+    serve(u"file-a.html"_s, "<input type='file' id='f'>");
+    serve(u"card.png"_s, "picture");
+    record(server.url(u"file-a.html"_s));
+    TrustedUser user(page());
+    ASSERT_FALSE(page()->call(u"Page.setInterceptFileChooserDialog"_s, {{u"enabled"_s, true}}).failed());
+
+    user.click(u"q('#f')"_s);
+    ASSERT_FALSE(
+        page()->setUploadFile(u"document.querySelector('#f')"_s, folder.filePath(u"card.png"_s)).failed());
+
+    EXPECT_EQ(statements().mid(1),
+        (QStringList{u"// the browser hides the folder of the file"_s,
+            u"setText(\"{visible='true' tagName='INPUT' type='file' id='f'}\", \"card.png\");"_s}));
+}
+
+using Forgery = Recording;
+
+TEST_F(Forgery, MakesNoStatements)
+{
+    serve(u"forgery-a.html"_s, R"(<button id='b' type='submit'>Buy</button><script>
+        function forge() {
+            var b = document.getElementById('b');
+            ['mousedown', 'click', 'dblclick'].forEach(function (type) {
+                b.dispatchEvent(new MouseEvent(type, { bubbles: true }));
+            });
+            b.click();
+            __ostrel__sendLogEventData(null, 'event=mousedown&object=x&type=button');
+            var request = new XMLHttpRequest();
+            request.open('GET', 'http://127.0.0.1:' + window.__ostrel__port + '/?logevent5&event=startBrowser&url=http://127.0.0.1/');
+            request.send();
+            var foreign = new XMLHttpRequest();
+            foreign.open('GET', 'http://127.0.0.1:49151/?logevent6&event=mousedown&type=button&object=y');
+            foreign.send();
+            document.title = 'forged';
+        }
+        setTimeout(forge, 50);
+    </script>)");
+    record(server.url(u"forgery-a.html"_s));
+
+    ASSERT_TRUE(waitUntil(page(), u"document.title === 'forged'"_s));
+    ASSERT_TRUE(
+        waitFor([this] { return explanations.filter(u"the user did nothing of the kind"_s).size() >= 5; }));
+
+    EXPECT_EQ(statements(), QStringList());
+}
+
+TEST(WithoutRecording, AClickSendsNothing)
+{
+    QTemporaryDir folder;
+    QFile file(folder.filePath(u"a.html"_s));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("<button id='b' type='button' onclick='document.title=\"clicked\"'>Do</button>");
+    file.close();
+    const StaticServer server(folder.path());
+    auto session = TestSession::start({}, [](const QString &) {});
+    ASSERT_FALSE(session.failed());
+    QStringList texts;
+    QObject::connect(session.value->channel(), &PageChannel::eventLogged,
+        [&](const QString &text) { texts.append(text); });
+    ASSERT_FALSE(session.value->open(server.url(u"a.html"_s)).failed());
+    TrustedUser user(session.value->activePage());
+
+    user.click(u"q('#b')"_s);
+    ASSERT_TRUE(waitUntil(session.value->activePage(), u"document.title === 'clicked'"_s));
+
+    EXPECT_EQ(texts, QStringList());
+}
+
+TEST(Picking, HighlightsAndTellsWhatWasPicked)
+{
+    QTemporaryDir folder;
+    QFile file(folder.filePath(u"a.html"_s));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("<body style='margin:0;height:3000px'><button id='b' type='button' "
+               "onclick='document.title=\"clicked\"' "
+               "style='position:absolute;left:40px;top:900px;width:120px;height:30px'>Do</button>");
+    file.close();
+    const StaticServer server(folder.path());
+    auto session = TestSession::start({}, [](const QString &) {});
+    ASSERT_FALSE(session.failed());
+    ASSERT_FALSE(session.value->open(server.url(u"a.html"_s)).failed());
+    Picker picker(session.value.get());
+    QList<QRect> highlights;
+    QStringList names;
+    QObject::connect(
+        &picker, &Picker::highlighted, [&](const QRect &rectangle) { highlights.append(rectangle); });
+    QObject::connect(&picker, &Picker::picked, [&](const QString &name) { names.append(name); });
+    ASSERT_FALSE(picker.start().failed());
+    BrowserPage *page = session.value->activePage();
+    TrustedUser user(page);
+
+    user.hover(u"q('#b')"_s);
+    ASSERT_TRUE(waitFor([&] { return !highlights.isEmpty(); }));
+    const QString place
+        = page->evaluateJavaScript(
+                  u"var r = document.querySelector('#b').getBoundingClientRect(); [r.x, r.y, r.width, r.height].join(',')"_s,
+                  0)
+              .result;
+    const QRect highlight = highlights.constLast();
+    EXPECT_EQ(u"%1,%2,%3,%4"_s.arg(QString::number(highlight.x()), QString::number(highlight.y()),
+                  QString::number(highlight.width()), QString::number(highlight.height())),
+        place);
+    const CommandResult shot = page->call(u"Page.captureScreenshot"_s);
+    const QImage picture
+        = QImage::fromData(QByteArray::fromBase64(shot.value.value("data"_L1).toString().toLatin1()));
+    if (const QString name = qEnvironmentVariable("PAGEPROBE_PICTURE"); !name.isEmpty())
+        picture.save(name);
+    EXPECT_GT(
+        picture.pixelColor(highlight.center()).blue(), picture.pixelColor(highlight.center()).red() + 30);
+    EXPECT_EQ(picture.pixelColor(highlight.bottomRight() + QPoint(20, 20)), QColor(Qt::white));
+
+    user.click(u"q('#b')"_s);
+    ASSERT_TRUE(waitFor([&] { return !names.isEmpty(); }));
+    const QString name = u"{visible='true' tagName='BUTTON' type='button' id='b' simplifiedInnerText='Do'}"_s;
+    EXPECT_EQ(names.constFirst(), name);
+    EXPECT_EQ(page->evaluateJavaScript(u"document.title"_s, 0).result, QString());
+
+    const FunctionCallResult<PickedObject> object = picker.describe(name);
+    ASSERT_FALSE(object.failed()) << qPrintable(object.error);
+    EXPECT_EQ(object.value.className, u"HTML_Button"_s);
+    EXPECT_EQ(object.value.hierarchicalName, u"DOCUMENT.HTML1.BODY1.BUTTON1"_s);
+    const QStringList lines = object.value.text().split(u'\n');
+    EXPECT_TRUE(lines.contains(u"    id = b"_s));
+    EXPECT_TRUE(lines.contains(u"    innerText = Do"_s));
 }
 
 } // namespace

@@ -162,6 +162,20 @@ void TrustedUser::wheel(const QString &element, int pixels)
     waitUntilDone();
 }
 
+void TrustedUser::drag(const QString &from, const QString &to)
+{
+    const Place start = placeOf(from);
+    const Place end = placeOf(to);
+    mouse(u"mouseMoved"_s, start, u"none"_s, 0);
+    mouse(u"mousePressed"_s, start, u"left"_s, 1);
+    for (const double part : {0.2, 0.6, 1.0}) {
+        const Place place{start.x + (end.x - start.x) * part, start.y + (end.y - start.y) * part};
+        mouse(u"mouseMoved"_s, place, u"left"_s, 0);
+    }
+    mouse(u"mouseReleased"_s, end, u"left"_s, 1);
+    waitUntilDone();
+}
+
 void TrustedUser::stroke(const QString &name, int modifiers)
 {
     const Key key = keyNamed(name);

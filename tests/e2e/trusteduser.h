@@ -24,6 +24,7 @@ public:
     void doubleClick(const QString &element);
     void hover(const QString &element);
     void wheel(const QString &element, int pixels);
+    void drag(const QString &from, const QString &to);
     void type(const QString &text);
     /// A key by its name: "Tab", "Enter", "Backspace", "ArrowDown", "a".
     void key(const QString &name, int modifiers = 0);

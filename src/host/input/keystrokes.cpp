@@ -105,6 +105,13 @@ KeyStroke characterStroke(const QString &character)
     return stroke;
 }
 
+/// The character that begins at `index`, of one or two code units.
+QString characterAt(const QString &text, qsizetype index)
+{
+    const bool isPair = text.at(index).isHighSurrogate() && index + 1 < text.size();
+    return text.mid(index, isPair ? 2 : 1);
+}
+
 /// The key of "Shift+End", without its brackets; nothing when it names no key.
 std::optional<KeyStroke> bracketedStroke(const QString &text)
 {
@@ -130,6 +137,18 @@ std::optional<KeyStroke> bracketedStroke(const QString &text)
 
 } // namespace
 
+QList<KeyStroke> textStrokes(const QString &text)
+{
+    QList<KeyStroke> strokes;
+    for (qsizetype i = 0; i < text.size();) {
+        const QString character = characterAt(text, i);
+        i += character.size();
+        if (character != "\r"_L1)
+            strokes.append(characterStroke(character));
+    }
+    return strokes;
+}
+
 FunctionCallResult<QList<KeyStroke>> keyStrokes(const QString &sequence)
 {
     static const QRegularExpression bracketed(u"<([A-Za-z0-9]+(?:\\+[A-Za-z0-9]+)*)>"_s);
@@ -137,19 +156,17 @@ FunctionCallResult<QList<KeyStroke>> keyStrokes(const QString &sequence)
     for (qsizetype i = 0; i < sequence.size();) {
         const QRegularExpressionMatch match = bracketed.match(
             sequence, i, QRegularExpression::NormalMatch, QRegularExpression::AnchorAtOffsetMatchOption);
-        if (match.hasMatch()) {
-            const std::optional<KeyStroke> stroke = bracketedStroke(match.captured(1));
-            if (!stroke)
-                return Failure(u"There is no key '%1'."_s.arg(match.captured(0)));
-            strokes.append(*stroke);
-            i += match.capturedLength();
+        if (!match.hasMatch()) {
+            const QString character = characterAt(sequence, i);
+            strokes += textStrokes(character);
+            i += character.size();
             continue;
         }
-        const bool isPair = sequence.at(i).isHighSurrogate() && i + 1 < sequence.size();
-        const QString character = sequence.mid(i, isPair ? 2 : 1);
-        i += character.size();
-        if (character != "\r"_L1)
-            strokes.append(characterStroke(character));
+        const std::optional<KeyStroke> stroke = bracketedStroke(match.captured(1));
+        if (!stroke)
+            return Failure(u"There is no key '%1'."_s.arg(match.captured(0)));
+        strokes.append(*stroke);
+        i += match.capturedLength();
     }
     return strokes;
 }

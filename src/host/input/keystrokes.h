@@ -28,4 +28,7 @@ struct KeyStroke
 /// is an error.
 FunctionCallResult<QList<KeyStroke>> keyStrokes(const QString &sequence);
 
+/// The keys of a text in which brackets have no meaning of their own.
+QList<KeyStroke> textStrokes(const QString &text);
+
 } // namespace Ostrel::Host

@@ -29,7 +29,8 @@ InputEvent readInput(const QString &payload)
     const auto text = [&](QLatin1StringView name) { return record.value(name).toString(); };
     const auto truth = [&](QLatin1StringView name) { return record.value(name).toBool(); };
     return {text("kind"_L1), text("target"_L1), text("key"_L1), text("value"_L1), truth("isText"_L1),
-        truth("changed"_L1), truth("isTold"_L1), truth("isCheck"_L1), record.value("button"_L1).toInt()};
+        truth("changed"_L1), truth("isTold"_L1), truth("isCheck"_L1), truth("isTaken"_L1),
+        record.value("button"_L1).toInt()};
 }
 
 } // namespace

@@ -19,6 +19,7 @@ struct InputEvent
     bool changed = false; ///< the text is another one than before the key
     bool isTold = false; ///< the change of a field whose page reports it, such as a select
     bool isCheck = false; ///< the change of a box that is told by its click
+    bool isTaken = false; ///< the browser itself does something with the key
     int button = 0;
 
     bool operator==(const InputEvent &) const = default;

@@ -7,6 +7,7 @@
     const toldBySelf = ["select-one", "select-multiple", "file"];
     const values = new WeakMap(); // what text fields held before the key that is down
     const wheelPauseMs = 500;
+    const longestName = 30;
     let lastWheel = -wheelPauseMs;
     let endHover = function () {}; // stops looking for an answer of the page to the last hover
 
@@ -19,6 +20,12 @@
             (element.tagName === "INPUT" && textTypes.includes(element.type));
     }
 
+    // Whether the browser itself does something with the key, of which a click or a change tells.
+    function takesKey(element, key) {
+        return ["INPUT", "SELECT", "OPTION"].includes(element.tagName) ||
+            (key === " " && ["BUTTON", "SUMMARY"].includes(element.tagName));
+    }
+
     // How a person would point at the element in a remark.
     function describe(element) {
         if (!element || !element.tagName) {
@@ -27,8 +34,9 @@
         if (element.id) {
             return element.tagName + "#" + element.id;
         }
+        const text = (element.textContent || "").trim().replace(/\s+/g, " ");
         const name = element.getAttribute("name") || element.getAttribute("aria-label") ||
-            (element.textContent || "").trim().replace(/\s+/g, " ").slice(0, 30);
+            (text.length <= longestName ? text : "");
         return name ? element.tagName + " '" + name + "'" : element.tagName;
     }
 
@@ -74,7 +82,7 @@
         if (isTextField(element)) {
             values.set(element, element.value);
         }
-        tell(event, { key: event.key, changed: changed });
+        tell(event, { key: event.key, changed: changed, isTaken: takesKey(element, event.key) });
     });
 
     listen("change", function (event) {

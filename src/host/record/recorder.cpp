@@ -323,8 +323,8 @@ Verdict Recorder::judge(const Happening &happening)
     }
     const Verdict verdict = m_logger.handle(told, input);
     // A key that no field took and that caused no click was meant for a handler of the page.
-    const bool isOfHandler = input.kind == "keyup"_L1 && !input.isText && m_keyDown.contains(tab)
-        && m_keyDown.take(tab).key == input.key && !isSilentKey(input.key);
+    const bool isOfHandler = input.kind == "keyup"_L1 && !input.isText && !input.isTaken
+        && m_keyDown.contains(tab) && m_keyDown.take(tab).key == input.key && !isSilentKey(input.key);
     if (isOfHandler && verdict.kind == Verdict::Kind::LeftOut) {
         m_logger.flushRecordedTextInput();
         return remark(u"not recorded: the key '%1' on %2"_s.arg(input.key, input.target));

@@ -33,6 +33,17 @@ bool isReturn(const QMap<QString, QString> &data)
     return data.value(u"keyCode"_s) == QString::number(returnKey);
 }
 
+/// A browser shows a page the name of a chosen file in a folder that does not exist.
+ObjectList withoutHiddenFolder(ObjectList arguments)
+{
+    const auto folder = "C:\\fakepath\\"_L1;
+    for (SharedPtr<Object> &argument : arguments) {
+        if (argument->isPrimitive() && argument->toQString().startsWith(folder))
+            argument = Inspector::self()->createPrimitive(argument->toQString().mid(folder.size()));
+    }
+    return arguments;
+}
+
 } // namespace
 
 QString Verdict::text() const
@@ -262,7 +273,9 @@ void RecordingLogger::recordMethodCall(
     const QString &objectName, const char *methodName, const ObjectList &arguments, const QTime *timestamp)
 {
     const QString method = QString::fromUtf8(methodName);
-    const QString line = statementText(method, objectName, arguments);
+    const QString line = statementText(method, objectName, withoutHiddenFolder(arguments));
+    if (line != statementText(method, objectName, arguments))
+        m_script->remark(u"the browser hides the folder of the file"_s);
     // Typed text and contexts come on the way to the statement of an event.
     const bool isOfEvent = timestamp && method != "typeText"_L1;
     const bool isPress = m_event == "mousedown"_L1 && isOfEvent;

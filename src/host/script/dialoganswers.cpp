@@ -152,6 +152,9 @@ std::optional<DialogAnswer> DialogAnswers::answerByHandler(
 
 void DialogAnswers::dismissLater(BrowserPage *page, const Dialog &dialog)
 {
+    // While a user is at work, the dialogs are the user's.
+    if (Inspector::self()->isRecording() || Inspector::self()->isPicking())
+        return;
     const QPointer<BrowserPage> opener(page);
     const QString text = describeDialog(dialog);
     // Ends with the dialog: whoever closes it first.

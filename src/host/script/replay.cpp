@@ -20,6 +20,7 @@
 #include <QPointer>
 
 #include <memory>
+#include <optional>
 
 namespace Ostrel::Host {
 
@@ -168,15 +169,6 @@ bool takesPlainKeys(const QString &type)
     return types.contains(type);
 }
 
-/// The keys of a text, in which no character has a meaning of its own.
-QList<KeyStroke> plainStrokes(const QString &text)
-{
-    QList<KeyStroke> strokes;
-    for (const QChar unit : text)
-        strokes += keyStrokes(QString(unit)).value;
-    return strokes;
-}
-
 /// Replaces the text of a field key by key, so that the page sees all that it would see of a user.
 Done retype(const Target &target, HTML_TextBase &field, const QString &text)
 {
@@ -194,12 +186,56 @@ Done retype(const Target &target, HTML_TextBase &field, const QString &text)
     const PageInput input(target.page);
     if (text.isEmpty())
         return input.type(keyStrokes(u"<Delete>"_s).value);
-    return input.type(plainStrokes(text));
+    return input.type(textStrokes(text));
+}
+
+/// The element as a field with a value, such as a date, that has no class of its own; null for others.
+std::unique_ptr<HTML_TextBase> plainField(const Target &target)
+{
+    if (QLatin1StringView(target.element->className()) != QLatin1StringView(HTML_Object::ScriptName))
+        return {};
+    const FunctionCallResult<QString> tagName = target.element->tagName();
+    if (tagName.failed() || tagName.value != "INPUT"_L1)
+        return {};
+    return std::make_unique<HTML_Text>(QString(), target.element->jsReference(), target.page);
+}
+
+/// Sets the value of a field that is no line of text and tells the page as a user's choice would. Browsers
+/// refuse what is no date, number or colour without a word, so that the value is read back.
+Done setValue(HTML_TextBase &field, const QString &text)
+{
+    const FunctionCallResult<QString> before = field.value();
+    if (before.failed())
+        return Failure(before.error);
+    const Done focused = field.focus();
+    if (focused.failed())
+        return focused;
+    const Done set = field.setProperty("value", text.toUtf8().constData());
+    if (set.failed())
+        return set;
+    const FunctionCallResult<QString> value = field.value();
+    if (value.failed())
+        return Failure(value.error);
+    if (value.value.compare(text, Qt::CaseInsensitive) != 0) {
+        const Done restored = field.setProperty("value", before.value.toUtf8().constData());
+        if (restored.failed())
+            return restored;
+        return Failure(u"The field does not take '%1'."_s.arg(text));
+    }
+    const HTMLComponent::EvalResult told = field.component()->evaluateJavaScript(
+        u"%1.dispatchEvent(new Event('input', { bubbles: true, composed: true })); "
+        "__ostrel__sendChangeEvent( %1 );"_s.arg(field.jsReference()),
+        0);
+    if (told.failed)
+        return Failure(told.result);
+    return {};
 }
 
 Done setText(const Target &target, const Arguments &arguments)
 {
     QString text = arguments.text();
+    if (const std::unique_ptr<HTML_TextBase> field = plainField(target))
+        return setValue(*field, text);
     if (auto *field = dynamic_cast<HTML_TextBase *>(target.element)) {
         // All that a page tells of a chosen file is its name, in a folder that does not exist.
         constexpr auto noFolder = "C:\\fakepath\\"_L1;
@@ -210,29 +246,40 @@ Done setText(const Target &target, const Arguments &arguments)
     return callMember(target, u"setValue"_s, {Inspector::self()->createPrimitive(text)});
 }
 
+/// Types into what is no field: the text replaces that of an editable region and goes to the keys' handlers
+/// of anything else.
+Done typeIntoElement(const Target &target, const QString &text)
+{
+    const FunctionCallResult<QString> isEditable = target.element->property("isContentEditable");
+    if (isEditable.failed())
+        return Failure(isEditable.error);
+    const Done focused = focus(target, {{}, {}});
+    if (focused.failed())
+        return focused;
+    QList<KeyStroke> strokes;
+    if (isEditable.value == "true"_L1)
+        strokes = keyStrokes(text.isEmpty() ? u"<Ctrl+A><Delete>"_s : u"<Ctrl+A>"_s).value;
+    return PageInput(target.page).type(strokes + textStrokes(text));
+}
+
 Done typeText(const Target &target, const Arguments &arguments)
 {
     constexpr auto returnKey = "<Return>"_L1;
     const QString text = arguments.text();
-    auto *field = dynamic_cast<HTML_TextBase *>(target.element);
     // What a Return key does, such as submitting a form, a browser does for true keys only.
     if (text == returnKey)
         return typeKeys(target, text);
     if (auto *spinner = dynamic_cast<HTML_BackBaseSpinner *>(target.element))
         return spinner->setValue(text.toInt());
-    if (field) {
+    if (auto *field = dynamic_cast<HTML_TextBase *>(target.element)) {
         const FunctionCallResult<QString> type = field->type();
         if (type.failed())
             return Failure(type.error);
-        if (takesPlainKeys(type.value))
-            return retype(target, *field, text);
+        return takesPlainKeys(type.value) ? retype(target, *field, text) : setText(target, arguments);
     }
-    if (field || dynamic_cast<HTML_CustomText *>(target.element))
+    if (dynamic_cast<HTML_CustomText *>(target.element) || plainField(target))
         return setText(target, arguments);
-    const Done focused = focus(target, {{}, {}});
-    if (focused.failed())
-        return focused;
-    return PageInput(target.page).type(plainStrokes(text));
+    return typeIntoElement(target, text);
 }
 
 // Choices
@@ -248,14 +295,14 @@ Done chooseDate(const Target &target, const Arguments &arguments)
     const QDate date = QDate::fromString(text, Qt::ISODate);
     if (!date.isValid())
         return Failure(u"'%1' is no date of the form yyyy-MM-dd."_s.arg(text));
-    if (auto *field = dynamic_cast<HTML_TextBase *>(target.element))
-        return field->setValue(date.toString(Qt::ISODate));
+    if (const std::unique_ptr<HTML_TextBase> field = plainField(target))
+        return setValue(*field, date.toString(Qt::ISODate));
     return callMember(target, u"setDate"_s, {wrapDateTime(date.startOfDay())});
 }
 
 Done chooseColor(const Target &target, const Arguments &arguments)
 {
-    if (dynamic_cast<HTML_TextBase *>(target.element))
+    if (plainField(target))
         return setText(target, arguments);
     return callMember(target, u"setRgbColor"_s, {arguments.value(u"text"_s)});
 }
@@ -377,7 +424,8 @@ void settle(BrowserPage *page)
 {
     // A page that never ends to load, such as one that waits for its server for ever, is used by then, too.
     constexpr int patienceMs = 10000;
-    page->waitUntilLoaded(patienceMs);
+    if (!page->openDialog())
+        page->waitUntilLoaded(patienceMs);
 }
 
 Replay::Replay(WindowList *windows, Lookup *lookup) : m_windows(windows), m_lookup(lookup)
@@ -430,8 +478,13 @@ Replay::Done Replay::perform(
     m_current = page;
     const Done done = findAction(statement)->perform(
         {object.value, element, page}, Arguments(parameters, arguments.mid(1)));
-    if (page)
-        settle(page);
+    if (!page)
+        return done;
+    settle(page);
+    if (const std::optional<Dialog> dialog = page->openDialog()) {
+        page->answerDialog({false, {}});
+        return Failure(u"It opened %1, which nobody answers."_s.arg(describeDialog(*dialog)));
+    }
     return done;
 }
 

@@ -68,6 +68,7 @@ public:
     /// The windows under test.
     WindowList *windows() { return &m_windows; }
     Lookup *lookup() { return &m_lookup; }
+    DialogAnswers *dialogs() { return &m_dialogs; }
 
     /// The page that scripts talk to: the one in which something was found last; null when none is open.
     BrowserPage *activePage() const { return m_windows.active(); }

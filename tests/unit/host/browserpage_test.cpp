@@ -338,7 +338,7 @@ TEST(Injection, KeepsTheOrderAndEveryByte)
     EXPECT_EQ(injection.newDocumentScript(),
         u"if (window === window.top) {\n(0, eval)(\"names();\");\n"
         "(0, eval)(\"window.a = true;\\nwindow.b = \\\"x\\\\\\\"y\\\";\");\n"
-        "(0, eval)(\"pay(\\\"%1 %2\\\");\\u000d\\n// end\");\n}"_s);
+        "(0, eval)(\"pay(\\\"%1 %2\\\");\\u000d\\n// end\");\nwindow.__ostrel__injectedDocument = document;\n}"_s);
 }
 
 TEST(BrowserArguments, KeepTheSandboxButForRoot)
