@@ -262,6 +262,18 @@ TEST_F(MishapTest, AKilledBrowser)
     EXPECT_EQ(ended.err, u"scripts/a.js:4: The browser has closed or crashed\n"_s);
 }
 
+TEST_F(MishapTest, AClosedTab)
+{
+    write({openForm + "closeWindow('[Window]');\nlog(heading.title);\n", good});
+
+    const Ended ended = runAll();
+
+    expectOneOfTwo(ended);
+    EXPECT_EQ(ended.err,
+        u"scripts/a.js:4: Object reference deleted in browser already, please obtain a new reference using "
+        "waitForObject or findObject\n"_s);
+}
+
 TEST_F(MishapTest, AKilledWorker)
 {
     for (int signal : {SIGKILL, SIGSEGV}) {

@@ -34,7 +34,7 @@ void detachFromTerminal()
 void WorkerProcess::News::scriptEnded(const ScriptEnd &end)
 {
     ResultCollector::scriptEnded(end);
-    m_owner.noteScriptEnd();
+    m_owner.noteScriptEnd(end.outcome);
 }
 
 void WorkerProcess::News::statementBegan(const StatementBegin &statement)
@@ -137,11 +137,11 @@ void WorkerProcess::addDiagnostics(const QByteArray &lines)
     m_listener.diagnosticsWritten(m_number, QString::fromUtf8(lines));
 }
 
-void WorkerProcess::noteScriptEnd()
+void WorkerProcess::noteScriptEnd(Outcome outcome)
 {
     m_milliseconds = double(m_elapsed.nsecsElapsed()) / 1e6;
     m_limit.stop();
-    if (m_keepOpen && m_stopReason.isEmpty())
+    if (m_keepOpen && outcome != Outcome::Unusable && m_stopReason.isEmpty())
         m_listener.browserKept(m_number);
     else
         m_endLimit.start(m_endLimitMs);

@@ -68,7 +68,7 @@ private:
     void readEvents();
     void readDiagnostics();
     void addDiagnostics(const QByteArray &lines);
-    void noteScriptEnd();
+    void noteScriptEnd(Outcome outcome);
     void noteFinished();
     ScriptEnd endWithoutWord() const;
 

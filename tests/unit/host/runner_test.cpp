@@ -1,5 +1,6 @@
 // Runs of many scripts, with shell scripts in the place of workers: what happens when, and what becomes of
 // workers that do not behave.
+#include "host/run/failurewitness.h"
 #include "host/run/progress.h"
 #include "host/run/runner.h"
 #include "host/run/scriptlist.h"
@@ -309,6 +310,15 @@ TEST_F(RunnerTest, ABrowserThatIsKeptOpenIsWaitedFor)
     EXPECT_EQ(result.scripts.at(0).attempts.at(0).diagnostics, u"done\n"_s);
 }
 
+TEST_F(RunnerTest, ABrowserThatWasNeverThereIsNotKept)
+{
+    RunPlan plan{{u"a.js"_s}};
+    plan.keepOpen = true;
+    run(plan, u"echo '{\"event\":\"scriptEnded\",\"outcome\":\"unusable\",\"text\":\"no browser\"}'\n"_s);
+
+    EXPECT_EQ(notes.lines, (QStringList{u"0 begins"_s, u"0 ends: no browser"_s}));
+}
+
 TEST_F(RunnerTest, AWorkerOutlivesNeitherItsOwnerNorTheRunner)
 {
     {
@@ -319,6 +329,71 @@ TEST_F(RunnerTest, AWorkerOutlivesNeitherItsOwnerNorTheRunner)
     QFile id(folder.filePath(u"id"_s));
     ASSERT_TRUE(id.open(QIODevice::ReadOnly));
     EXPECT_NE(::kill(id.readAll().trimmed().toInt(), 0), 0);
+}
+
+// From here on: what the page looked like at a failure.
+
+class WitnessTest : public ::testing::Test
+{
+protected:
+    FunctionCallResult<QByteArray> screenshot()
+    {
+        ++looks;
+        return pageIsThere ? FunctionCallResult<QByteArray>("png") : Failure(u"There is no open page."_s);
+    }
+    FunctionCallResult<QString> objectTree() const
+    {
+        return pageIsThere ? FunctionCallResult<QString>(u"tree"_s) : Failure(u"There is no open page."_s);
+    }
+    QStringList kinds() const
+    {
+        QStringList names;
+        for (const QByteArray &line : lines)
+            names.append(QString::fromUtf8(line).section(u"\"event\":\""_s, 1).section(u'"', 0, 0));
+        return names;
+    }
+
+    bool pageIsThere = true;
+    int looks = 0;
+    QList<QByteArray> lines;
+    FailureWitness witness{[this](const QByteArray &line) { lines.append(line); },
+        {[this] { return screenshot(); }, [this] { return objectTree(); }}};
+};
+
+TEST_F(WitnessTest, ShowsThePageBehindAFailedVerificationAndBeforeAnError)
+{
+    witness.verified({true, {}, {}, {}, {}});
+    witness.verified({false, {}, {}, {}, {}});
+    witness.scriptEnded({Outcome::Error, u"lost"_s, {}, {}});
+
+    EXPECT_EQ(kinds(),
+        (QStringList{u"verified"_s, u"verified"_s, u"screenshot"_s, u"objectTree"_s, u"screenshot"_s,
+            u"objectTree"_s, u"scriptEnded"_s}));
+}
+
+TEST_F(WitnessTest, APassAndAScriptThatCouldNotBeginShowNothing)
+{
+    witness.scriptEnded({});
+    witness.scriptEnded({Outcome::Unusable, u"no browser"_s, {}, {}});
+
+    EXPECT_EQ(looks, 0);
+}
+
+TEST_F(WitnessTest, WhatCannotBeSeenIsLeftOut)
+{
+    pageIsThere = false;
+    witness.verified({false, {}, {}, {}, {}});
+
+    EXPECT_EQ(kinds(), QStringList{u"verified"_s});
+}
+
+TEST_F(WitnessTest, AFailureInALoopDoesNotFillTheReport)
+{
+    for (int i = 0; i < 100; ++i)
+        witness.verified({false, {}, {}, {}, {}});
+
+    EXPECT_EQ(looks, FailureWitness::mostViews);
+    EXPECT_EQ(kinds().count(u"verified"_s), 100);
 }
 
 // From here on: which scripts.
