@@ -10,7 +10,7 @@ const browser = named([
     "window", "top", "document", "location", "navigator", "console", "sessionStorage", "XMLHttpRequest",
     "ActiveXObject", "ShadowRoot", "setTimeout", "clearTimeout", "setInterval", "clearInterval", "alert", "Event",
     "MouseEvent", "KeyboardEvent", "HTMLElement", "Node", "screen",
-    "Touch", "TouchEvent", "Components",
+    "Touch", "TouchEvent", "Components", "Map",
 ], "readonly");
 
 // Variables that a host sets in the page and that the page script reads without a window in front.
@@ -64,6 +64,16 @@ module.exports = [
             ecmaVersion: 2022,
             sourceType: "commonjs",
             globals: named(["require", "module", "process", "console", "__dirname"], "readonly"),
+        },
+        rules: { ...rules, "no-unused-vars": "error" },
+    },
+    {
+        // What people open in a browser of today.
+        files: ["src/host/dump/*.js"],
+        languageOptions: {
+            ecmaVersion: 2022,
+            sourceType: "script",
+            globals: named(["document", "getSelection"], "readonly"),
         },
         rules: { ...rules, "no-unused-vars": "error" },
     },

@@ -17,6 +17,7 @@ struct Effort
     int elements = 50000; ///< elements that get a reference in a round
     int loads = 60; ///< how often a page is loaded
     int sessions = 5; ///< how often a browser is started and ended
+    int names = 200; ///< elements that are named in a round
 };
 
 /// One property of one element, read again and again: through a wrapper and from a script, against a client
@@ -32,5 +33,9 @@ FunctionCallResult<QList<Row>> measureInjection(const Effort &effort);
 
 /// A session from its start to its end against another library's.
 FunctionCallResult<QList<Row>> measureSession(const Effort &effort);
+
+/// Objects by name: lookups and all children of an element against another library, and how the cost of
+/// names grows with the page against the growth of what the rules of naming force.
+FunctionCallResult<QList<Row>> measureObjectNames(const Effort &effort);
 
 } // namespace Ostrel::Bench

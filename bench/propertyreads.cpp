@@ -77,7 +77,8 @@ FunctionCallResult<void> runScript(ScriptEngine &engine, const QString &text)
 
 FunctionCallResult<QList<Row>> measurePropertyReads(const Effort &effort)
 {
-    FunctionCallResult<std::unique_ptr<TestSession>> session = TestSession::start({}, [](const QString &) {});
+    ResultSink nobody;
+    FunctionCallResult<std::unique_ptr<TestSession>> session = TestSession::start({}, nobody);
     if (session.failed())
         return Failure(session.error);
     BrowserPage *page = session.value->activePage();

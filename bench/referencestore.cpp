@@ -63,8 +63,8 @@ FunctionCallResult<double> evaluateNumber(const BrowserPage &page, const QString
 
 FunctionCallResult<QList<Row>> measureReferenceStore(const Effort &effort)
 {
-    const FunctionCallResult<std::unique_ptr<TestSession>> session
-        = TestSession::start({}, [](const QString &) {});
+    ResultSink nobody;
+    const FunctionCallResult<std::unique_ptr<TestSession>> session = TestSession::start({}, nobody);
     if (session.failed())
         return Failure(session.error);
     const BrowserPage *page = session.value->activePage();

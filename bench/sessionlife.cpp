@@ -14,8 +14,8 @@ namespace {
 
 FunctionCallResult<void> startAndEndSession()
 {
-    const FunctionCallResult<std::unique_ptr<TestSession>> session
-        = TestSession::start({}, [](const QString &) {});
+    ResultSink nobody;
+    const FunctionCallResult<std::unique_ptr<TestSession>> session = TestSession::start({}, nobody);
     if (session.failed())
         return Failure(session.error);
     return {};

@@ -7,6 +7,8 @@
 
 namespace Ostrel::App {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr double longestTimeout = 24 * 60 * 60; // in seconds
@@ -17,9 +19,23 @@ void addBrowserOptions(CLI::App &command, BrowserArguments &arguments)
 {
     command.add_flag("--headed", arguments.headed, "Show the browser's window");
     command.add_option("--browser-path", arguments.browserPath, "The browser's executable");
+    command.add_option("--serve", arguments.served, "Serve a folder on the loopback address meanwhile");
     command.add_option("--timeout", arguments.timeout, "Limit of a single call into the page, in seconds")
         ->check(CLI::Range(0.001, longestTimeout))
         ->capture_default_str();
+}
+
+QStringList argumentsFor(const BrowserArguments &arguments)
+{
+    constexpr int allDigits = 17;
+    QStringList list{u"--timeout"_s, QString::number(arguments.timeout, 'g', allDigits)};
+    if (arguments.headed)
+        list << u"--headed"_s;
+    if (!arguments.browserPath.empty())
+        list << u"--browser-path"_s << QString::fromStdString(arguments.browserPath);
+    if (!arguments.served.empty())
+        list << u"--serve"_s << QString::fromStdString(arguments.served);
+    return list;
 }
 
 Host::SessionOptions sessionOptions(const BrowserArguments &arguments)
@@ -28,16 +44,20 @@ Host::SessionOptions sessionOptions(const BrowserArguments &arguments)
     session.browser.headless = !arguments.headed;
     session.browser.executable = QString::fromStdString(arguments.browserPath);
     session.browser.evaluationLimitMs = int(arguments.timeout * 1000);
+    session.servedDirectory = QString::fromStdString(arguments.served);
     return session;
 }
 
 FunctionCallResult<std::unique_ptr<Host::TestSession>> openPage(
     const BrowserArguments &arguments, const std::string &address)
 {
-    auto session = Host::TestSession::start(sessionOptions(arguments), [](const QString &) {});
+    auto session = Host::TestSession::start(sessionOptions(arguments));
     if (session.failed())
         return session;
-    const FunctionCallResult<void> opened = session.value->open(addressFrom(address));
+    const QString wanted = arguments.served.empty()
+        ? addressFrom(address)
+        : QUrl(session.value->serverAddress().value).resolved(QString::fromStdString(address)).toString();
+    const FunctionCallResult<void> opened = session.value->open(wanted);
     if (opened.failed())
         return Failure(opened.error);
     return session;

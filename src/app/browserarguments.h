@@ -4,6 +4,7 @@
 #include "host/script/testsession.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 #include <string>
@@ -18,15 +19,20 @@ struct BrowserArguments
 {
     bool headed = false;
     std::string browserPath;
+    std::string served;
     double timeout = Host::BrowserPage::defaultLimitMs / 1000.0; ///< seconds
 };
 
-/// Adds --headed, --browser-path and --timeout to a command. The arguments must live until it runs.
+/// Adds --headed, --browser-path, --serve and --timeout to a command. The arguments must live until it runs.
 void addBrowserOptions(CLI::App &command, BrowserArguments &arguments);
+
+/// The same as arguments, for another process of this program.
+QStringList argumentsFor(const BrowserArguments &arguments);
 
 Host::SessionOptions sessionOptions(const BrowserArguments &arguments);
 
-/// Starts a browser and opens a page in it; the error is what to tell the user.
+/// Starts a browser and opens a page in it, one of the served folder if there is one; the error is what to
+/// tell the user.
 FunctionCallResult<std::unique_ptr<Host::TestSession>> openPage(
     const BrowserArguments &arguments, const std::string &address);
 

@@ -15,6 +15,7 @@ Command addFindCommand(CLI::App &commandLine);
 Command addNamesCommand(CLI::App &commandLine);
 Command addRecordCommand(CLI::App &commandLine);
 Command addPickCommand(CLI::App &commandLine);
+Command addDumpCommand(CLI::App &commandLine);
 Command addPayloadCommand(CLI::App &commandLine);
 Command addConfigCommand(CLI::App &commandLine);
 

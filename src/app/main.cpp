@@ -23,6 +23,7 @@ constexpr NamedCommand commands[] = {
     {"pick", Ostrel::App::addPickCommand},
     {"find", Ostrel::App::addFindCommand},
     {"names", Ostrel::App::addNamesCommand},
+    {"dump", Ostrel::App::addDumpCommand},
     {"payload", Ostrel::App::addPayloadCommand},
     {"config", Ostrel::App::addConfigCommand},
 };
@@ -37,7 +38,8 @@ int main(int argc, char *argv[])
     QLoggingCategory::setFilterRules(QStringLiteral("qt.qml.compiler=false"));
     Ostrel::App::provideInstallationPrefix(QCoreApplication::applicationDirPath());
 
-    CLI::App commandLine{"Drives web pages in a real browser: runs and records test scripts, finds and names elements."};
+    CLI::App commandLine{
+        "Drives web pages in a real browser: runs and records test scripts, finds and names elements."};
     commandLine.set_version_flag("--version", "pageprobe " PAGEPROBE_VERSION);
     commandLine.require_subcommand(1);
     std::vector<Ostrel::App::Command> runners;

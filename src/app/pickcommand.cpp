@@ -1,8 +1,8 @@
 #include "app/browserarguments.h"
 #include "app/commands.h"
 #include "app/exitcodes.h"
-#include "app/interruption.h"
 #include "host/record/picker.h"
+#include "host/run/interruption.h"
 
 #include <QEventLoop>
 #include <QTextStream>

@@ -1,8 +1,8 @@
 #include "app/browserarguments.h"
 #include "app/commands.h"
 #include "app/exitcodes.h"
-#include "app/interruption.h"
 #include "host/record/recorder.h"
+#include "host/run/interruption.h"
 
 #include <QEventLoop>
 #include <QTextStream>
@@ -86,7 +86,7 @@ int record(const RecordOptions &options)
     QEventLoop loop;
     // Watches from the start of the browser on, so that none is left behind.
     const Interruption interruption([] {}, [&loop] { loop.quit(); });
-    auto session = TestSession::start(sessionOptions(options.browser), [](const QString &) {});
+    auto session = TestSession::start(sessionOptions(options.browser));
     if (session.failed()) {
         errors << "pageprobe record: " << session.error << Qt::endl;
         return Unusable;

@@ -2,6 +2,7 @@
 
 #include "ostrelhook/arrayclass.h"
 #include "ostrelhook/delegates.h"
+#include "ostrelhook/functionclass.h"
 #include "ostrelhook/globalclass.h"
 #include "ostrelhook/namespace.h"
 #include "ostrelhook/tableinterface.h"
@@ -38,6 +39,7 @@ struct Inspector::Registry
     /// The root of script objects that are no page elements.
     Class objectClass{u"Object"_s, &names, false};
     ArrayClass arrayClass{&names};
+    FunctionClass functionClass{&names};
     DateTimeClass dateTimeClass{&names};
     ScreenRectangleClass screenRectangleClass{&names};
     TableRangeClass tableRangeClass{&names};

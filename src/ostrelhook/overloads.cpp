@@ -13,6 +13,9 @@ namespace {
 /// Numbers and booleans may stand for text, as in most script languages; nothing else is converted silently.
 constexpr int distanceToText = 20;
 
+/// A parameter that takes everything is chosen when no other fits.
+constexpr int distanceToAny = 50;
+
 std::optional<int> primitiveDistance(const QString &wanted, const Object::Primitive &given)
 {
     if (std::holds_alternative<QString>(given))
@@ -47,6 +50,8 @@ std::optional<int> objectDistance(const QString &wanted, const Class *given)
 /// What a null pointer among the arguments means: a null object of no class in particular.
 std::optional<int> argumentDistance(const Argument &wanted, const SharedPtr<Object> &given)
 {
+    if (wanted.typeName() == "any"_L1)
+        return distanceToAny;
     if (!given)
         return wanted.isPrimitive() ? std::nullopt : std::optional(0);
     if (given->isPrimitive())

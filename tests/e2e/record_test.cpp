@@ -46,7 +46,7 @@ class Recording : public testing::Test
 protected:
     void SetUp() override
     {
-        auto started = TestSession::start({}, [](const QString &) {});
+        auto started = TestSession::start({});
         ASSERT_FALSE(started.failed()) << qPrintable(started.error);
         session = std::move(started.value);
         recorder = std::make_unique<Recorder>(session.get());

@@ -63,6 +63,12 @@ void BrowserPage::listen()
         m_loadedDocument = event.value("loaderId"_L1).toString();
         Q_EMIT documentLoaded();
     });
+    m_connection->listen(m_session, u"Page.frameStartedLoading"_s, this,
+        [this](const QJsonObject &event) { m_loadingFrames.insert(event.value("frameId"_L1).toString()); });
+    for (const QString &end : {u"Page.frameStoppedLoading"_s, u"Page.frameDetached"_s}) {
+        m_connection->listen(m_session, end, this,
+            [this](const QJsonObject &event) { noteLoaded(event.value("frameId"_L1).toString()); });
+    }
     m_connection->listen(m_session, u"Page.javascriptDialogOpening"_s, this,
         [this](const QJsonObject &event) { noteDialog(event); });
     m_connection->listen(
@@ -86,6 +92,24 @@ void BrowserPage::noteNavigation(const QJsonObject &frame)
     ++m_navigations;
     injectIntoKeptWindow();
     Q_EMIT documentGone(m_address);
+}
+
+void BrowserPage::noteLoaded(const QString &frame)
+{
+    if (m_loadingFrames.remove(frame) && m_loadingFrames.isEmpty())
+        Q_EMIT loadingEnded();
+}
+
+bool BrowserPage::waitUntilLoaded(int limitMs)
+{
+    if (!isLoading())
+        return true;
+    AnswerWait wait(m_waits);
+    const auto connection
+        = connect(this, &BrowserPage::loadingEnded, this, [&wait] { wait.end(WaitState::Answered); });
+    wait.run(limitMs);
+    disconnect(connection);
+    return !isLoading();
 }
 
 // Only the first document of a window that was opened by a page can find a global object that is older than
@@ -184,6 +208,7 @@ void BrowserPage::setGone(WaitState state)
         return;
     m_gone = state;
     m_dialog.reset();
+    m_loadingFrames.clear();
     m_connection->endSession(m_session, describe(state, 0));
     endWaits(state);
     Q_EMIT documentGone({});
@@ -193,7 +218,12 @@ void BrowserPage::setGone(WaitState state)
 BrowserPage::EvalResult BrowserPage::evaluateJavaScript(const QString &script, unsigned int timeoutMs) const
 {
     const int limitMs = limitOr(int(timeoutMs));
-    const Answer answer = await(u"Runtime.evaluate"_s, evaluationParameters(script, limitMs), limitMs);
+    const QString document = m_document;
+    Answer answer = await(u"Runtime.evaluate"_s, evaluationParameters(script, limitMs), limitMs);
+    // A document that came meanwhile has answered what was asked of another one: its references mean nothing
+    // here.
+    if (answer.state == WaitState::Answered && !document.isEmpty() && answer.document != document)
+        answer.state = WaitState::NavigatedAway;
     if (answer.state != WaitState::Answered)
         return {describe(answer.state, limitMs), true, false};
     if (answer.result.failed())
@@ -214,14 +244,16 @@ BrowserPage::Answer BrowserPage::await(
     const QString &method, const QJsonObject &parameters, int limitMs) const
 {
     if (!m_refusal.isEmpty())
-        return {WaitState::Answered, Failure(m_refusal)};
+        return {WaitState::Answered, Failure(m_refusal), m_document};
     if (m_waits.size() >= deepestNesting)
-        return {WaitState::Answered, Failure(u"Too many evaluations wait for the page already"_s)};
-    Answer answer{obstacle(), {}};
+        return {
+            WaitState::Answered, Failure(u"Too many evaluations wait for the page already"_s), m_document};
+    Answer answer{obstacle(), {}, {}};
     if (answer.state == WaitState::Waiting) {
         AnswerWait wait(m_waits);
         const int id = m_connection->send(m_session, method, parameters, [&](const CommandResult &result) {
             answer.result = result;
+            answer.document = m_document;
             wait.end(stateOf(result));
         });
         answer.state = wait.run(limitMs + answerGraceMs);
@@ -366,13 +398,38 @@ FunctionCallResult<void> BrowserPage::close()
     return {};
 }
 
+BrowserPage::KeptPicture::KeptPicture(const BrowserPage &page) : m_page(page)
+{
+    ++page.m_pictureKeepers;
+}
+
+BrowserPage::KeptPicture::~KeptPicture()
+{
+    if (--m_page.m_pictureKeepers == 0)
+        m_page.m_keptPicture = {};
+}
+
 FunctionCallResult<QImage> BrowserPage::grabPageScreenshot() const
+{
+    if (!m_keptPicture.isNull())
+        return m_keptPicture;
+    FunctionCallResult<QImage> picture = takePicture();
+    if (m_pictureKeepers > 0 && !picture.failed())
+        m_keptPicture = picture.value;
+    return picture;
+}
+
+FunctionCallResult<QImage> BrowserPage::takePicture() const
 {
     const CommandResult metrics = call(u"Page.getLayoutMetrics"_s);
     if (metrics.failed())
         return Failure(u"Error measuring the page for a screenshot: %1"_s.arg(metrics.error));
-    QJsonObject clip = metrics.value.value("cssContentSize"_L1).toObject();
-    clip.insert("scale"_L1, 1);
+    // The clip is taken from the page as the tab's zoom has drawn it.
+    const double zoom = metrics.value.value("cssVisualViewport"_L1).toObject().value("zoom"_L1).toDouble(1.0);
+    const QJsonObject content = metrics.value.value("cssContentSize"_L1).toObject();
+    const auto zoomed = [&](QLatin1StringView side) { return content.value(side).toDouble() * zoom; };
+    const QJsonObject clip{{u"x"_s, zoomed("x"_L1)}, {u"y"_s, zoomed("y"_L1)},
+        {u"width"_s, zoomed("width"_L1)}, {u"height"_s, zoomed("height"_L1)}, {u"scale"_s, 1}};
     const CommandResult shot = call(u"Page.captureScreenshot"_s,
         {{u"format"_s, u"png"_s}, {u"captureBeyondViewport"_s, true}, {u"clip"_s, clip}});
     if (shot.failed())
@@ -382,19 +439,6 @@ FunctionCallResult<QImage> BrowserPage::grabPageScreenshot() const
     if (image.isNull())
         return Failure(u"Error taking a screenshot of the page: the browser sent no picture"_s);
     return image;
-}
-
-// How many pixels of the screenshot one unit of the page's own measure has.
-FunctionCallResult<double> BrowserPage::zoomFactor() const
-{
-    const EvalResult ratio = evaluateJavaScript(u"window.devicePixelRatio"_s, 0);
-    if (ratio.failed)
-        return Failure(ratio.result);
-    bool isNumber = false;
-    const double factor = ratio.result.toDouble(&isNumber);
-    if (!isNumber || factor <= 0)
-        return Failure(u"The page gave '%1' as its zoom factor"_s.arg(ratio.result));
-    return factor;
 }
 
 FunctionCallResult<void> BrowserPage::setFileInputValue(WebWrapper::HTML_TextBase *field, const QString &path)

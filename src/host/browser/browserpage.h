@@ -7,7 +7,9 @@
 #include "host/browser/injection.h"
 #include "wrappers/web/htmlcomponent.h"
 
+#include <QImage>
 #include <QObject>
+#include <QSet>
 
 #include <memory>
 #include <optional>
@@ -62,6 +64,13 @@ public:
     /// Opens an address and waits until the document has loaded. 0 means the default limit.
     FunctionCallResult<void> navigate(const QString &address, int limitMs = 0);
 
+    /// Whether the tab or a frame in it is on its way to another document.
+    bool isLoading() const { return !m_loadingFrames.isEmpty(); }
+
+    /// Waits until nothing is loading any more, `limitMs` milliseconds at the most; tells whether that was
+    /// so.
+    bool waitUntilLoaded(int limitMs);
+
     /// Closes the tab and waits until it is gone. The page is not asked whether it agrees.
     FunctionCallResult<void> close();
 
@@ -86,6 +95,19 @@ public:
         QString m_outer;
     };
 
+    /// While this lives, the picture of the page is grabbed once and given again at each further question: a
+    /// dump cuts the picture of each element from it. Nests.
+    class KeptPicture
+    {
+    public:
+        explicit KeptPicture(const BrowserPage &page);
+        ~KeptPicture();
+        Q_DISABLE_COPY_MOVE(KeptPicture)
+
+    private:
+        const BrowserPage &m_page;
+    };
+
     /// The tab is gone for good; waits end with `state`. Called by the browser.
     void setGone(WaitState state);
 
@@ -94,8 +116,10 @@ public:
     bool isPageAvailable() const override;
     WebWrapper::WrapperConfig *config() const override { return m_config; }
     bool supportsPageScreenshot() const override { return true; }
+    /// The whole document, also what lies outside the window, with the pixels of the screen: as many for a
+    /// CSS pixel as the page's devicePixelRatio says, which the tab's zoom is a part of. That is why
+    /// zoomFactor() is 1.
     FunctionCallResult<QImage> grabPageScreenshot() const override;
-    FunctionCallResult<double> zoomFactor() const override;
     FunctionCallResult<void> setFileInputValue(
         WebWrapper::HTML_TextBase *field, const QString &path) override;
     FunctionCallResult<void> setCustomFileInputValue(
@@ -108,6 +132,7 @@ Q_SIGNALS:
     /// The top document is gone, and with it every reference into it. `address` is that of the next one.
     void documentGone(const QString &address);
     void documentLoaded();
+    void loadingEnded();
     void dialogOpened(const Ostrel::Host::Dialog &dialog);
 
     /// The tab is gone, by its user, its script or a crash of the browser.
@@ -118,8 +143,10 @@ private:
     {
         WaitState state = WaitState::Waiting;
         CommandResult result;
+        QString document; ///< the one that was there when the answer came
     };
 
+    FunctionCallResult<QImage> takePicture() const;
     Answer await(const QString &method, const QJsonObject &parameters, int limitMs) const;
     WaitState obstacle() const;
     WaitState stateOf(const CommandResult &result) const;
@@ -130,6 +157,7 @@ private:
 
     void listen();
     void noteNavigation(const QJsonObject &frame);
+    void noteLoaded(const QString &frame);
     void injectIntoKeptWindow();
     void noteDialog(const QJsonObject &event);
     FunctionCallResult<void> waitForLoad(const QString &document, const QString &address, int limitMs);
@@ -147,6 +175,7 @@ private:
     Injection m_injection;
     QString m_injectionId;
     WaitState m_gone = WaitState::Waiting; ///< why the page is no more, or Waiting while it is there
+    QSet<QString> m_loadingFrames;
     bool m_crashed = false;
     int m_navigations = 0;
     // The bridge is const to its callers, while what it waits for and what the page shows changes all the
@@ -155,6 +184,8 @@ private:
     mutable std::optional<Dialog> m_dialog;
     mutable Dialog m_reportedDialog;
     mutable QString m_refusal;
+    mutable int m_pictureKeepers = 0;
+    mutable QImage m_keptPicture;
 };
 
 } // namespace Ostrel::Host

@@ -33,8 +33,9 @@ const QString containerProperty = u"container"_s;
 constexpr int firstPauseMs = 10;
 constexpr int longestPauseMs = 400;
 
-/// How much of a text of the page an error shows.
-constexpr qsizetype shownCharacters = 80;
+/// How much an error shows of a text of the page, and of a name.
+constexpr qsizetype shownOfText = 80;
+constexpr qsizetype shownOfName = 400;
 
 QString pageQuery(const QString &name)
 {
@@ -49,14 +50,14 @@ QString inSeconds(int milliseconds)
     return u"%1 s"_s.arg(milliseconds / 1000.0);
 }
 
-QString shortened(const QString &text)
+QString shortened(const QString &text, qsizetype limit = shownOfName)
 {
-    return text.size() <= shownCharacters ? text : text.left(shownCharacters) + u"…"_s;
+    return text.size() <= limit ? text : text.left(limit) + u"…"_s;
 }
 
 QString quotedText(const QString &text)
 {
-    return u"'%1'"_s.arg(shortened(text));
+    return u"'%1'"_s.arg(shortened(text, shownOfText));
 }
 
 /// Calls a page query; the comment in front of its expression ends with a line break.
@@ -170,7 +171,7 @@ FunctionCallResult<SharedPtr<Object>> Lookup::find(const QString &name)
 {
     if (const auto parsed = ObjectName::parse(ObjectMap::self()->realName(name)); parsed.failed())
         return Failure(parsed.error);
-    const Attempt attempt = lookOnce(name);
+    const Attempt attempt = lookInSettledPage(name);
     if (attempt.object)
         return attempt.object;
     if (!attempt.error.isEmpty())
@@ -182,7 +183,7 @@ FunctionCallResult<bool> Lookup::exists(const QString &name)
 {
     if (const auto parsed = ObjectName::parse(ObjectMap::self()->realName(name)); parsed.failed())
         return Failure(parsed.error);
-    const Attempt attempt = lookOnce(name);
+    const Attempt attempt = lookInSettledPage(name);
     if (!attempt.error.isEmpty())
         return Failure(attempt.error);
     return bool(attempt.object);
@@ -310,6 +311,21 @@ void Lookup::stop()
 {
     m_stopped = true;
     Q_EMIT stopped();
+}
+
+// A document that goes in the middle of a lookup says nothing of what the next one has.
+Lookup::Attempt Lookup::lookInSettledPage(const QString &name)
+{
+    constexpr int mostAttempts = 3;
+    Attempt attempt;
+    int changes = -1;
+    for (int i = 0; i < mostAttempts && changes != m_windows->documentChanges(); ++i) {
+        changes = m_windows->documentChanges();
+        attempt = lookOnce(name);
+        if (attempt.object || attempt.error.isEmpty())
+            return attempt;
+    }
+    return attempt;
 }
 
 Lookup::Attempt Lookup::lookOnce(const QString &name)

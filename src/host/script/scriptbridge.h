@@ -1,6 +1,7 @@
 // ScriptBridge: what the script glue calls to reach the reflection frame.
 #pragma once
 
+#include "host/report/resultsink.h"
 #include "ostrelhook/object.h"
 
 #include <QJSValue>
@@ -20,7 +21,8 @@ class ScriptBridge : public QObject
     Q_OBJECT
 
 public:
-    explicit ScriptBridge(QJSEngine *engine);
+    /// `results` hears of each statement. Neither is owned.
+    ScriptBridge(QJSEngine *engine, ResultSink &results);
 
     /// Builds the script's globals by the glue; an error text when the glue itself is broken.
     QString install();
@@ -31,14 +33,18 @@ public:
     Q_INVOKABLE QJSValue invokeStatic(
         const QString &className, const QString &name, const QJSValue &arguments);
     Q_INVOKABLE QJSValue callGlobal(const QString &name, const QJSValue &arguments);
+    /// The same for a call that stands in a script, at the place that `stack` tells: it is reported.
+    Q_INVOKABLE QJSValue callStatement(const QString &name, const QJSValue &arguments, const QString &stack);
     Q_INVOKABLE QString text(const QJSValue &handle);
     Q_INVOKABLE bool same(const QJSValue &a, const QJSValue &b);
     Q_INVOKABLE QString unknownMember(const QJSValue &handle, const QString &name) const;
 
 private:
     QJSValue toScript(const SharedPtr<Object> &value);
-    SharedPtr<Object> fromScript(const QJSValue &value) const;
-    ObjectList argumentsFrom(const QJSValue &arguments) const;
+    SharedPtr<Object> fromScript(const QJSValue &value);
+    /// Wraps a function of the script.
+    SharedPtr<Object> functionFrom(const QJSValue &function);
+    ObjectList argumentsFrom(const QJSValue &arguments);
     /// The object behind a handle; raises a script error and gives null when there is none.
     SharedPtr<Object> objectFrom(const QJSValue &handle, const QString &member);
     /// Turns the pending error of the frame into a script error; false when there was none.
@@ -46,7 +52,9 @@ private:
     void throwError(const QString &message);
 
     QJSEngine *m_engine;
+    ResultSink &m_results;
     QJSValue m_wrap;
+    QJSValue m_call;
 };
 
 } // namespace Ostrel::Host

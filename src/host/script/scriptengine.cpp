@@ -12,7 +12,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr auto glueName = "scriptglue.js"_L1;
+/// How the addresses of the script side of the host itself begin.
+constexpr auto ownScripts = ":/pageprobe/"_L1;
 
 /// One line of the engine's stack trace: "function:line:column:address".
 struct Frame
@@ -35,7 +36,7 @@ QList<Frame> scriptFrames(const QStringList &trace)
 {
     QList<Frame> frames;
     for (const QString &line : trace) {
-        if (!line.endsWith(glueName))
+        if (!line.contains(ownScripts))
             frames.append(parseFrame(line));
     }
     return frames;
@@ -51,6 +52,12 @@ QString messageOf(const QJSValue &thrown)
     return kind == "Error"_L1 ? text : u"%1: %2"_s.arg(kind, text);
 }
 
+ResultSink &nobody()
+{
+    static ResultSink sink;
+    return sink;
+}
+
 } // namespace
 
 QString ScriptError::text() const
@@ -60,7 +67,9 @@ QString ScriptError::text() const
     return u"%1:%2: %3"_s.arg(file, QString::number(line), message);
 }
 
-ScriptEngine::ScriptEngine() : m_bridge(std::make_unique<ScriptBridge>(&m_engine))
+ScriptEngine::ScriptEngine() : ScriptEngine(nobody()) { }
+
+ScriptEngine::ScriptEngine(ResultSink &results) : m_bridge(std::make_unique<ScriptBridge>(&m_engine, results))
 {
     m_engine.installExtensions(QJSEngine::ConsoleExtension);
     const QString error = m_bridge->install();

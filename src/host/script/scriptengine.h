@@ -2,6 +2,7 @@
 // class, enum and global method shows up in scripts without code of its own.
 #pragma once
 
+#include "host/report/resultsink.h"
 #include "ostrelhook/object.h"
 
 #include <QJSEngine>
@@ -39,6 +40,9 @@ class ScriptBridge;
 class ScriptEngine
 {
 public:
+    /// `results` hears of each statement; it must outlive the engine.
+    explicit ScriptEngine(ResultSink &results);
+    /// For scripts of which nobody wants to hear.
     ScriptEngine();
     ~ScriptEngine();
     Q_DISABLE_COPY_MOVE(ScriptEngine)

@@ -5,9 +5,12 @@
 #include "ostrelhook/globalfunction.h"
 #include "probelog/tracepoint.h"
 #include "wrappers/web/formelements.h"
+#include "wrappers/web/jsobject.h"
 #include "wrappers/web/objectfactory.h"
 #include "wrappers/web/payload.h"
 #include "wrappers/web/reflection/webclasses.h"
+#include "wrappers/web/replay.h"
+#include "wrappers/web/sharedfunctions.h"
 #include "wrappers/web/webobjectdelegate.h"
 #include "wrappers/web/webutilities.h"
 
@@ -50,6 +53,9 @@ void registerObjectModel()
 {
     static const bool registered = [] {
         createWebObjectClasses();
+        new JsObjectClass(Inspector::self()->globalNamespace());
+        new ApplicationEventDelegate;
+        setupSharedObjectModelFunctions();
         registerToplevels();
         return true;
     }();
@@ -57,23 +63,30 @@ void registerObjectModel()
 }
 
 FunctionCallResult<std::unique_ptr<TestSession>> TestSession::start(
-    const SessionOptions &options, LogFunction log)
+    const SessionOptions &options, ResultSink &results)
 {
     registerObjectModel();
-    std::unique_ptr<TestSession> session(new TestSession(options, std::move(log)));
+    std::unique_ptr<TestSession> session(new TestSession(options, results));
     const FunctionCallResult<void> launched = session->launch(options);
     if (launched.failed())
         return Failure(launched.error);
     return session;
 }
 
-TestSession::TestSession(const SessionOptions &options, LogFunction log)
-    : m_log(std::move(log)), m_channelAddress(FetchCarrier::makeAddress())
+FunctionCallResult<std::unique_ptr<TestSession>> TestSession::start(const SessionOptions &options)
+{
+    static ResultSink nobody;
+    return start(options, nobody);
+}
+
+TestSession::TestSession(const SessionOptions &options, ResultSink &results)
+    : m_results(results), m_channelAddress(FetchCarrier::makeAddress())
 {
     if (!options.servedDirectory.isEmpty())
         m_server = std::make_unique<StaticServer>(options.servedDirectory);
     connect(&m_channel, &PageChannel::debugLineLogged, this,
         [](const QString &line) { PROBELOG_TRACE("WebWrapper", line); });
+    m_dialogs.attend(m_channel);
     registerFunctions();
 }
 
@@ -117,6 +130,7 @@ FunctionCallResult<void> TestSession::preparePage(BrowserPage *page, Begun begun
 {
     page->setConfig(&m_config);
     m_windows.add(page);
+    m_dialogs.attend(page);
     auto *carrier = new FetchCarrier(page, &m_channel, m_channelAddress);
     carrier->setParent(page);
     Injection injection = m_injection;
@@ -153,9 +167,10 @@ void TestSession::registerFunctions()
     add("activeDocument", {}, [this] { return activeDocument(); });
     add("serverAddress", {}, [this] { return serverAddress(); });
     add("saveScreenshot", {"fileName"}, [this](const QString &name) { return saveScreenshot(name); });
+    add("evaluateInPage", {"code"}, [this](const QString &code) { return evaluateInPage(code); });
     add("snooze", {"seconds"}, [this](double seconds) { return snooze(seconds); });
     add("log", {"text"}, [this](const QString &text) {
-        m_log(text);
+        m_results.logged(text);
         return FunctionCallResult<void>();
     });
     registerLookupFunctions();
@@ -220,6 +235,14 @@ FunctionCallResult<QString> TestSession::serverAddress() const
     return m_server->url();
 }
 
+FunctionCallResult<AnyValue> TestSession::evaluateInPage(const QString &code) const
+{
+    BrowserPage *page = activePage();
+    if (!page)
+        return Failure(u"There is no open page."_s);
+    return AnyValue{retrieveJSObject(page, code)};
+}
+
 FunctionCallResult<void> TestSession::saveScreenshot(const QString &fileName) const
 {
     const BrowserPage *page = activePage();
@@ -238,13 +261,19 @@ FunctionCallResult<void> TestSession::snooze(double seconds) const
 {
     if (!(seconds >= 0))
         return Failure(u"Cannot wait for %1 seconds."_s.arg(seconds));
+    if (!m_browser->isRunning())
+        return Failure(u"The browser has closed or crashed"_s);
     // The page's events keep flowing meanwhile; a browser that ends or is ended cuts the wait short.
     QEventLoop loop;
+    FunctionCallResult<void> result;
     QTimer::singleShot(std::chrono::milliseconds(qint64(seconds * 1000)), &loop, &QEventLoop::quit);
-    connect(m_browser.get(), &Browser::lost, &loop, &QEventLoop::quit);
+    connect(m_browser.get(), &Browser::lost, &loop, [&](const QString &reason) {
+        result = Failure(reason);
+        loop.quit();
+    });
     connect(this, &TestSession::stopped, &loop, &QEventLoop::quit);
     loop.exec();
-    return {};
+    return result;
 }
 
 } // namespace Ostrel::Host

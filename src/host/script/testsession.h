@@ -5,7 +5,13 @@
 #include "host/browser/injection.h"
 #include "host/channel/channeladdress.h"
 #include "host/channel/pagechannel.h"
+#include "host/input/protocoldevices.h"
+#include "host/report/resultsink.h"
+#include "host/script/dialoganswers.h"
+#include "host/script/eventhandlers.h"
 #include "host/script/lookup.h"
+#include "host/script/replay.h"
+#include "host/script/verifications.h"
 #include "host/script/windowlist.h"
 #include "host/staticserver.h"
 #include "ostrelhook/functioncallresult.h"
@@ -14,7 +20,6 @@
 #include <QObject>
 #include <QString>
 
-#include <functional>
 #include <memory>
 #include <vector>
 
@@ -44,11 +49,12 @@ class TestSession : public QObject
     Q_OBJECT
 
 public:
-    using LogFunction = std::function<void(const QString &line)>;
-
-    /// Starts the browser and opens its first page. `log` gets what scripts log.
+    /// Starts the browser and opens its first page. `results` hears what scripts report; it is not owned and
+    /// must outlive the session.
     static FunctionCallResult<std::unique_ptr<TestSession>> start(
-        const SessionOptions &options, LogFunction log);
+        const SessionOptions &options, ResultSink &results);
+    /// The same for sessions in which no script runs, so that there is nothing to hear.
+    static FunctionCallResult<std::unique_ptr<TestSession>> start(const SessionOptions &options);
     ~TestSession() override;
 
     Browser *browser() const { return m_browser.get(); }
@@ -62,9 +68,13 @@ public:
     /// The windows under test.
     WindowList *windows() { return &m_windows; }
     Lookup *lookup() { return &m_lookup; }
+    DialogAnswers *dialogs() { return &m_dialogs; }
 
     /// The page that scripts talk to: the one in which something was found last; null when none is open.
     BrowserPage *activePage() const { return m_windows.active(); }
+
+    /// Where the served folder is reached; an error when none is served.
+    FunctionCallResult<QString> serverAddress() const;
 
     /// Opens an address in the active page and waits until it has loaded.
     FunctionCallResult<void> open(const QString &address);
@@ -77,7 +87,7 @@ Q_SIGNALS:
     void stopped();
 
 private:
-    TestSession(const SessionOptions &options, LogFunction log);
+    TestSession(const SessionOptions &options, ResultSink &results);
 
     FunctionCallResult<void> launch(const SessionOptions &options);
     /// Whether the first document of a tab is there when the tab is prepared.
@@ -88,11 +98,11 @@ private:
     void registerLookupFunctions();
 
     FunctionCallResult<WebWrapper::HTML_Document *> activeDocument() const;
-    FunctionCallResult<QString> serverAddress() const;
+    FunctionCallResult<AnyValue> evaluateInPage(const QString &code) const;
     FunctionCallResult<void> saveScreenshot(const QString &fileName) const;
     FunctionCallResult<void> snooze(double seconds) const;
 
-    LogFunction m_log;
+    ResultSink &m_results;
     WebWrapper::FileSystemBasedConfig m_config;
     PageChannel m_channel;
     ChannelAddress m_channelAddress;
@@ -101,6 +111,11 @@ private:
     Injection m_injection;
     WindowList m_windows;
     Lookup m_lookup{&m_windows};
+    Replay m_replay{&m_windows, &m_lookup};
+    DialogAnswers m_dialogs{[this](const QString &line) { m_results.logged(line); }};
+    EventHandlers m_eventHandlers{m_channel};
+    Verifications m_verifications{m_results};
+    ProtocolDevices m_devices{[this] { return activePage(); }};
     std::vector<GlobalMethod *> m_functions;
 };
 

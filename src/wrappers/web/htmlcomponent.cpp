@@ -1,10 +1,14 @@
 #include "wrappers/web/htmlcomponent.h"
 
+#include "wrappers/web/jsobject.h"
 #include "wrappers/web/webobject.h"
 
 namespace Ostrel::WebWrapper {
 
-HTMLComponent::~HTMLComponent() = default;
+HTMLComponent::~HTMLComponent()
+{
+    forgetJsObjectsOf(this);
+}
 
 FunctionCallResult<ScreenRectangle> HTMLComponent::getScreenRect(
     const HTML_Object *obj, bool makeVisible) const

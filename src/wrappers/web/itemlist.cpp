@@ -1,5 +1,8 @@
 #include "wrappers/web/itemlist.h"
 
+#include "wrappers/web/composing.h"
+#include "wrappers/web/diagnostics.h"
+#include "wrappers/web/htmlcomponent.h"
 #include "wrappers/web/objectfactory.h"
 
 namespace Ostrel::WebWrapper {
@@ -7,6 +10,9 @@ namespace Ostrel::WebWrapper {
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// The limit of listing items, in milliseconds.
+constexpr unsigned int itemListLimit = 10000;
 
 struct ItemRecord
 {
@@ -47,6 +53,16 @@ ObjectList objectsFromItemList(HTMLComponent *component, const QString &text)
             wrapObject(htmlObjectFromReferenceInfo(component, record.type, record.reference, record.name)));
     }
     return objects;
+}
+
+ObjectList fetchItems(HTMLComponent *component, const QString &script)
+{
+    const HTMLComponent::EvalResult answer = component->evaluateJavaScript(script, itemListLimit);
+    if (answer.failed || answer.threw) {
+        reportToStandardError(message(u"Error obtaining itemview children: %1", answer.result));
+        return {};
+    }
+    return objectsFromItemList(component, answer.result);
 }
 
 } // namespace Ostrel::WebWrapper

@@ -13,4 +13,7 @@ class HTMLComponent;
 /// page, and the empty text give none; an unfinished last record is left out.
 ObjectList objectsFromItemList(HTMLComponent *component, const QString &text);
 
+/// The objects of the list that a script of the page gives. A failure goes to standard error and gives none.
+ObjectList fetchItems(HTMLComponent *component, const QString &script);
+
 } // namespace Ostrel::WebWrapper

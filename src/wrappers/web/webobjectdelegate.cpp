@@ -20,9 +20,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Limits of single calls into the page, in milliseconds.
+/// The limit of fetching children, in milliseconds.
 constexpr unsigned int childrenLimit = 60000;
-constexpr unsigned int itemListLimit = 10000;
 
 QString memberText(const Json::Value &record, const char *name)
 {
@@ -31,15 +30,9 @@ QString memberText(const Json::Value &record, const char *name)
 
 ObjectList itemViewChildren(HTMLComponent *component, const HTML_CustomItemView &view)
 {
-    const HTMLComponent::EvalResult answer = component->evaluateJavaScript(
+    return fetchItems(component,
         script(u"try{__ostrel__fetchItemViewChildren(%1, %2Extension );}catch(e){'[err]';}",
-            Expr{view.jsReference()}, Expr{view.realType().value}),
-        itemListLimit);
-    if (answer.failed || answer.threw) {
-        reportToStandardError(message(u"Error obtaining itemview children: %1", answer.result));
-        return {};
-    }
-    return objectsFromItemList(component, answer.result);
+            Expr{view.jsReference()}, Expr{view.realType().value}));
 }
 
 /// The items that a control counts and gives by index; one that fails is told and left out.

@@ -1,5 +1,6 @@
 // Tests of the delegates: children, names, lookups with and without containers, bounds and comparison.
 #include "ostrelhook/inspector.h"
+#include "wrappers/web/customviewitempropertydelegate.h"
 #include "wrappers/web/findobjectwithjsfunction.h"
 #include "wrappers/web/geometrydelegates.h"
 #include "wrappers/web/itemlist.h"
@@ -80,6 +81,7 @@ using ObjectNames = Delegates;
 using Geometry = Delegates;
 using Comparison = Delegates;
 using ItemList = Delegates;
+using ItemHierarchy = Delegates;
 
 } // namespace
 
@@ -94,6 +96,20 @@ TEST_F(ElementHierarchy, ChildrenComeInOneCallAndAreKept)
     ASSERT_EQ(page.calls().size(), 1);
     EXPECT_TRUE(lastScript().contains(u"window.top.__ostrel.childObjectAndInfo( top.store[1] )"_s));
     EXPECT_EQ(page.calls().first().timeoutMs, 60000U);
+}
+
+TEST_F(ElementHierarchy, ThousandsOfChildrenComeInOneCall)
+{
+    const SharedPtr<Object> list = element();
+    constexpr int count = 5000;
+    QStringList items;
+    for (int i = 1; i <= count; ++i)
+        items.append(u"LI%1"_s.arg(i));
+    answerChildren(items);
+
+    EXPECT_EQ(names(delegate().children(list)), items);
+
+    EXPECT_EQ(page.calls().size(), 1);
 }
 
 TEST_F(ElementHierarchy, AClearedCacheAsksThePageAgain)
@@ -488,4 +504,142 @@ TEST_F(ItemList, RecordsBecomeObjectsAndAnUnfinishedOneIsLeftOut)
     EXPECT_EQ(retrieveObject(two.at(1))->jsReference(), u"window.b"_s);
     EXPECT_EQ(objectsFromItemList(&page, u"[err]"_s).size(), 0);
     EXPECT_EQ(objectsFromItemList(&page, {}).size(), 0);
+}
+
+TEST_F(ItemHierarchy, BelongsToItemsOfViews)
+{
+    const auto *items = DelegateFactory::self()->delegate<ObjectHierarchyDelegate>(
+        Inspector::self()->findClass(u"HTML_CustomItem"_s));
+
+    ASSERT_NE(dynamic_cast<const CustomViewItemPropertyDelegate *>(items), nullptr);
+    EXPECT_EQ(items->className(), u"HTML_CustomItem"_s);
+    EXPECT_EQ(items->wrapperType(), ObjectHierarchyDelegate::Web);
+    EXPECT_EQ(items->wrapperType(), 8);
+}
+
+TEST_F(ItemHierarchy, ChildrenComeFromTheExtensionAtEachCall)
+{
+    const CustomViewItemPropertyDelegate items;
+    const SharedPtr<Object> row = element(u"custom_item_Acme"_s, u"window.row"_s);
+    const QString list = u"item_1|window.a~custom_item_Acme#item_2|window.b~custom_item_Acme#item_3|cut"_s;
+    for (int i = 0; i < 4; ++i)
+        page.answer(list);
+
+    const ObjectList children = items.children(row);
+    EXPECT_EQ(children.size(), 2);
+    EXPECT_EQ(items.numChildren(row), 2);
+    EXPECT_EQ(retrieveObject(items.child(row, 1))->jsReference(), u"window.b"_s);
+    EXPECT_EQ(items.child(row, 2), nullptr);
+
+    ASSERT_EQ(page.calls().size(), 4);
+    for (const FakePage::Call &call : page.calls()) {
+        EXPECT_EQ(call.script,
+            u"try{__ostrel__fetchItemChildren(window.row, AcmeExtension );}catch(e){'[err]';}"_s);
+        EXPECT_EQ(call.timeoutMs, 10000U);
+    }
+    EXPECT_EQ(items.child(row, -1), nullptr);
+}
+
+TEST_F(ItemHierarchy, AListThatIsEmptyOrFailedHasNoChildren)
+{
+    const CustomViewItemPropertyDelegate items;
+    const SharedPtr<Object> row = element(u"custom_item_Acme"_s, u"window.row"_s);
+    page.answer(u"[err]"_s);
+    page.answer({});
+
+    EXPECT_EQ(items.numChildren(row), 0);
+    EXPECT_EQ(items.numChildren(row), 0);
+
+    page.fail(u"gone"_s);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(items.numChildren(row), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Error obtaining itemview children: gone\n");
+}
+
+TEST_F(ItemHierarchy, OnlyItemsOfALivePageHaveChildren)
+{
+    const CustomViewItemPropertyDelegate items;
+    EXPECT_EQ(items.numChildren({}), 0);
+    EXPECT_EQ(items.numChildren(element()), 0);
+
+    page.available = false;
+    EXPECT_EQ(items.numChildren(element(u"custom_item_Acme"_s)), 0);
+
+    EXPECT_EQ(page.scripts(), QStringList());
+}
+
+TEST_F(ItemHierarchy, AChildIsFoundByItsExactName)
+{
+    const CustomViewItemPropertyDelegate items;
+    const SharedPtr<Object> row = element(u"custom_item_Acme"_s, u"window.row"_s);
+    for (int i = 0; i < 2; ++i) {
+        page.answer(u"item_1|window.a~custom_item_Acme#"_s);
+        page.answer(u"{\"refName\":null,\"type\":\"[unknown]\"}"_s); // no parent item
+        page.answerObject(u"custom_itemview_Acme"_s, u"window.view"_s);
+    }
+
+    const SharedPtr<Object> found = items.childByName(row, u"item_1"_s);
+    ASSERT_NE(found, nullptr);
+    EXPECT_EQ(retrieveObject(found)->jsReference(), u"window.a"_s);
+    EXPECT_EQ(items.childByName(row, u"Item_1"_s), nullptr);
+}
+
+TEST_F(ItemHierarchy, TheNameIsThatInTheView)
+{
+    const CustomViewItemPropertyDelegate items;
+    const SharedPtr<Object> item
+        = wrapObject(htmlObjectFromReferenceInfo(&page, u"custom_item_Acme"_s, u"window.row"_s, {}));
+    page.answer(u"{\"refName\":null,\"type\":\"[unknown]\"}"_s); // no parent item
+    page.answerObject(u"custom_itemview_Acme"_s, u"window.view"_s);
+    page.answer(u"item_3"_s);
+
+    EXPECT_EQ(items.name(item), u"item_3"_s);
+
+    ASSERT_EQ(page.scripts().size(), 3);
+    EXPECT_TRUE(page.scripts().at(0).contains(u"AcmeExtension.parentItem(window.row,-1);"_s));
+    EXPECT_TRUE(page.scripts().at(1).contains(u"AcmeExtension.itemView(window.row);"_s));
+    EXPECT_EQ(page.scripts().at(2), u"__ostrel__hierarchicalItemName(AcmeExtension, window.row);"_s);
+}
+
+TEST_F(ItemHierarchy, AnItemThatHangsInTheAirHasNoName)
+{
+    const CustomViewItemPropertyDelegate items;
+    for (int i = 0; i < 2; ++i)
+        page.answer(u"{\"refName\":null,\"type\":\"[unknown]\"}"_s);
+
+    EXPECT_EQ(items.name(element(u"custom_item_Acme"_s)), QString());
+    EXPECT_EQ(items.name({}), QString());
+    EXPECT_EQ(items.name(element()), QString());
+
+    EXPECT_EQ(page.scripts().size(), 2);
+}
+
+TEST_F(ItemHierarchy, ANameThatCannotBeToldIsEmpty)
+{
+    const CustomViewItemPropertyDelegate items;
+    const SharedPtr<Object> item
+        = wrapObject(htmlObjectFromReferenceInfo(&page, u"custom_item_Acme"_s, u"window.row"_s, {}));
+    const auto nameAndErrors = [&] {
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(items.name(item), QString());
+        return testing::internal::GetCapturedStderr();
+    };
+
+    page.fail(u"gone"_s);
+    EXPECT_EQ(nameAndErrors(), "Error fetching parent item for column '-1': gone\n");
+
+    page.answer(u"{\"refName\":null,\"type\":\"[unknown]\"}"_s);
+    page.fail(u"gone"_s);
+    EXPECT_EQ(nameAndErrors(), "Error fetching itemview: gone\n");
+
+    page.answerObject(u"custom_item_Acme"_s, u"window.parent"_s);
+    page.answerObject(u"custom_itemview_Acme"_s, u"window.view"_s);
+    page.fail(u"gone"_s);
+    EXPECT_EQ(nameAndErrors(), "Error obtaining item name: gone\n");
+}
+
+TEST_F(ItemHierarchy, TheQualifiedNameIsNone)
+{
+    EXPECT_EQ(
+        CustomViewItemPropertyDelegate().qualifiedName(element(u"custom_item_Acme"_s)), u"__noimpl__"_s);
 }

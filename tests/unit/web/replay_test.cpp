@@ -1,11 +1,20 @@
 // Tests of what scripts do to a page by other ways than an element's own methods.
+#include "wrappers/web/controls/customcontrols.h"
 #include "wrappers/web/formelements.h"
+#include "wrappers/web/objectfactory.h"
 #include "wrappers/web/replay.h"
 
-#include "support/fakepage.h"
-#include "support/printers.h"
+#include "ostrelhook/globalclass.h"
+#include "ostrelhook/hook.h"
 
-#include <gtest/gtest.h>
+#include "support/classcase.h"
+#include "support/fakepage.h"
+#include "support/scriptcalls.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <QTemporaryFile>
 
 using namespace Ostrel;
 using namespace Ostrel::Test;
@@ -137,6 +146,281 @@ TEST(IsObjectReady, AFieldThatThePageCannotJudgeIsStillAskedWhetherItIsDisabled)
 
     EXPECT_EQ(ready.error, u"Error while obtaining property 'disabled': gone"_s);
     EXPECT_FALSE(ready.value);
+}
+
+/// Notes what the devices are told to do.
+class FakeDevices : public NativeInterface
+{
+public:
+    FakeDevices() { Hook::instance()->setNativeInterface(this); }
+    ~FakeDevices() override { Hook::instance()->setNativeInterface(nullptr); }
+
+    FunctionCallResult<void> movePointer(const Point<1> &position) override
+    {
+        return note(u"move %1,%2"_s.arg(position.x).arg(position.y));
+    }
+    FunctionCallResult<void> pointerClick(MouseButton::Value button, const Point<1> &position) override
+    {
+        return note(u"click %1 at %2,%3 kind %4 screen %5"_s.arg(int(button))
+                        .arg(position.x)
+                        .arg(position.y)
+                        .arg(position.kind)
+                        .arg(position.screen));
+    }
+    FunctionCallResult<void> typeKeys(const QString &keys) override { return note(u"type %1"_s.arg(keys)); }
+
+    QStringList input;
+    FunctionCallResult<void> result;
+
+private:
+    FunctionCallResult<void> note(const QString &line)
+    {
+        input.append(line);
+        return result;
+    }
+};
+
+const QString scrollToEl = u"__ostrel__scrollToElement(el,1);"_s;
+const QString rectangleOfEl = u"__ostrel__getRectAsString(__ostrel__getScreenRectAsObject(el) );"_s;
+
+class SendEvent : public testing::Test
+{
+protected:
+    static void SetUpTestSuite() { createWebObjectClassesOnce(); }
+    void TearDown() override { EXPECT_EQ(Inspector::self()->takeError(), QString()); }
+
+    SharedPtr<Object> element() { return wrapObject(new HTML_Object(QString(), u"el"_s, &page)); }
+    bool send(const QString &name, const SharedPtr<Object> &object)
+    {
+        const Event event(nullptr, name, Signature(), true, 0);
+        return delegate.sendEvent(&event, object, {argument(3), argument(4)});
+    }
+
+    FakePage page;
+    FakeDevices devices;
+    ApplicationEventDelegate delegate;
+};
+
+TEST_F(SendEvent, EventsOfTheButtonStayInThePage)
+{
+    for (const QString &name : {u"mousedown"_s, u"mouseover"_s, u"mouseout"_s, u"click"_s}) {
+        EXPECT_TRUE(send(name, element()));
+        EXPECT_EQ(page.scripts().last(),
+            u"__ostrel__sendMouseEvent(el,'%1', false, false, false, 3, 4);"_s.arg(name));
+    }
+    EXPECT_EQ(page.scripts().size(), 4);
+    EXPECT_EQ(devices.input, QStringList());
+}
+
+TEST_F(SendEvent, AMoveMovesThePointerToo)
+{
+    page.answer({});
+    page.answer(u"100,200,30,40"_s);
+
+    EXPECT_TRUE(send(u"mousemove"_s, element()));
+
+    EXPECT_EQ(page.scripts(),
+        (QStringList{scrollToEl, rectangleOfEl,
+            u"__ostrel__sendMouseEvent(el,'mousemove', false, false, false, 3, 4);"_s}));
+    EXPECT_EQ(devices.input, QStringList{u"move 103,204"_s});
+}
+
+TEST_F(SendEvent, AReleaseClicksWithTheDeviceToo)
+{
+    page.answer({});
+    page.answer(u"100,200,30,40"_s);
+    devices.result = Failure(u"No device."_s);
+
+    EXPECT_TRUE(send(u"mouseup"_s, element()));
+
+    EXPECT_EQ(page.scripts(),
+        (QStringList{scrollToEl, rectangleOfEl,
+            u"__ostrel__sendMouseEvent(el,'mouseup', false, false, false, 3, 4);"_s}));
+    EXPECT_EQ(devices.input, QStringList{u"click 0 at 103,204 kind 1 screen -1"_s});
+}
+
+TEST_F(SendEvent, WithoutAPlaceOnTheScreenNothingIsSent)
+{
+    for (const QString &name : {u"mousemove"_s, u"mouseup"_s}) {
+        page.answer({});
+        page.fail(u"gone"_s);
+
+        EXPECT_FALSE(send(name, element()));
+
+        EXPECT_EQ(Inspector::self()->takeError(),
+            u"Error sending %1: Error while obtaining rectangle with function "
+            "'__ostrel__getScreenRectAsObject': gone"_s.arg(name));
+    }
+    EXPECT_EQ(page.scripts().size(), 4);
+    EXPECT_EQ(devices.input, QStringList());
+}
+
+TEST_F(SendEvent, ARectangleOfThreeNumbersIsAnError)
+{
+    page.answer({});
+    page.answer(u"1,2,3"_s);
+
+    EXPECT_FALSE(send(u"mouseup"_s, element()));
+
+    EXPECT_EQ(Inspector::self()->takeError(),
+        u"Error sending mouseup: Rectangle string '1,2,3' obtained has invalid format."_s);
+}
+
+TEST_F(SendEvent, ARectangleOfFiveNumbersIsReadByItsFirstFour)
+{
+    page.answer({});
+    page.answer(u"1,2,3,4,5"_s);
+
+    EXPECT_TRUE(send(u"mousemove"_s, element()));
+
+    EXPECT_EQ(devices.input, QStringList{u"move 4,6"_s});
+}
+
+TEST_F(SendEvent, AnEventOfTheKeyboardIsUnknown)
+{
+    EXPECT_FALSE(send(u"keydown"_s, element()));
+
+    EXPECT_EQ(Inspector::self()->takeError(), u"Unknown event type: keydown"_s);
+    EXPECT_EQ(page.scripts(), QStringList());
+}
+
+TEST_F(SendEvent, WhatIsNoElementGetsNoEventAndNoWord)
+{
+    EXPECT_FALSE(send(u"click"_s, nullptr));
+    EXPECT_FALSE(send(u"click"_s, argument(u"el"_s)));
+    EXPECT_FALSE(send(u"click"_s, wrapObject(nullptr)));
+}
+
+TEST_F(SendEvent, AFailureOfThePageIsTheScriptsError)
+{
+    page.failWith(u"gone"_s, true, false);
+
+    EXPECT_FALSE(send(u"click"_s, element()));
+
+    EXPECT_EQ(Inspector::self()->takeError(), u"gone"_s);
+}
+
+TEST_F(SendEvent, AHandlerThatThrowsHasGotItsEvent)
+{
+    page.failWith(u"oops"_s, false, true);
+
+    EXPECT_TRUE(send(u"click"_s, element()));
+}
+
+TEST_F(SendEvent, MissingCoordinatesAreZero)
+{
+    const Event event(nullptr, u"click"_s, Signature(), true, 0);
+
+    EXPECT_TRUE(delegate.sendEvent(&event, element(), {}));
+
+    EXPECT_EQ(
+        page.scripts(), QStringList{u"__ostrel__sendMouseEvent(el,'click', false, false, false, 0, 0);"_s});
+}
+
+class Upload : public testing::Test
+{
+protected:
+    Upload() : field(QString(), u"el"_s, &page) { }
+
+    void SetUp() override { ASSERT_TRUE(file.open()); }
+
+    FakePage page;
+    FakeDevices devices;
+    QTemporaryFile file;
+    HTML_Text field;
+};
+
+TEST_F(Upload, AMissingFileIsAnError)
+{
+    EXPECT_EQ(selectFileToUpload(&field, u"/no/such/file"_s).error,
+        u"Error automating file upload field, file at '/no/such/file' does not exist."_s);
+    EXPECT_EQ(page.scripts(), QStringList());
+    EXPECT_EQ(devices.input, QStringList());
+}
+
+TEST_F(Upload, AFolderIsAnError)
+{
+    const QTemporaryDir folder;
+
+    EXPECT_EQ(selectFileToUpload(&field, folder.path()).error,
+        u"Error automating file upload field, file at '%1' is not a file."_s.arg(folder.path()));
+    EXPECT_EQ(page.scripts(), QStringList());
+    EXPECT_EQ(devices.input, QStringList());
+}
+
+TEST_F(Upload, AFileThatCannotBeReadIsAnError)
+{
+    file.setPermissions({});
+    if (QFileInfo(file.fileName()).isReadable())
+        GTEST_SKIP() << "this user reads every file";
+
+    EXPECT_EQ(selectFileToUpload(&field, file.fileName()).error,
+        u"Error automating file upload field, file at '%1' is not readable."_s.arg(file.fileName()));
+    EXPECT_EQ(devices.input, QStringList());
+}
+
+TEST_F(Upload, AFieldWithoutAPlaceIsAnError)
+{
+    page.answer({});
+    page.fail(u"gone"_s);
+
+    EXPECT_EQ(selectFileToUpload(&field, file.fileName()).error,
+        u"Cannot click on file upload field, obtaining screen rect failed: Error while obtaining rectangle "
+        "with function '__ostrel__getScreenRectAsObject': gone"_s);
+    EXPECT_EQ(devices.input, QStringList());
+}
+
+TEST_F(Upload, AFieldWithoutASizeIsAnErrorWithBothSizes)
+{
+    page.answer({});
+    page.answer(u"100,200,30,0"_s);
+
+    EXPECT_EQ(selectFileToUpload(&field, file.fileName()).error,
+        u"Error automating file upload field, the elements width (30) or height (0) is 0. The nececssary "
+        "click will likely end up in the wrong place.If your website uses a button to open the file dialog, "
+        "please consider using mouseClick and chooseFile instead."_s);
+    EXPECT_EQ(devices.input, QStringList());
+}
+
+TEST_F(Upload, AClickThatFailsEndsIt)
+{
+    page.answer({});
+    page.answer(u"100,200,300,40"_s);
+    devices.result = Failure(u"No device."_s);
+
+    EXPECT_EQ(selectFileToUpload(&field, file.fileName()).error,
+        u"Click on upload field to open the file dialog failed: No device."_s);
+    EXPECT_EQ(devices.input, (QStringList{u"move 380,205"_s, u"click 1 at 380,205 kind 1 screen -1"_s}));
+}
+
+TEST_F(Upload, ThePathIsTypedIntoTheDialogOfACustomFieldToo)
+{
+    HTML_CustomText custom(QString(), u"el"_s, u"Acme"_s, &page);
+    page.answer({});
+    page.answer(u"100,200,300,40"_s);
+    QElapsedTimer clock;
+    clock.start();
+
+    EXPECT_EQ(selectFileToUpload(&custom, file.fileName()).error, QString());
+
+    EXPECT_GE(clock.elapsed(), 6200); // the waits may be some milliseconds short of 6250
+    EXPECT_EQ(page.scripts(), (QStringList{scrollToEl, rectangleOfEl}));
+    EXPECT_EQ(devices.input,
+        (QStringList{u"move 380,205"_s, u"click 1 at 380,205 kind 1 screen -1"_s, u"type <Home>"_s,
+            u"type <Shift+End>"_s, u"type "_s + QDir::toNativeSeparators(file.fileName()),
+            u"type <Return>"_s}));
+}
+
+TEST(FileDialog, IsNotObservedAndNeverFails)
+{
+    FakeDevices devices;
+    devices.result = Failure(u"No device."_s);
+
+    EXPECT_EQ(automateFileDialog(u"/data/cat.png"_s).error, QString());
+
+    EXPECT_EQ(devices.input,
+        (QStringList{u"type <Home>"_s, u"type <Shift+End>"_s,
+            u"type "_s + QDir::toNativeSeparators(u"/data/cat.png"_s), u"type <Return>"_s}));
 }
 
 } // namespace

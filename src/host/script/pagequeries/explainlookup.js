@@ -95,7 +95,7 @@
         return JSON.stringify({ fault: "the name has no tagName, which every search needs" });
     }
     result.tag = String(props.tagName.value);
-    matchers = __ostrel__matchersOfProperties(props, nm);
+    matchers = __ostrel__matchersOfProperties(props, nm).matchers;
     result.properties = matchers.map(function (matcher) {
         return { name: matcher.propName, having: 0 };
     });

@@ -38,6 +38,8 @@
                 addAllIn(windows[i].document);
             }
         }
+    } catch (e) {
+        // A name that cannot be searched for names nothing.
     } finally {
         window.__ostrel__ctxwin = ctxwin;
     }

@@ -9,9 +9,11 @@
  * True when neither the element nor an ancestor is taken out of the rendering. Geometry, opacity and overlap
  * play no part. Whatever cannot be told counts as visible, and so does a document, which has no style.
  * @param {Node} elem
+ * @param {Map} [known] what a caller who asks for many elements hands to each call, so that the same ancestors are
+ *     not asked over and over; it is good while the page does not change
  * @return {boolean}
  */
-function __ostrel__isVisible(elem) {
+function __ostrel__isVisible(elem, known) {
     var style;
 
     if (!elem) {
@@ -24,7 +26,7 @@ function __ostrel__isVisible(elem) {
         }
         // The computed visibility has the ancestors in it already, and a child may overrule them. The
         // computed display has not.
-        return !__ostrel__hasDisplayNone(elem.parentNode);
+        return !__ostrel__hasDisplayNone(elem.parentNode, known);
     } catch (notReadable) {
         return true;
     }
@@ -33,20 +35,32 @@ function __ostrel__isVisible(elem) {
 /**
  * True when the node or an ancestor has the display "none".
  * @param {Node} node
+ * @param {Map} [known] answers by node
  * @return {boolean} false also where a node on the way refuses to tell
  */
-function __ostrel__hasDisplayNone(node) {
+function __ostrel__hasDisplayNone(node, known) {
+    var passed = [],
+        answer = false;
+
     try {
-        while (node) {
-            if (new __ostrel__styleInfo(node).styleProperty("display") === "none") {
-                return true;
+        for (; node; node = node.parentNode) {
+            if (known && known.has(node)) {
+                answer = known.get(node);
+                break;
             }
-            node = node.parentNode;
+            passed.push(node);
+            if (new __ostrel__styleInfo(node).styleProperty("display") === "none") {
+                answer = true;
+                break;
+            }
         }
     } catch (notReadable) {
-        return false;
+        // What cannot be told counts as visible.
     }
-    return false;
+    while (known && passed.length) {
+        known.set(passed.pop(), answer);
+    }
+    return answer;
 }
 
 /**

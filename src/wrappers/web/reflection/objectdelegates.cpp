@@ -1,6 +1,7 @@
 #include "wrappers/web/reflection/objectdelegates.h"
 
 #include "ostrelhook/inspector.h"
+#include "wrappers/web/customviewitempropertydelegate.h"
 #include "wrappers/web/geometrydelegates.h"
 #include "wrappers/web/objectfactory.h"
 #include "wrappers/web/webobject.h"
@@ -51,6 +52,7 @@ void registerObjectDelegates()
 {
     const QString rootClass = u"HTML_Object"_s;
     new HTMLObjectHierarchyDelegate;
+    new CustomViewItemPropertyDelegate;
     new WebObjectGeometryDelegate;
     // Scripts compare by the delegate that is made last: two null elements are equal to them.
     new WebObjectComparisonDelegate;

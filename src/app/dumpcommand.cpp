@@ -1,0 +1,152 @@
+#include "app/browserarguments.h"
+#include "app/commands.h"
+#include "app/exitcodes.h"
+#include "host/dump/dumpwriter.h"
+#include "host/dump/pagedump.h"
+#include "host/run/interruption.h"
+#include "host/script/lookup.h"
+
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QTextStream>
+
+#include <cstdio>
+#include <memory>
+
+namespace Ostrel::App {
+
+using namespace Qt::StringLiterals;
+using namespace Host;
+
+namespace {
+
+/// Seconds. A large page takes its time, and nobody waits for a dump that failed for lack of it.
+constexpr double defaultTimeout = 600;
+constexpr double longestWait = 3600;
+
+struct DumpCommandOptions
+{
+    std::string address;
+    std::string name;
+    std::string file;
+    std::string format;
+    std::string properties;
+    bool screenshots = false;
+    double wait = Lookup::defaultWaitMs / 1000.0; ///< seconds
+    BrowserArguments browser;
+};
+
+void complain(const QString &text)
+{
+    QTextStream(stderr) << "pageprobe dump: " << text << Qt::endl;
+}
+
+/// The format that was asked for, or that of the file's name.
+DumpFormat formatOf(const DumpCommandOptions &options)
+{
+    const QString suffix = QFileInfo(QString::fromStdString(options.file)).suffix();
+    const std::optional<DumpFormat> format
+        = dumpFormat(options.format.empty() ? suffix : QString::fromStdString(options.format));
+    return format.value_or(DumpFormat::Xml);
+}
+
+QStringList wantedProperties(const DumpCommandOptions &options)
+{
+    QStringList names;
+    for (const QString &name : QString::fromStdString(options.properties).split(u',', Qt::SkipEmptyParts))
+        names.append(name.trimmed());
+    return names;
+}
+
+FunctionCallResult<void> write(const QByteArray &text, const QString &fileName)
+{
+    if (fileName.isEmpty()) {
+        if (std::fwrite(text.constData(), 1, std::size_t(text.size()), stdout) != std::size_t(text.size())
+            || std::fflush(stdout) != 0)
+            return Failure(u"Cannot write the dump to standard output."_s);
+        return {};
+    }
+    // A file that was there before stays when the new one cannot be written.
+    QSaveFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit())
+        return Failure(u"Cannot write the dump '%1': %2."_s.arg(fileName, file.errorString()));
+    return {};
+}
+
+FunctionCallResult<PageDump> takeDump(TestSession &session, const DumpCommandOptions &options)
+{
+    SharedPtr<Object> element;
+    if (!options.name.empty()) {
+        const auto found = session.lookup()->waitUntilThere(
+            QString::fromStdString(options.name), int(options.wait * 1000));
+        if (found.failed())
+            return Failure(found.error);
+        element = found.value;
+    }
+    BrowserPage *page = session.activePage();
+    if (!page)
+        return Failure(u"There is no open page."_s);
+    PageDumpOptions dump;
+    dump.properties = wantedProperties(options);
+    dump.screenshots = options.screenshots;
+    dump.picture = formatOf(options) == DumpFormat::Html;
+    dump.log = complain;
+    return dumpPage(page, element, dump);
+}
+
+int dump(const DumpCommandOptions &options)
+{
+    registerObjectModel();
+    if (const auto known = checkProperties(wantedProperties(options)); known.failed()) {
+        complain(known.error);
+        return Unusable;
+    }
+    const auto session = openPage(options.browser, options.address);
+    if (session.failed()) {
+        complain(session.error);
+        return Unusable;
+    }
+    const Interruption interruption([] {}, [&] { session.value->stop(); });
+    const FunctionCallResult<PageDump> taken = takeDump(*session.value, options);
+    if (taken.failed()) {
+        complain(taken.error);
+        return Failed;
+    }
+    const FunctionCallResult<void> written
+        = write(writeDump(taken.value, formatOf(options)), QString::fromStdString(options.file));
+    if (written.failed()) {
+        complain(written.error);
+        return Unusable;
+    }
+    return Passed;
+}
+
+} // namespace
+
+Command addDumpCommand(CLI::App &commandLine)
+{
+    CLI::App *command = commandLine.add_subcommand("dump", "Write the object tree of a page to a file");
+    auto options = std::make_shared<DumpCommandOptions>();
+    command->add_option("url", options->address, "The page's address, or a file")->required();
+    command->add_option(
+        "name", options->name, "The element to begin with, by its name; the document when left out");
+    command->add_option("-o,--output", options->file, "The file to write; standard output when left out");
+    command
+        ->add_option("--format", options->format,
+            "How it is written; the suffix of the file decides when left out, and is it none, xml")
+        ->check(CLI::IsMember({"xml", "json", "html"}, CLI::ignore_case));
+    command->add_flag("--screenshots", options->screenshots,
+        "A picture of each element; the HTML form shows a picture of the page in any case");
+    command->add_option("--properties", options->properties,
+        "The properties to show, with commas between; when left out those that are read for all elements in "
+        "one go, "
+        "while each of the others takes a call for each element");
+    command->add_option("--wait", options->wait, "How long to wait for the element of that name, in seconds")
+        ->check(CLI::Range(0.0, longestWait))
+        ->capture_default_str();
+    options->browser.timeout = defaultTimeout;
+    addBrowserOptions(*command, options->browser);
+    return [options] { return dump(*options); };
+}
+
+} // namespace Ostrel::App

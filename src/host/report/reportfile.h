@@ -1,0 +1,21 @@
+// Report files: written whole, or with a message that says why not.
+#pragma once
+
+#include "ostrelhook/functioncallresult.h"
+
+#include <QIODevice>
+#include <QString>
+
+#include <functional>
+
+namespace Ostrel::Host {
+
+/// Tells before a run whether its report can be written: opens the file, which is made when it is not there.
+FunctionCallResult<void> probeReportFile(const QString &fileName);
+
+/// Writes a file by `write`. What could not be written whole, as on a full disk, is an error and is removed;
+/// a report that ends in its middle is worse than none.
+FunctionCallResult<void> writeReportFile(
+    const QString &fileName, const std::function<void(QIODevice *device)> &write);
+
+} // namespace Ostrel::Host

@@ -1,0 +1,348 @@
+#include "wrappers/web/htmlobjectdumpobjecttreedelegate.h"
+
+#include "ostrelhook/class.h"
+#include "probelog/tracepoint.h"
+#include "wrappers/web/evaluateasjson.h"
+#include "wrappers/web/objectfactory.h"
+#include "wrappers/web/scripttext.h"
+#include "wrappers/web/webobject.h"
+
+#include <QPainter>
+
+namespace Ostrel::WebWrapper {
+
+using namespace Qt::StringLiterals;
+
+using UIAbstraction::UIElement;
+
+namespace {
+
+/// What the snapshot holds beside properties.
+constexpr auto screenRectKey = "screenRect"_L1;
+constexpr auto documentRectKey = "__ostrel__elementRectangleInDocument"_L1;
+constexpr auto textContentKey = "__ostrel__textContent"_L1;
+
+/// The limit of the two large calls: none, since a page may be of any size.
+constexpr unsigned int noLimit = 0;
+
+/// The element with the page that it belongs to; null where one is missing.
+HTML_Object *reachableElement(const SharedPtr<Object> &object)
+{
+    HTML_Object *wrapper = retrieveObject(object);
+    return wrapper && wrapper->component() ? wrapper : nullptr;
+}
+
+QString textOf(const Json::Value &value)
+{
+    return fromJson<QString>(value).value;
+}
+
+Rect<2> toBounds(const ScreenRectangle &rectangle)
+{
+    return {rectangle.x, rectangle.y, rectangle.width, rectangle.height, -1};
+}
+
+/// The part of the page's picture that shows the rectangle; transparent beyond its edges.
+FunctionCallResult<QImage> cutFromPage(const HTMLComponent &component, const ScreenRectangle &rectangle)
+{
+    FunctionCallResult<QImage> page = component.grabPageScreenshot();
+    if (page.failed())
+        return page;
+    if (page.value.isNull())
+        return Failure(u"Invalid image obtained for html page screenshot."_s);
+
+    QImage image(rectangle.width, rectangle.height, QImage::Format_ARGB32_Premultiplied);
+    if (image.isNull())
+        return image;
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.drawImage(
+        QPoint(), page.value, QRect(rectangle.x, rectangle.y, rectangle.width, rectangle.height));
+    painter.end();
+    return image;
+}
+
+} // namespace
+
+ScreenRectangle screenRectangleFromJson(const Json::Value &rectangle)
+{
+    ScreenRectangle sides;
+    if (!rectangle.isObject())
+        return sides;
+    int *const targets[] = {&sides.x, &sides.y, &sides.width, &sides.height};
+    const char *const names[] = {"x", "y", "width", "height"};
+    for (int i = 0; i < 4; ++i) {
+        const Json::Value &side = rectangle[names[i]];
+        if (!side.isNumeric() || !side.isConvertibleTo(Json::intValue))
+            return {};
+        *targets[i] = side.asInt();
+    }
+    return sides;
+}
+
+/// A snapshot in the making.
+class HtmlObjectDumpObjectTreeDelegate::Snapshot
+{
+public:
+    explicit Snapshot(const DumpFilters &filters) : m_filters(filters) { }
+
+    /// Fetches the tree below an element and all values.
+    FunctionCallResult<void> take(const SharedPtr<Object> &root);
+
+    std::map<const HTML_Object *, ObjectDumpData> entries;
+
+private:
+    FunctionCallResult<void> add(const SharedPtr<Object> &object, const Json::Value &childRecords);
+    FunctionCallResult<QList<PropertyGetter>> getters(const SharedPtr<Object> &object) const;
+    FunctionCallResult<void> fetchPropertyValues();
+    static void store(const Json::Value &values, ObjectDumpData &data);
+
+    const DumpFilters &m_filters;
+    /// The elements as they stand in the page.
+    QList<const HTML_Object *> m_inPageOrder;
+};
+
+FunctionCallResult<void> HtmlObjectDumpObjectTreeDelegate::Snapshot::take(const SharedPtr<Object> &root)
+{
+    const HTML_Object *wrapper = reachableElement(root);
+    if (!wrapper)
+        return Failure(u"The object belongs to no page"_s);
+    const FunctionCallResult<Json::Value> tree = evaluateAsJson(wrapper->component(),
+        script(u"window.top.__ostrel.objectTreeInformation( %1 )", Expr{wrapper->jsReference()}), noLimit);
+    if (tree.failed())
+        return Failure(tree.error);
+    FunctionCallResult<void> added = add(root, tree.value);
+    if (added.failed())
+        return added;
+    return fetchPropertyValues();
+}
+
+/// Adds the entries of an element and of all below it.
+FunctionCallResult<void> HtmlObjectDumpObjectTreeDelegate::Snapshot::add(
+    const SharedPtr<Object> &object, const Json::Value &childRecords)
+{
+    const HTML_Object *wrapper = retrieveObject(object);
+    // References into a map stay good when entries are added.
+    ObjectDumpData &data = entries[wrapper];
+    m_inPageOrder.append(wrapper);
+    FunctionCallResult<QList<PropertyGetter>> wanted = getters(object);
+    if (wanted.failed())
+        return Failure(wanted.error);
+    data.getters = std::move(wanted.value);
+
+    if (!childRecords.isArray())
+        return {};
+    for (const Json::Value &record : childRecords) {
+        HTML_Object *element = record.isObject()
+            ? htmlObjectFromReferenceInfo(wrapper->component(), textOf(record["typeString"]),
+                textOf(record["reference"]), textOf(record["nameInLeaf"]))
+            : nullptr;
+        if (!element)
+            continue;
+        const SharedPtr<Object> child = wrapObject(element);
+        data.children.append(child);
+        FunctionCallResult<void> added = add(child, record["children"]);
+        if (added.failed())
+            return added;
+    }
+    return {};
+}
+
+/// How the page reads what a dump will ask of an element.
+FunctionCallResult<QList<HtmlObjectDumpObjectTreeDelegate::PropertyGetter>>
+HtmlObjectDumpObjectTreeDelegate::Snapshot::getters(const SharedPtr<Object> &object) const
+{
+    const HTML_Object *wrapper = retrieveObject(object);
+    const FilterObject filter = filterObjectForOstrelObject(object, m_filters);
+    const Class *type = object->objectClass();
+    QList<PropertyGetter> wanted;
+    for (int index = 0; index < type->numProperties(); ++index) {
+        const Property *property = type->property(index);
+        const QString &name = property->name();
+        // The bounds depend on whether an element is visible, so that is always asked.
+        if (name != "visible"_L1 && !filter.isMatchedProperty(name))
+            continue;
+        if (!property->type().isPrimitive())
+            continue;
+        const auto id = HTML_Object::parsePropertyIdString(name);
+        if (!id.failed())
+            wanted.append({name, wrapper->propertyGetterCode(id.value)});
+    }
+
+    const FunctionCallResult<double> zoom = wrapper->component()->zoomFactor();
+    if (zoom.failed())
+        return Failure(message(u"Error obtaining needed zoom factor in browser tab: %1", zoom.error));
+    const Expr reference{wrapper->jsReference()};
+    wanted.append({screenRectKey, script(u"__ostrel__getScreenRectAsObject( %1 )", reference)});
+    wanted.append({textContentKey, script(u"window.top.__ostrel.getTextContent( %1 )", reference)});
+    wanted.append({documentRectKey,
+        script(u"window.top.__ostrel.getElementRectangleInDocument( %1, %2 )", reference,
+            Expr{QString::number(zoom.value)})});
+    return wanted;
+}
+
+/// Reads the values of all entries in one call.
+FunctionCallResult<void> HtmlObjectDumpObjectTreeDelegate::Snapshot::fetchPropertyValues()
+{
+    QStringList records;
+    records.reserve(m_inPageOrder.size());
+    for (const HTML_Object *wrapper : std::as_const(m_inPageOrder)) {
+        QStringList functions;
+        for (const PropertyGetter &getter : std::exchange(entries[wrapper].getters, {})) {
+            functions.append(
+                script(u"'%1': function() { return %2; }", Expr{getter.name}, Expr{getter.script}));
+        }
+        records.append(script(u"{ 'object': %1, 'propertyGetters': { %2} }", Expr{wrapper->jsReference()},
+            Expr{functions.join(u',')}));
+    }
+    if (records.isEmpty())
+        return {};
+
+    const FunctionCallResult<Json::Value> values = evaluateAsJson(m_inPageOrder.first()->component(),
+        script(
+            u"window.top.__ostrel.readPropertiesFromObjects( %1 )", Expr{u'[' + records.join(u',') + u']'}),
+        noLimit);
+    if (values.failed())
+        return Failure(message(u"Error fetching property values: %1", values.error));
+    if (!values.value.isObject())
+        return Failure(message(u"Error fetching property values: %1", u"The page gave no object"_s));
+    for (const HTML_Object *wrapper : std::as_const(m_inPageOrder))
+        store(values.value[wrapper->jsReference().toStdString()], entries[wrapper]);
+    return {};
+}
+
+void HtmlObjectDumpObjectTreeDelegate::Snapshot::store(const Json::Value &values, ObjectDumpData &data)
+{
+    if (!values.isObject())
+        return;
+    for (auto value = values.begin(); value != values.end(); ++value) {
+        const QString name = QString::fromStdString(value.name());
+        if (name == screenRectKey) {
+            data.screenRectangle = screenRectangleFromJson(*value);
+        } else if (name == documentRectKey) {
+            data.documentRectangle = screenRectangleFromJson(*value);
+        } else {
+            const QString text = textOf(*value);
+            PROBELOG_TRACE(
+                "WebObjectDump", message(u"Storing fetched value for property: %1 = %2", name, text));
+            data.values.insert_or_assign(name, text);
+        }
+    }
+}
+
+HtmlObjectDumpObjectTreeDelegate::HtmlObjectDumpObjectTreeDelegate(LogInterface *log)
+    : DumpObjectTreeDelegate(u"HTML_Object"_s), m_log(log)
+{
+}
+
+bool HtmlObjectDumpObjectTreeDelegate::enterDump(
+    SharedPtr<Object> root, const std::map<std::string, DumpFilter *> &filters, QString *error) const
+{
+    if (m_nesting++ > 0)
+        return true;
+    Snapshot snapshot(filters);
+    const FunctionCallResult<void> taken = snapshot.take(root);
+    if (taken.failed()) {
+        *error = message(u"Error preparing object dump for '%1': %2",
+            root ? root->objectClass()->name() : QString(), taken.error);
+        QString ignored;
+        leaveDump(&ignored);
+        return false;
+    }
+    m_snapshot = std::move(snapshot.entries);
+    return true;
+}
+
+bool HtmlObjectDumpObjectTreeDelegate::leaveDump(QString *) const
+{
+    if (m_nesting > 0)
+        --m_nesting;
+    if (m_nesting == 0)
+        m_snapshot.clear();
+    return true;
+}
+
+bool HtmlObjectDumpObjectTreeDelegate::dumpObject(SharedPtr<Object> object, bool recursive,
+    UIElement **element, const std::map<std::string, DumpFilter *> &filters, QString *) const
+{
+    *element = dumpObjectTreeImpl(object, recursive, filters);
+    if (!*element)
+        return true;
+    if (const ObjectDumpData *data = dataOf(object)) {
+        if (const auto text = data->values.find(textContentKey); text != data->values.end())
+            (*element)->setConcreteProperty(u"textContent"_s, text->second);
+    }
+    return true;
+}
+
+bool HtmlObjectDumpObjectTreeDelegate::takeScreenshot(SharedPtr<Object> object, UIElement *element) const
+{
+    const HTML_Object *wrapper = reachableElement(object);
+    const ObjectDumpData *data = dataOf(object);
+    if (!wrapper || !data)
+        return false;
+    if (!wrapper->component()->supportsPageScreenshot()) {
+        m_log->log(1,
+            "Falling back to desktop screenshot grabbing for Object Dump as the browser does not support "
+            "full page grabs.");
+        return false;
+    }
+    const FunctionCallResult<QImage> image = cutFromPage(*wrapper->component(), data->documentRectangle);
+    if (image.failed())
+        m_log->log(1, "Failed to retrieve object screenshot: %s\n", image.error.toUtf8().constData());
+    else
+        element->setImage(image.value);
+    return true;
+}
+
+bool HtmlObjectDumpObjectTreeDelegate::setProperty(
+    const Property *property, SharedPtr<Object> object, UIElement *element, bool identifying) const
+{
+    if (!property->type().isPrimitive())
+        return false;
+    const ObjectDumpData *data = dataOf(object);
+    if (!data)
+        return false;
+    const auto value = data->values.find(property->name());
+    if (value == data->values.end())
+        return false;
+    if (identifying)
+        element->setIdentifyingProperty(property->name(), value->second);
+    else
+        element->setConcreteProperty(property->name(), value->second);
+    return true;
+}
+
+bool HtmlObjectDumpObjectTreeDelegate::children(SharedPtr<Object> object, ObjectList *children) const
+{
+    const ObjectDumpData *data = dataOf(object);
+    if (!data)
+        return false;
+    *children = data->children;
+    return true;
+}
+
+bool HtmlObjectDumpObjectTreeDelegate::visibleGlobalBounds(SharedPtr<Object> object, Rect<2> *bounds) const
+{
+    const HTML_Object *wrapper = reachableElement(object);
+    const ObjectDumpData *data = dataOf(object);
+    if (!wrapper || !data)
+        return false;
+    const auto visible = data->values.find(u"visible"_s);
+    if (visible != data->values.end() && visible->second == "false"_L1)
+        *bounds = {0, 0, -1, -1, -1};
+    else if (wrapper->component()->supportsPageScreenshot())
+        *bounds = toBounds(data->documentRectangle);
+    else
+        *bounds = toBounds(data->screenRectangle);
+    return true;
+}
+
+const HtmlObjectDumpObjectTreeDelegate::ObjectDumpData *HtmlObjectDumpObjectTreeDelegate::dataOf(
+    const SharedPtr<Object> &object) const
+{
+    const auto data = m_snapshot.find(retrieveObject(object));
+    return data != m_snapshot.end() ? &data->second : nullptr;
+}
+
+} // namespace Ostrel::WebWrapper
