@@ -35,7 +35,10 @@ void compareWithKept(const QString &fileName, const QString &text)
         return;
     }
     ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(fileName);
-    EXPECT_EQ(text.split(u'\n'), QString::fromUtf8(file.readAll()).split(u'\n'));
+    const QStringList found = text.split(u'\n');
+    const QStringList kept = QString::fromUtf8(file.readAll()).split(u'\n');
+    for (qsizetype i = 0; i < qMax(found.size(), kept.size()); ++i)
+        ASSERT_EQ(found.value(i), kept.value(i)) << "line " << i + 1;
 }
 
 class Recording : public testing::Test
@@ -455,10 +458,13 @@ TEST(WithoutRecording, AClickSendsNothing)
     const StaticServer server(folder.path());
     auto session = TestSession::start({}, [](const QString &) {});
     ASSERT_FALSE(session.failed());
-    QStringList texts;
-    QObject::connect(session.value->channel(), &PageChannel::eventLogged,
-        [&](const QString &text) { texts.append(text); });
     ASSERT_FALSE(session.value->open(server.url(u"a.html"_s)).failed());
+    QStringList texts;
+    QObject::connect(session.value->channel(), &PageChannel::eventLogged, [&](const QString &text) {
+        // The page before may still tell that it goes.
+        if (!text.contains(u"event=unload"_s))
+            texts.append(text);
+    });
     TrustedUser user(session.value->activePage());
 
     user.click(u"q('#b')"_s);

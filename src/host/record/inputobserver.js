@@ -106,10 +106,14 @@
         lastWheel = event.timeStamp;
     });
 
+    // Follows each mouseover at once and ends what the page may do about that.
+    listen("mousemove", function () {});
+
     // A hover counts when the page answers it: when it changes while it hears of the pointer, before it hears of
     // anything else.
     listen("mouseover", function (event) {
-        if (event.buttons !== 0) {
+        // Over a frame the pointer's next event is the frame's.
+        if (event.buttons !== 0 || targetOf(event).tagName === "IFRAME") {
             return;
         }
         const target = describe(targetOf(event));

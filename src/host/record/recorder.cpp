@@ -134,8 +134,7 @@ void Recorder::watch(BrowserPage *page)
     auto *observer = new InputObserver(page);
     connect(observer, &InputObserver::observed, this, &Recorder::note);
     const QString tab = page->targetId();
-    connect(page, &BrowserPage::documentGone, this,
-        [this, tab] { noteNews(tab, [this, tab] { m_logger.notePageGone(tab); }); });
+    connect(page, &BrowserPage::documentGone, this, [this, tab] { noteDocumentGone(tab); });
     connect(page, &BrowserPage::closed, this, [this, page] { noteClosed(page); });
     const auto dialog = std::make_shared<Dialog>();
     connect(page, &BrowserPage::dialogOpened, this, [dialog](const Dialog &opened) { *dialog = opened; });
@@ -172,7 +171,7 @@ void Recorder::take(const QString &text)
     const QString context = rawMember(unique, "context"_L1);
     if (!context.isEmpty())
         m_contexts.insert(tab, WebWrapper::unescape(context));
-    m_texts.push_back({tab, rawMember(unique, "event"_L1), unique, QDeadlineTimer(textLimitMs)});
+    m_texts.push_back({tab, rawMember(unique, "event"_L1), unique, ++m_order, QDeadlineTimer(textLimitMs)});
     handleAll();
 }
 
@@ -187,6 +186,16 @@ void Recorder::noteNews(const QString &tab, std::function<void()> act)
 {
     m_happenings.push_back({tab, {}, std::move(act), {}});
     handleAll();
+}
+
+// The last event of a page may be lost on its way while its text arrives. Such a text must not be taken for
+// that of an event in the next page.
+void Recorder::noteDocumentGone(const QString &tab)
+{
+    noteNews(tab, [this, tab, order = m_order] {
+        std::erase_if(m_texts, [&](const PageText &text) { return text.tab == tab && text.order <= order; });
+        m_logger.notePageGone(tab);
+    });
 }
 
 void Recorder::noteClosed(BrowserPage *page)

@@ -58,6 +58,7 @@ private:
         QString tab;
         QString event;
         QString text;
+        quint64 order; ///< of its arrival
         QDeadlineTimer limit;
     };
 
@@ -66,6 +67,7 @@ private:
     void note(BrowserPage *page, const InputEvent &input);
     void noteNews(const QString &tab, std::function<void()> act);
     void noteDialogClosed(const Dialog &dialog, const QJsonObject &event);
+    void noteDocumentGone(const QString &tab);
     void noteClosed(BrowserPage *page);
 
     void handleAll();
@@ -88,6 +90,7 @@ private:
     QHash<QString, InputEvent> m_keyDown; ///< the key of each tab that has done nothing visible yet
     QTimer m_timer;
     QStringList m_shown;
+    quint64 m_order = 0; ///< counts what pages say
     bool m_handling = false;
 };
 
