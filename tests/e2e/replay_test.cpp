@@ -351,6 +351,31 @@ nativeMouseClick: {tagName='BUTTON' id='button'}: There is no mouse button 9.
 )js"_s);
 }
 
+TEST_F(Fields, TellTheirChangeWhenTheUserTurnsElsewhere)
+{
+    EXPECT_EQ(run(uR"js(
+        open("fields.html");
+        typeText(input("text"), "a");
+        typeText(input("text"), "b");
+        log(events().replace(/key\w+:\w \w+, /g, "").replace(/, key\w+:\w \w+/g, ""));
+        mouseClick(element("A", "link"));
+        log(events());
+        typeText(input("text"), "c");
+        events();
+        selectOption(element("SELECT", "single"), 'two, or "2"');
+        log(events());
+        typeText(input("text"), "d");
+        events();
+        mouseClick(element("DIV", "host"));
+        log(events());
+    )js"_s),
+        uR"js(focus text, input text, input text
+change text, blur text, focus link, mousedown* link, click* link, mouseup* link, mouseout* link
+change text, blur text, focus single, change* single
+change text, blur text, mousedown* host, click* host, mouseup* host, mouseout* host
+)js"_s);
+}
+
 TEST_F(Fields, SubmitTheirFormByTheReturnKey)
 {
     EXPECT_EQ(run(uR"js(
@@ -601,6 +626,48 @@ closeWindow: popup.html: There is no such window.
 Arrived
 )js"_s);
 }
+
+// Recordings
+
+class RecordingReplay : public ::testing::TestWithParam<int>
+{
+};
+
+TEST_P(RecordingReplay, OfAShopVisitBuysWhatTheUserBought)
+{
+    SessionOptions options;
+    options.servedDirectory = QStringLiteral(PAGEPROBE_SOURCE_DIR "/demo");
+    Lines results;
+    const auto started = TestSession::start(options, results);
+    ASSERT_EQ(started.error, QString());
+    QFile recording(QStringLiteral(PAGEPROBE_SOURCE_DIR "/tests/data/recordings/shop-visit.js"));
+    ASSERT_TRUE(recording.open(QIODevice::ReadOnly));
+    QString script = QString::fromUtf8(recording.readAll());
+    script.replace("\"http://127.0.0.1:PORT/index.html\""_L1, "serverAddress() + \"index.html\""_L1);
+    script += uR"js(
+        const state = JSON.parse(evaluateInPage("JSON.stringify(shopState())"));
+        const order = state.order;
+        order.cart.forEach(line => log([line.quantity, line.id, line.size, line.wrapping].join(" ")));
+        log(order.total + " for " + order.values.fullName + ", " + order.values.street + ", " + order.values.country);
+        log(order.values.method + ": " + order.values.note);
+        log(state.wishlist.map(wish => wish.label).join(", "));
+        log(state.log.slice(10).join("; "));
+    )js"_s;
+    ScriptEngine engine;
+
+    const ScriptOutcome outcome = engine.run(script, u"shop-visit.js"_s);
+
+    EXPECT_FALSE(outcome.failed) << outcome.error.text().toStdString();
+    EXPECT_EQ(results.lines, uR"js(2 pellow-mug Small none
+3 pellow-mug Medium paper
+9855 for Ilse Marrow, 7 Harbour Lane, vell
+pickup: The blue door
+Orrin Lamp, Quill Vase, Brook Watering Can, My mug, Tea
+size guide Medium; add pellow-mug x3; notify hinkle-clock; board Renamed to “My mug”.; board “Vassel Teapot” selected.; board Renamed to “Tea”.; topic returns; useful returns Yes; status refreshed; question When?; question And why?; voucher unknown WRONG; voucher QUIET10; empty cart refused; quantity pellow-mug 2; check 1; check 0; order OD-1001 standard
+)js"_s);
+}
+
+INSTANTIATE_TEST_SUITE_P(Times, RecordingReplay, ::testing::Range(0, 3));
 
 // Verifications
 

@@ -6,6 +6,7 @@
 #include "host/script/vocabulary.h"
 #include "host/script/windowlist.h"
 #include "ostrelhook/inspector.h"
+#include "ostrelhook/objectname.h"
 #include "wrappers/web/controls/customcontrols.h"
 #include "wrappers/web/controls/menustabscalendars.h"
 #include "wrappers/web/controls/table.h"
@@ -21,6 +22,7 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace Ostrel::Host {
 
@@ -396,6 +398,19 @@ const StatementAction *findAction(const QString &name)
 const QString nativeTypeName = u"nativeType"_s;
 const QString closeWindowName = u"closeWindow"_s;
 
+bool isTyping(const QString &statement)
+{
+    return statement == "typeText"_L1 || statement == "nativeType"_L1;
+}
+
+/// Whether a name asks for an object that counts as invisible. Who recorded it has acted on it all the same,
+/// such as on an area of an image, so that there is nothing to wait for.
+bool namesInvisible(const QString &name)
+{
+    const FunctionCallResult<ObjectName> parsed = ObjectName::parse(ObjectMap::self()->realName(name));
+    return !parsed.failed() && parsed.value.property(u"visible"_s).stringValue() == "false"_L1;
+}
+
 QString typeOf(const QString &parameter)
 {
     static const QStringList texts{u"text"_s, u"date"_s, u"name"_s};
@@ -476,10 +491,16 @@ Replay::Done Replay::perform(
         return Failure(u"The object belongs to no page of this session."_s);
     m_windows->activate(page);
     m_current = page;
+    leaveTypedField(page, element->jsReference());
+    const QString reference = element->jsReference();
     const Done done = findAction(statement)->perform(
         {object.value, element, page}, Arguments(parameters, arguments.mid(1)));
     if (!page)
         return done;
+    if (isTyping(statement) && !done.failed()) {
+        m_typedField = reference;
+        m_typedPage = page;
+    }
     settle(page);
     if (const std::optional<Dialog> dialog = page->openDialog()) {
         page->answerDialog({false, {}});
@@ -488,12 +509,27 @@ Replay::Done Replay::perform(
     return done;
 }
 
+// A user who turns to another element takes the focus there, or away, and by that the field tells its change.
+// The page's own ways to act on links and choices leave the focus where it is.
+void Replay::leaveTypedField(BrowserPage *page, const QString &reference)
+{
+    const QString field = std::exchange(m_typedField, QString());
+    if (field.isEmpty() || field == reference || page != m_typedPage)
+        return;
+    static_cast<void>(page->evaluateJavaScript(
+        u"(function(field, target) { try { target.focus(); } catch (e) {} try { if (field.getRootNode()"
+        ".activeElement === field) { field.blur(); } } catch (e) {} }(%1, %2));"_s.arg(field, reference),
+        0));
+}
+
 FunctionCallResult<SharedPtr<Object>> Replay::readyObject(const SharedPtr<Object> &subject)
 {
     if (!subject || subject->isNull())
         return Failure(u"There is no object."_s);
-    if (subject->isPrimitive())
-        return m_lookup->waitUntilReady(subject->toQString());
+    if (subject->isPrimitive()) {
+        const QString name = subject->toQString();
+        return namesInvisible(name) ? m_lookup->waitUntilThere(name) : m_lookup->waitUntilReady(name);
+    }
     const Done ready = m_lookup->waitUntilReady(subject);
     if (ready.failed())
         return Failure(ready.error);

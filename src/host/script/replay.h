@@ -5,6 +5,7 @@
 #include "ostrelhook/functioncallresult.h"
 
 #include <QObject>
+#include <QPointer>
 #include <QStringList>
 
 namespace Ostrel::WebWrapper {
@@ -35,10 +36,15 @@ private:
     void addStatement(const QString &name, const QStringList &parameters, bool byName);
     Done perform(const QString &statement, const QStringList &parameters, const ObjectList &arguments);
     FunctionCallResult<SharedPtr<Object>> readyObject(const SharedPtr<Object> &subject);
+    /// Lets the field that was typed into last hear that the user is elsewhere, before `reference` is acted
+    /// on.
+    void leaveTypedField(BrowserPage *page, const QString &reference);
     Done closeWindow(const SharedPtr<Object> &subject);
 
     WindowList *m_windows;
     Lookup *m_lookup;
+    QString m_typedField; ///< the reference of the field that was typed into last; empty when it is left
+    QPointer<BrowserPage> m_typedPage;
     /// The window that statements act in; it stays that when it closes, until a statement acts in another.
     const BrowserPage *m_current = nullptr;
     ScriptFunctions m_functions;
