@@ -1,8 +1,10 @@
 // 12  Visibility and style: tells whether a user could see an element, and reads computed style.
 //
-// Defines  __ostrel__isVisible, __ostrel__hasDisplayNone, __ostrel__styleInfo, __ostrel__currentStyle,
-//          __ostrel__allCSSProperties, __ostrel__isColorName, __ostrel__colorRecord, __ostrel__cssToPx
-// Calls    __ostrel__getDocumentForNode (02d-classification), __ostrel__parseCSSColor (25-css-colour-parser)
+// Defines  __ostrel__isVisible, __ostrel__hasDisplayNone, __ostrel__isOrLiesInDisplayNone, __ostrel__styleInfo,
+//          __ostrel__currentStyle, __ostrel__allCSSProperties, __ostrel__isColorName, __ostrel__colorRecord,
+//          __ostrel__cssToPx
+// Calls    __ostrel__getDocumentForNode (02d-classification), __ostrel__oncePerReading (08-object-tree),
+//          __ostrel__parseCSSColor (25-css-colour-parser)
 // At load  the methods of __ostrel__styleInfo are set
 
 /**
@@ -36,17 +38,20 @@ function __ostrel__isVisible(elem) {
  * @return {boolean} false also where a node on the way refuses to tell
  */
 function __ostrel__hasDisplayNone(node) {
+    return !!node && __ostrel__oncePerReading("not displayed", node, __ostrel__isOrLiesInDisplayNone);
+}
+
+/**
+ * @param {Node} node
+ * @return {boolean}
+ */
+function __ostrel__isOrLiesInDisplayNone(node) {
     try {
-        while (node) {
-            if (new __ostrel__styleInfo(node).styleProperty("display") === "none") {
-                return true;
-            }
-            node = node.parentNode;
-        }
+        return new __ostrel__styleInfo(node).styleProperty("display") === "none" ||
+            __ostrel__hasDisplayNone(node.parentNode);
     } catch (notReadable) {
         return false;
     }
-    return false;
 }
 
 /**
