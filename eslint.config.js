@@ -10,7 +10,7 @@ const browser = named([
     "window", "top", "document", "location", "navigator", "console", "sessionStorage", "XMLHttpRequest",
     "ActiveXObject", "ShadowRoot", "setTimeout", "clearTimeout", "setInterval", "clearInterval", "alert", "Event",
     "MouseEvent", "KeyboardEvent", "HTMLElement", "Node", "screen",
-    "Touch", "TouchEvent", "Components",
+    "Touch", "TouchEvent", "Components", "Map",
 ], "readonly");
 
 // Variables that a host sets in the page and that the page script reads without a window in front.

@@ -30,6 +30,7 @@ constexpr Benchmark benchmarks[] = {
     {"injection", measureInjection},
     {"session", measureSession},
     {"dumps", measureDumps},
+    {"names", measureObjectNames},
 };
 
 std::vector<std::string> benchmarkNames()
@@ -61,6 +62,7 @@ int main(int argc, char **argv)
         ->capture_default_str();
     commandLine.add_option("--screenshots", effort.screenshots, "Elements that get a picture")
         ->capture_default_str();
+    commandLine.add_option("--names", effort.names, "Names in a round")->capture_default_str();
     CLI11_PARSE(commandLine, argc, argv);
 
     QList<Row> rows;

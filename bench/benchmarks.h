@@ -20,6 +20,7 @@ struct Effort
     int dumps = 3; ///< rounds of dumps
     int dumpedElements = 10000; ///< on the page that is dumped; the large one has four times as many
     int screenshots = 200; ///< elements that get a picture
+    int names = 200; ///< elements that are named in a round
 };
 
 /// One property of one element, read again and again: through a wrapper and from a script, against a client
@@ -39,5 +40,9 @@ FunctionCallResult<QList<Row>> measureSession(const Effort &effort);
 /// Dumps of a large page against another library's return of the same values, of a page four times as large
 /// against it, and dumps with a picture of each element against as many pictures of that library.
 FunctionCallResult<QList<Row>> measureDumps(const Effort &effort);
+
+/// Objects by name: lookups and all children of an element against another library, and how the cost of
+/// names grows with the page against the growth of what the rules of naming force.
+FunctionCallResult<QList<Row>> measureObjectNames(const Effort &effort);
 
 } // namespace Ostrel::Bench

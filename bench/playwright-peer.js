@@ -6,6 +6,8 @@
 //     page ADDRESS      opens a page, whatever is in it
 //     properties COUNT  returns the properties that a dump shows of all elements of that page, COUNT at least
 //     screenshots COUNT takes a picture of each of the first COUNT elements of the class "item"
+//     locate TEXT N     takes hold of the Nth visible button of exactly this text ("_" for blanks); with 0 there is none
+//     children COUNT    takes hold of all children of the element "list"
 //     session           starts a browser of its own, opens an empty page, and ends it
 "use strict";
 
@@ -91,6 +93,22 @@ async function screenshots(count) {
     }
 }
 
+async function locate(text, occurrence) {
+    const buttons = page.locator("button").filter({ hasText: new RegExp(`^${text.replaceAll("_", " ")}$`) })
+        .filter({ visible: true });
+    if (occurrence > 0) {
+        await buttons.nth(occurrence - 1).elementHandle();
+    } else if (await buttons.count() > 0) {
+        throw new Error("there is such a button");
+    }
+}
+
+async function children(count) {
+    if ((await page.$$("#list > *")).length !== count) {
+        throw new Error("the number of children is another");
+    }
+}
+
 async function session() {
     const own = await chromium.launch(launchOptions);
     await own.newPage();
@@ -103,16 +121,18 @@ const commands = {
     properties: (count) => properties(Number(count)),
     read: (count) => read(Number(count)),
     screenshots: (count) => screenshots(Number(count)),
+    locate: (text, occurrence) => locate(text, Number(occurrence)),
+    children: (count) => children(Number(count)),
     session,
 };
 
 async function main() {
     console.log("ready");
     for await (const line of readline.createInterface({ input: process.stdin })) {
-        const [command, argument] = line.split(" ");
+        const [command, ...parameters] = line.split(" ");
         try {
             const begin = performance.now();
-            await commands[command](argument);
+            await commands[command](...parameters);
             console.log(performance.now() - begin);
         } catch (error) {
             console.log(String(error).split("\n", 1)[0]);

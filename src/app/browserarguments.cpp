@@ -7,6 +7,8 @@
 
 namespace Ostrel::App {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr double longestTimeout = 24 * 60 * 60; // in seconds
@@ -23,6 +25,19 @@ void addBrowserOptions(CLI::App &command, BrowserArguments &arguments)
         ->capture_default_str();
 }
 
+QStringList argumentsFor(const BrowserArguments &arguments)
+{
+    constexpr int allDigits = 17;
+    QStringList list{u"--timeout"_s, QString::number(arguments.timeout, 'g', allDigits)};
+    if (arguments.headed)
+        list << u"--headed"_s;
+    if (!arguments.browserPath.empty())
+        list << u"--browser-path"_s << QString::fromStdString(arguments.browserPath);
+    if (!arguments.served.empty())
+        list << u"--serve"_s << QString::fromStdString(arguments.served);
+    return list;
+}
+
 Host::SessionOptions sessionOptions(const BrowserArguments &arguments)
 {
     Host::SessionOptions session;
@@ -36,8 +51,7 @@ Host::SessionOptions sessionOptions(const BrowserArguments &arguments)
 FunctionCallResult<std::unique_ptr<Host::TestSession>> openPage(
     const BrowserArguments &arguments, const std::string &address)
 {
-    static Host::ResultSink nobody; // no script runs, so that there is nothing to hear
-    auto session = Host::TestSession::start(sessionOptions(arguments), nobody);
+    auto session = Host::TestSession::start(sessionOptions(arguments));
     if (session.failed())
         return session;
     const QString wanted = arguments.served.empty()

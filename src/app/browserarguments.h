@@ -4,6 +4,7 @@
 #include "host/script/testsession.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 #include <string>
@@ -24,6 +25,9 @@ struct BrowserArguments
 
 /// Adds --headed, --browser-path, --serve and --timeout to a command. The arguments must live until it runs.
 void addBrowserOptions(CLI::App &command, BrowserArguments &arguments);
+
+/// The same as arguments, for another process of this program.
+QStringList argumentsFor(const BrowserArguments &arguments);
 
 Host::SessionOptions sessionOptions(const BrowserArguments &arguments);
 

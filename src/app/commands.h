@@ -13,6 +13,8 @@ using Command = std::function<int()>;
 Command addRunCommand(CLI::App &commandLine);
 Command addFindCommand(CLI::App &commandLine);
 Command addNamesCommand(CLI::App &commandLine);
+Command addRecordCommand(CLI::App &commandLine);
+Command addPickCommand(CLI::App &commandLine);
 Command addDumpCommand(CLI::App &commandLine);
 Command addPayloadCommand(CLI::App &commandLine);
 Command addConfigCommand(CLI::App &commandLine);

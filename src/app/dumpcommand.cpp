@@ -1,9 +1,9 @@
 #include "app/browserarguments.h"
 #include "app/commands.h"
 #include "app/exitcodes.h"
-#include "app/interruption.h"
 #include "host/dump/dumpwriter.h"
 #include "host/dump/pagedump.h"
+#include "host/run/interruption.h"
 #include "host/script/lookup.h"
 
 #include <QFileInfo>

@@ -19,6 +19,8 @@ struct NamedCommand
 
 constexpr NamedCommand commands[] = {
     {"run", Ostrel::App::addRunCommand},
+    {"record", Ostrel::App::addRecordCommand},
+    {"pick", Ostrel::App::addPickCommand},
     {"find", Ostrel::App::addFindCommand},
     {"names", Ostrel::App::addNamesCommand},
     {"dump", Ostrel::App::addDumpCommand},
@@ -36,7 +38,8 @@ int main(int argc, char *argv[])
     QLoggingCategory::setFilterRules(QStringLiteral("qt.qml.compiler=false"));
     Ostrel::App::provideInstallationPrefix(QCoreApplication::applicationDirPath());
 
-    CLI::App commandLine{"Drives web pages in a real browser: runs test scripts, finds and names elements."};
+    CLI::App commandLine{
+        "Drives web pages in a real browser: runs and records test scripts, finds and names elements."};
     commandLine.set_version_flag("--version", "pageprobe " PAGEPROBE_VERSION);
     commandLine.require_subcommand(1);
     std::vector<Ostrel::App::Command> runners;

@@ -3,9 +3,23 @@
 #include "ostrelhook/inspector.h"
 #include "ostrelhook/overloads.h"
 
+#include <algorithm>
+
 namespace Ostrel {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+bool takeTheSame(const Method &a, const Method &b)
+{
+    const QList<Argument> &left = a.signature().arguments();
+    const QList<Argument> &right = b.signature().arguments();
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+        [](const Argument &x, const Argument &y) { return x.typeName() == y.typeName(); });
+}
+
+} // namespace
 
 Event::Event(Class *owner, QString name, Signature signature, bool isInput, int id)
     : m_owner(owner), m_name(std::move(name)), m_signature(std::move(signature)), m_isInput(isInput), m_id(id)
@@ -45,8 +59,10 @@ QList<GlobalMethod *> GlobalClass::findGlobalMethods(const QString &name) const
 {
     QList<GlobalMethod *> found;
     for (const auto &method : m_globalMethods) {
-        if (method->name() == name)
-            found.append(method.get());
+        if (method->name() != name)
+            continue;
+        found.removeIf([&method](const GlobalMethod *earlier) { return takeTheSame(*earlier, *method); });
+        found.append(method.get());
     }
     return found;
 }

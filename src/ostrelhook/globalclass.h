@@ -60,6 +60,8 @@ public:
     /// Takes the functions of one owner away again, such as those of a host that goes.
     void removeMethod(const GlobalMethod *method);
     QList<GlobalMethod *> globalMethods() const;
+    /// All functions of that name. A function hides those added before it that take the same classes of
+    /// arguments.
     QList<GlobalMethod *> findGlobalMethods(const QString &name) const;
     /// Calls the overload that fits; errors go to Inspector::raiseError(), the result is then a null pointer.
     SharedPtr<Object> callGlobal(const QString &name, const ObjectList &arguments) const;

@@ -129,23 +129,24 @@ Ended CommandRun::runScript(const QByteArray &script, const QString &servedFolde
     return finish();
 }
 
-bool CommandRun::waitForOutput(const QString &text)
+QString CommandRun::output()
 {
-    return waitFor(
-        [&] {
-            collect();
-            return QString::fromUtf8(m_out).contains(text);
-        },
-        defaultLimitMs);
+    collect();
+    return QString::fromUtf8(m_out);
 }
 
-QList<qint64> CommandRun::children() const
+bool CommandRun::waitForOutput(const QString &text)
+{
+    return waitFor([&] { return output().contains(text); }, defaultLimitMs);
+}
+
+QList<qint64> CommandRun::childrenOf(const QList<qint64> &parents)
 {
     QList<qint64> found;
     const QStringList ids = processIds();
     for (const QString &id : ids) {
         const QList<QByteArray> fields = statusFields(id);
-        if (fields.size() > 1 && fields.at(0) != "Z" && fields.at(1).toLongLong() == processId())
+        if (fields.size() > 1 && fields.at(0) != "Z" && parents.contains(fields.at(1).toLongLong()))
             found.append(id.toLongLong());
     }
     return found;

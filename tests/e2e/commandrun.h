@@ -55,10 +55,16 @@ public:
     /// Waits until the command has written `text` to its standard output.
     bool waitForOutput(const QString &text);
 
+    /// What the command has written to its standard output so far.
+    QString output();
+
     qint64 processId() const { return m_process.processId(); }
 
-    /// Processes that the command itself has started, such as its browser.
-    QList<qint64> children() const;
+    /// The processes in which the command runs its scripts, one for each that runs now.
+    QList<qint64> workers() const { return childrenOf({processId()}); }
+
+    /// The browsers of these.
+    QList<qint64> browsers() const { return childrenOf(workers()); }
 
     /// Processes that are left of this run: each that was started with its temporary folder.
     QStringList leftProcesses() const;
@@ -67,6 +73,7 @@ public:
     QStringList leftFiles() const;
 
 private:
+    static QList<qint64> childrenOf(const QList<qint64> &parents);
     void collect();
 
     QTemporaryDir m_folder;

@@ -45,15 +45,15 @@ window.roundTrip = (function () {
         return a === b ? null : { a, b };
     }
 
-    // Each rule: why the name of `meant` leads to `found`.
+    // Each rule: why the name of `meant` leads to `found`, or to nothing.
     const rules = [
         {
             // Uniqueness is searched for in documents only, and no search of a document enters a shadow tree: no
             // occurrence tells equals of one shadow tree apart.
             name: "equal in its shadow tree",
             holds: function (meant, found) {
-                const fork = forkOf(meant, found);
-                return fork !== null && isInShadow(fork.a) && isBefore(fork.b, fork.a) && haveOneName(fork.a, fork.b);
+                const fork = found && forkOf(meant, found);
+                return Boolean(fork) && isInShadow(fork.a) && isBefore(fork.b, fork.a) && haveOneName(fork.a, fork.b);
             },
         },
         {
@@ -61,7 +61,7 @@ window.roundTrip = (function () {
             // occurrence.
             name: "equal below its host",
             holds: function (meant, found) {
-                return isInShadow(meant) && rootOf(meant).host !== found && rootOf(meant).host.contains(found) &&
+                return Boolean(found) && isInShadow(meant) && rootOf(meant).host !== found && rootOf(meant).host.contains(found) &&
                     haveOneName(meant, found);
             },
         },
@@ -72,7 +72,7 @@ window.roundTrip = (function () {
             name: "equal in its frame and outside",
             holds: function (meant, found) {
                 const doc = meant.ownerDocument;
-                if (doc === document || found.ownerDocument !== doc || isInShadow(meant) || !isBefore(found, meant) ||
+                if (doc === document || !found || found.ownerDocument !== doc || isInShadow(meant) || !isBefore(found, meant) ||
                     !haveOneName(meant, found)) {
                     return false;
                 }
@@ -80,6 +80,18 @@ window.roundTrip = (function () {
                     .filter((element) => haveOneName(meant, element));
                 const place = equals(doc).indexOf(meant);
                 return documents().some((other) => other !== doc && equals(other).length > place);
+            },
+        },
+        {
+            // A form in a name limits the search to the first form of that name.
+            name: "in a later form of one name",
+            holds: function (meant, found) {
+                const name = meant.form && (meant.form.id || meant.form.getAttribute("name"));
+                const first = name &&
+                    [...meant.ownerDocument.forms].find((form) => form.getAttribute("name") === name);
+                return Boolean(first) && first !== meant.form &&
+                    [...first.elements].some((control) => control.tagName === meant.tagName) &&
+                    (!found || found.form === first);
             },
         },
     ];
@@ -91,10 +103,14 @@ window.roundTrip = (function () {
     return {
         /** @return {string} JSON: reference and name, escaped, of every element; the order is that of the tree */
         names: function () {
-            return JSON.stringify(collect(document, []).map((element) => ({
+            // As when a user records: what the searches for equals miss is not reported.
+            window.__ostrel__recording = true;
+            const named = collect(document, []).map((element) => ({
                 reference: __ostrel__idForObject(element),
                 name: __ostrel__nameOf(element),
-            })));
+            }));
+            window.__ostrel__recording = false;
+            return JSON.stringify(named);
         },
 
         /** @return {string} the rule by which the name of `meant` leads to `found`; "" when there is none */
@@ -107,7 +123,7 @@ window.roundTrip = (function () {
                 }
                 meant = around;
             }
-            const rule = found ? rules.find((candidate) => candidate.holds(meant, found)) : undefined;
+            const rule = rules.find((candidate) => candidate.holds(meant, found));
             return rule ? rule.name : "";
         },
 

@@ -218,7 +218,8 @@ TEST_F(RunTest, AMissingScriptIsNamed)
 {
     expectEnded(run.run({u"run"_s, u"nowhere.js"_s}), 2, u""_s,
         u"pageprobe run: there is no script 'nowhere.js'.\n"_s);
-    expectEnded(run.run({u"run"_s, u"/"_s}), 2, u""_s, u"pageprobe run: there is no script '/'.\n"_s);
+    expectEnded(
+        run.run({u"run"_s, u"/"_s}), 2, u""_s, u"pageprobe run: there is no script in the folder '/'.\n"_s);
 }
 
 TEST_F(RunTest, AMissingBrowserIsNamed)
@@ -319,12 +320,12 @@ TEST_F(RunTest, ABrowserThatIsKilledDuringACallEndsTheScript)
     SpinningServer server;
     run.startScript(server.script());
     ASSERT_TRUE(server.waitForSpinning());
-    const QList<qint64> children = run.children();
-    ASSERT_EQ(children.size(), 1);
+    const QList<qint64> browsers = run.browsers();
+    ASSERT_EQ(browsers.size(), 1);
     QElapsedTimer elapsed;
     elapsed.start();
 
-    ::kill(pid_t(children.first()), SIGKILL);
+    ::kill(pid_t(browsers.first()), SIGKILL);
 
     expectEnded(run.finish(), 1, u""_s,
         u"script.js:3: Error invoking function 'spin': The browser has closed or crashed\n"_s);
@@ -367,11 +368,11 @@ TEST_F(RunTest, AnInterruptEndsALongScript)
 TEST_F(RunTest, AnInterruptDuringTheStartOfTheBrowserLeavesNothing)
 {
     run.startScript("log('begun');");
-    ASSERT_TRUE(waitFor([&] { return !run.children().isEmpty(); }));
+    ASSERT_TRUE(waitFor([&] { return !run.browsers().isEmpty(); }));
 
     ::kill(pid_t(run.processId()), SIGINT);
 
-    expectEnded(run.finish(), 1, u""_s, u""_s);
+    expectEnded(run.finish(), 1, u""_s, u"script.js: The script was interrupted.\n"_s);
 }
 
 // From here on: settings and what needs no browser.
@@ -519,7 +520,10 @@ TEST_F(RunTest, WrongUsageIsRefused)
         {u"walk"_s},
         {u"--unknown"_s},
         {u"run"_s},
-        {u"run"_s, u"a.js"_s, u"b.js"_s},
+        {u"run"_s, u"a.js"_s, u"--jobs"_s, u"0"_s},
+        {u"run"_s, u"a.js"_s, u"--retries"_s, u"-1"_s},
+        {u"run"_s, u"a.js"_s, u"--script-timeout"_s, u"0"_s},
+        {u"run"_s, u"a.js"_s, u"--run-timeout"_s, u"never"_s},
         {u"run"_s, u"a.js"_s, u"--unknown"_s},
         {u"run"_s, u"a.js"_s, u"--timeout"_s},
         {u"run"_s, u"a.js"_s, u"--timeout"_s, u"0"_s},

@@ -64,6 +64,12 @@ void BrowserPage::listen()
         m_loadedDocument = event.value("loaderId"_L1).toString();
         Q_EMIT documentLoaded();
     });
+    m_connection->listen(m_session, u"Page.frameStartedLoading"_s, this,
+        [this](const QJsonObject &event) { m_loadingFrames.insert(event.value("frameId"_L1).toString()); });
+    for (const QString &end : {u"Page.frameStoppedLoading"_s, u"Page.frameDetached"_s}) {
+        m_connection->listen(m_session, end, this,
+            [this](const QJsonObject &event) { noteLoaded(event.value("frameId"_L1).toString()); });
+    }
     m_connection->listen(m_session, u"Page.javascriptDialogOpening"_s, this,
         [this](const QJsonObject &event) { noteDialog(event); });
     m_connection->listen(
@@ -84,7 +90,41 @@ void BrowserPage::noteNavigation(const QJsonObject &frame)
     m_frame = frame.value("id"_L1).toString();
     m_document = frame.value("loaderId"_L1).toString();
     m_address = frame.value("url"_L1).toString() + frame.value("urlFragment"_L1).toString();
+    ++m_navigations;
+    injectIntoKeptWindow();
     Q_EMIT documentGone(m_address);
+}
+
+void BrowserPage::noteLoaded(const QString &frame)
+{
+    if (m_loadingFrames.remove(frame) && m_loadingFrames.isEmpty())
+        Q_EMIT loadingEnded();
+}
+
+bool BrowserPage::waitUntilLoaded(int limitMs)
+{
+    if (!isLoading())
+        return true;
+    AnswerWait wait(m_waits);
+    const auto connection
+        = connect(this, &BrowserPage::loadingEnded, this, [&wait] { wait.end(WaitState::Answered); });
+    wait.run(limitMs);
+    disconnect(connection);
+    return !isLoading();
+}
+
+// Only the first document of a window that was opened by a page can find a global object that is older than
+// itself.
+void BrowserPage::injectIntoKeptWindow()
+{
+    if (m_navigations > 2 || m_injection.payload.isEmpty())
+        return;
+    m_connection->send(m_session, u"Runtime.evaluate"_s,
+        {{u"expression"_s, Injection::isMissingExpression()}}, [this](const CommandResult &answer) {
+            if (answer.value.value("result"_L1).toObject().value("value"_L1).toBool())
+                m_connection->send(
+                    m_session, u"Runtime.evaluate"_s, {{u"expression"_s, m_injection.repeatedScript()}});
+        });
 }
 
 void BrowserPage::noteDialog(const QJsonObject &event)
@@ -169,6 +209,7 @@ void BrowserPage::setGone(WaitState state)
         return;
     m_gone = state;
     m_dialog.reset();
+    m_loadingFrames.clear();
     m_connection->endSession(m_session, describe(state, 0));
     endWaits(state);
     Q_EMIT documentGone({});
@@ -178,7 +219,12 @@ void BrowserPage::setGone(WaitState state)
 BrowserPage::EvalResult BrowserPage::evaluateJavaScript(const QString &script, unsigned int timeoutMs) const
 {
     const int limitMs = limitOr(int(timeoutMs));
-    const Answer answer = await(u"Runtime.evaluate"_s, evaluationParameters(script, limitMs), limitMs);
+    const QString document = m_document;
+    Answer answer = await(u"Runtime.evaluate"_s, evaluationParameters(script, limitMs), limitMs);
+    // A document that came meanwhile has answered what was asked of another one: its references mean nothing
+    // here.
+    if (answer.state == WaitState::Answered && !document.isEmpty() && answer.document != document)
+        answer.state = WaitState::NavigatedAway;
     if (answer.state != WaitState::Answered)
         return {describe(answer.state, limitMs), true, false};
     if (answer.result.failed())
@@ -199,14 +245,16 @@ BrowserPage::Answer BrowserPage::await(
     const QString &method, const QJsonObject &parameters, int limitMs) const
 {
     if (!m_refusal.isEmpty())
-        return {WaitState::Answered, Failure(m_refusal)};
+        return {WaitState::Answered, Failure(m_refusal), m_document};
     if (m_waits.size() >= deepestNesting)
-        return {WaitState::Answered, Failure(u"Too many evaluations wait for the page already"_s)};
-    Answer answer{obstacle(), {}};
+        return {
+            WaitState::Answered, Failure(u"Too many evaluations wait for the page already"_s), m_document};
+    Answer answer{obstacle(), {}, {}};
     if (answer.state == WaitState::Waiting) {
         AnswerWait wait(m_waits);
         const int id = m_connection->send(m_session, method, parameters, [&](const CommandResult &result) {
             answer.result = result;
+            answer.document = m_document;
             wait.end(stateOf(result));
         });
         answer.state = wait.run(limitMs + answerGraceMs);

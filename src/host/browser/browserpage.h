@@ -9,6 +9,7 @@
 
 #include <QImage>
 #include <QObject>
+#include <QSet>
 
 #include <memory>
 #include <optional>
@@ -62,6 +63,13 @@ public:
 
     /// Opens an address and waits until the document has loaded. 0 means the default limit.
     FunctionCallResult<void> navigate(const QString &address, int limitMs = 0);
+
+    /// Whether the tab or a frame in it is on its way to another document.
+    bool isLoading() const { return !m_loadingFrames.isEmpty(); }
+
+    /// Waits until nothing is loading any more, `limitMs` milliseconds at the most; tells whether that was
+    /// so.
+    bool waitUntilLoaded(int limitMs);
 
     /// Closes the tab and waits until it is gone. The page is not asked whether it agrees.
     FunctionCallResult<void> close();
@@ -138,6 +146,7 @@ Q_SIGNALS:
     /// The top document is gone, and with it every reference into it. `address` is that of the next one.
     void documentGone(const QString &address);
     void documentLoaded();
+    void loadingEnded();
     void dialogOpened(const Ostrel::Host::Dialog &dialog);
 
     /// The tab is gone, by its user, its script or a crash of the browser.
@@ -148,6 +157,7 @@ private:
     {
         WaitState state = WaitState::Waiting;
         CommandResult result;
+        QString document; ///< the one that was there when the answer came
     };
 
     FunctionCallResult<QImage> takePicture() const;
@@ -161,6 +171,8 @@ private:
 
     void listen();
     void noteNavigation(const QJsonObject &frame);
+    void noteLoaded(const QString &frame);
+    void injectIntoKeptWindow();
     void noteDialog(const QJsonObject &event);
     FunctionCallResult<void> waitForLoad(const QString &document, const QString &address, int limitMs);
 
@@ -177,7 +189,9 @@ private:
     Injection m_injection;
     QString m_injectionId;
     WaitState m_gone = WaitState::Waiting; ///< why the page is no more, or Waiting while it is there
+    QSet<QString> m_loadingFrames;
     bool m_crashed = false;
+    int m_navigations = 0;
     // The bridge is const to its callers, while what it waits for and what the page shows changes all the
     // time.
     mutable QList<AnswerWait *> m_waits;

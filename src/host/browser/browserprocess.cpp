@@ -208,6 +208,7 @@ FunctionCallResult<std::unique_ptr<Transport>> BrowserProcess::start(
     if (!started)
         return Failure(u"Could not start the browser '%1': %2"_s.arg(executable, m_process.errorString()));
     m_group = m_process.processId();
+    m_profile->noteBrowser(m_group);
     return std::unique_ptr<Transport>(std::move(transport));
 }
 
@@ -223,6 +224,18 @@ void BrowserProcess::stop()
         m_group = 0;
     }
     m_profile.reset();
+}
+
+void BrowserProcess::cleanUpAfter(qint64 processId)
+{
+    const QList<LeftProfile> profiles = profilesLeftBy(processId);
+    for (const LeftProfile &profile : profiles) {
+        if (profile.browserGroup > 0) {
+            kill(pid_t(-profile.browserGroup), SIGKILL);
+            waitForGroupToEnd(profile.browserGroup, groupGraceMs);
+        }
+        removeProfile(profile.path);
+    }
 }
 
 bool BrowserProcess::waitForEnd()

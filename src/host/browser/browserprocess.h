@@ -39,6 +39,11 @@ public:
     qint64 processId() const { return m_group; }
     QString profilePath() const { return m_profile ? m_profile->path() : QString(); }
 
+    /// Ends the browsers that a process of this program has left behind, which died without cleaning up, and
+    /// removes their profiles. Blocks like stop(). Only for a process that was this one's child: nobody else
+    /// can know that it is dead.
+    static void cleanUpAfter(qint64 processId);
+
     /// Waits a moment for a process that is about to end. False when it still runs.
     bool waitForEnd();
 

@@ -40,6 +40,9 @@ const QString multiPropertyNames = u"multiprop"_s;
 const QString singlePropertyNames = u"singleprop"_s;
 const QString hierarchicalNames = u"hierarchical"_s;
 
+// The document that got the texts last.
+const QString injectedDocument = u"window.__ostrel__injectedDocument"_s;
+
 } // namespace
 
 QList<PageVariable> pageVariables(const WebWrapper::WrapperConfig &config, const PageFacts &facts)
@@ -99,8 +102,20 @@ QString Injection::newDocumentScript() const
     QStringList assignments;
     for (const PageVariable &variable : variables)
         assignments.append(assignment(variable));
-    return u"if (window === window.top) {\n(0, eval)(%1);\n(0, eval)(%2);\n(0, eval)(%3);\n}"_s.arg(
-        scriptLiteral(namespaceCode), scriptLiteral(assignments.join(u'\n')), scriptLiteral(payload));
+    return u"if (window === window.top) {\n(0, eval)(%1);\n(0, eval)(%2);\n(0, eval)(%3);\n%4 = document;\n}"_s
+        .arg(scriptLiteral(namespaceCode), scriptLiteral(assignments.join(u'\n')), scriptLiteral(payload),
+            injectedDocument);
+}
+
+QString Injection::isMissingExpression()
+{
+    return u"%1 !== undefined && %1 !== document"_s.arg(injectedDocument);
+}
+
+QString Injection::repeatedScript() const
+{
+    // The handler of the document before is ours and must not be taken for one of the page.
+    return u"window.onunload = null;\n%1\n%2 = document;"_s.arg(script(), injectedDocument);
 }
 
 QString assignment(const PageVariable &variable)

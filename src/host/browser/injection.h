@@ -44,6 +44,13 @@ struct Injection
     /// The same for Page.addScriptToEvaluateOnNewDocument, which runs in every frame: only a top window
     /// evaluates the texts, a frame merely steps over a string.
     QString newDocumentScript() const;
+
+    /// A window that a page opens keeps its global object when its empty first document gives way to the real
+    /// one, and the browser then does not run the script for new documents again. True in such a window.
+    static QString isMissingExpression();
+
+    /// What such a window needs.
+    QString repeatedScript() const;
 };
 
 /// The statement that sets one variable.

@@ -36,13 +36,21 @@ int takeLock(const QString &directory, int extraFlags)
     return descriptor;
 }
 
+/// The profiles of this user, used or not.
+QFileInfoList profilesIn(const QString &parentDirectory)
+{
+    QFileInfoList directories
+        = QDir(parentDirectory).entryInfoList({namePrefix + u'*'}, QDir::Dirs | QDir::NoSymLinks);
+    directories.removeIf([](const QFileInfo &directory) { return directory.ownerId() != getuid(); });
+    return directories;
+}
+
 void removeAbandonedProfiles(const QString &parentDirectory)
 {
     const QDateTime newest = QDateTime::currentDateTime().addSecs(-youngestAbandonedSeconds);
-    const QFileInfoList directories
-        = QDir(parentDirectory).entryInfoList({namePrefix + u'*'}, QDir::Dirs | QDir::NoSymLinks);
+    const QFileInfoList directories = profilesIn(parentDirectory);
     for (const QFileInfo &directory : directories) {
-        if (directory.ownerId() != getuid() || directory.lastModified() > newest)
+        if (directory.lastModified() > newest)
             continue;
         const int lock = takeLock(directory.filePath(), 0);
         if (lock < 0)
@@ -65,18 +73,50 @@ Profile::Profile(const QString &parentDirectory)
     if (!m_directory.isValid())
         return;
     m_lock = takeLock(m_directory.path(), O_CREAT);
+    noteBrowser(0);
     removeAbandonedProfiles(parentOr(parentDirectory));
 }
 
-// A browser that has just been killed may still have a helper that writes a last file.
 Profile::~Profile()
+{
+    if (m_directory.isValid())
+        removeProfile(m_directory.path());
+    if (m_lock >= 0)
+        close(m_lock);
+}
+
+void Profile::noteBrowser(qint64 group) const
+{
+    const QByteArray note = QByteArray::number(getpid()) + ' ' + QByteArray::number(group) + '\n';
+    if (m_lock >= 0)
+        // Without the note a crash leaves more to the next run, which cleans up by the lock alone.
+        [[maybe_unused]]
+        const ssize_t written = pwrite(m_lock, note.constData(), size_t(note.size()), 0);
+}
+
+QList<LeftProfile> profilesLeftBy(qint64 processId)
+{
+    QList<LeftProfile> left;
+    const QFileInfoList directories = profilesIn(QDir::tempPath());
+    for (const QFileInfo &directory : directories) {
+        const int lock = takeLock(directory.filePath(), 0);
+        if (lock < 0)
+            continue;
+        QFile note;
+        note.open(lock, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
+        const QList<QByteArray> words = note.readAll().trimmed().split(' ');
+        if (words.size() == 2 && words.first().toLongLong() == processId)
+            left.append({directory.filePath(), words.last().toLongLong()});
+    }
+    return left;
+}
+
+void removeProfile(const QString &path)
 {
     QElapsedTimer elapsed;
     elapsed.start();
-    while (m_directory.isValid() && !m_directory.remove() && elapsed.elapsed() < removalLimitMs)
+    while (QFileInfo::exists(path) && !QDir(path).removeRecursively() && elapsed.elapsed() < removalLimitMs)
         QThread::msleep(removalPauseMs);
-    if (m_lock >= 0)
-        close(m_lock);
 }
 
 } // namespace Ostrel::Host

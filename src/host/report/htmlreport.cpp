@@ -3,6 +3,7 @@
 #include "host/report/failuretext.h"
 #include "host/report/htmltext.h"
 #include "host/report/objecttreehtml.h"
+#include "host/report/xmltext.h"
 
 #include <QFile>
 
@@ -71,9 +72,9 @@ public:
         return html(uR"(<!DOCTYPE html>
 <html lang="en">
 <head>
-<meta charset="utf-8">
-<meta name="viewport" content="width=device-width, initial-scale=1">
-<meta http-equiv="Content-Security-Policy" content="default-src 'none'; img-src data:; style-src 'unsafe-inline'">
+<meta charset="utf-8"/>
+<meta name="viewport" content="width=device-width, initial-scale=1"/>
+<meta http-equiv="Content-Security-Policy" content="default-src 'none'; img-src data:; style-src 'unsafe-inline'"/>
 <title>%1</title>
 <style>
 %2</style>
@@ -100,7 +101,7 @@ private:
             {run.count(Outcome::Passed) - run.flaky(), u"passed"_s, u"passed"_s},
             {run.flaky(), u"flaky"_s, u"flaky"_s},
             {run.count(Outcome::Failed), u"failed"_s, u"failed"_s},
-            {run.count(Outcome::Error) + run.count(Outcome::Unusable), u"error"_s, u"errors"_s},
+            {run.count(Outcome::Error) + run.count(Outcome::Unusable), u"error"_s, u"with errors"_s},
             {run.count(Outcome::NotRun), u"notrun"_s, u"not run"_s},
         };
         Html counts;
@@ -140,7 +141,7 @@ private:
 <summary>%2 <span class="name">%3</span><span class="time">%4</span></summary>
 %5</details>
 )"_s,
-            isOpen ? Html{u" open"_s} : Html(), state, script.script,
+            isOpen ? Html{u" open=\"\""_s} : Html(), state, script.script,
             script.outcome() == Outcome::NotRun ? QString() : duration(script.milliseconds()), attempts);
     }
 
@@ -151,7 +152,7 @@ private:
 <summary>%2 Try %3<span class="time">%4</span></summary>
 %5</details>
 )"_s,
-            isLast ? Html{u" open"_s} : Html(), badge(outcome.style, outcome.word), number,
+            isLast ? Html{u" open=\"\""_s} : Html(), badge(outcome.style, outcome.word), number,
             duration(attempt.milliseconds), attemptHtml(attempt));
     }
 
@@ -179,11 +180,14 @@ private:
             callers);
     }
 
-    Html placeHtml(const ScriptPlace &place) const
+    /// The place with its source line, which is left out where it is the text that stands above it already.
+    Html placeHtml(const ScriptPlace &place, const QString &above = {}) const
     {
         if (place.file.isEmpty())
             return {};
-        const QString source = m_source(place).trimmed();
+        QString source = m_source(place).trimmed();
+        if (source == above || source == above + u';')
+            source.clear();
         return html(u"<div class=\"place\">%1%2</div>\n"_s, placeText(place),
             source.isEmpty() ? Html() : html(u" <code>%1</code>"_s, source));
     }
@@ -202,15 +206,18 @@ private:
         case Step::Kind::Statement:
             return statementHtml(step);
         case Step::Kind::Section:
-            return html(u"<li class=\"section\"><details open><summary>%1</summary>\n%2%3</details></li>\n"_s,
+            return html(
+                u"<li class=\"section\"><details open=\"\"><summary>%1</summary>\n%2%3</details></li>\n"_s,
                 step.text, placeHtml(step.place), stepsHtml(step.steps));
         case Step::Kind::Verification:
             return verificationHtml(step);
         case Step::Kind::Log:
             return html(u"<li class=\"log\">%1</li>\n"_s, step.text);
         case Step::Kind::Screenshot:
+            // The box behind the picture keeps whether it is shown in its full size.
             return html(u"<li class=\"picture\"><figure><figcaption>%1</figcaption>"
-                        "<img alt=\"%1\" src=\"data:image/png;base64,%2\"></figure></li>\n"_s,
+                        "<label><input type=\"checkbox\" aria-label=\"Full size\"/>"
+                        "<img alt=\"%1\" src=\"data:image/png;base64,%2\"/></label></figure></li>\n"_s,
                 step.text, QString::fromLatin1(step.png.toBase64()));
         case Step::Kind::ObjectTree:
             return html(u"<li class=\"tree\"><details><summary>Object tree</summary>\n%1</details></li>\n"_s,
@@ -225,7 +232,7 @@ private:
         const bool isBad = !step.ended || !step.error.isEmpty();
         return html(
             u"<li class=\"statement%1\"><span class=\"time\">%2</span><code>%3</code>\n%4%5%6</li>\n"_s,
-            isBad ? u" bad"_s : QString(), time, step.text, placeHtml(step.place),
+            isBad ? u" bad"_s : QString(), time, step.text, placeHtml(step.place, step.text),
             step.error.isEmpty() ? Html() : html(u"<p class=\"wrong\">%1</p>\n"_s, step.error),
             step.steps.empty() ? Html() : stepsHtml(step.steps));
     }
@@ -263,7 +270,7 @@ QString SourceFiles::line(const ScriptPlace &place)
 
 void writeHtmlReport(const RunResult &run, const SourceLine &source, QIODevice *device)
 {
-    device->write(Writer(source).page(run).text.toUtf8());
+    device->write(withoutForbiddenCharacters(Writer(source).page(run).text).toUtf8());
 }
 
 } // namespace Ostrel::Host

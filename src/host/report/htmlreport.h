@@ -26,7 +26,8 @@ private:
 
 /// Writes a run as an HTML page: totals, and each script with its steps, times, source lines and, where it
 /// failed, the screenshot and the object tree. The page holds its style and pictures itself, runs no script
-/// and follows the reader's choice of light and dark. Errors of the device stay in the device.
+/// and follows the reader's choice of light and dark. It is well-formed XML, too. Errors of the device stay
+/// in the device.
 void writeHtmlReport(const RunResult &run, const SourceLine &source, QIODevice *device);
 
 } // namespace Ostrel::Host

@@ -1,6 +1,7 @@
 #include "host/report/junitreport.h"
 
 #include "host/report/failuretext.h"
+#include "host/report/xmltext.h"
 
 #include <QFileInfo>
 #include <QXmlStreamWriter>
@@ -12,13 +13,6 @@ namespace Ostrel::Host {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-bool isForbidden(char32_t character)
-{
-    const bool isBlank = character == '\t' || character == '\n' || character == '\r';
-    return (character < 0x20 && !isBlank) || (character >= 0xD800 && character <= 0xDFFF)
-        || character == 0xFFFE || character == 0xFFFF;
-}
 
 QString seconds(double milliseconds)
 {
@@ -137,8 +131,6 @@ private:
                 writeUnsuccessful(attempt, passed ? beforeAPass : isFirst ? decisive : again);
             isFirst = false;
         }
-        if (script.outcome() == Outcome::NotRun && script.attempts.empty())
-            m_xml.writeEmptyElement(u"skipped"_s);
         if (!script.attempts.empty())
             writeOutput(script.attempts.back());
         m_xml.writeEndElement();
@@ -153,7 +145,7 @@ private:
         }
         const QStringList texts = failureTexts(attempt);
         m_xml.writeStartElement(attempt.end.outcome == Outcome::Failed ? names.failure : names.error);
-        attribute(u"message"_s, texts.first());
+        attribute(u"message"_s, texts.first().section(u'\n', 0, 0));
         attribute(u"type"_s, attempt.end.outcome == Outcome::Failed ? u"verification"_s : u"script"_s);
         const QString all = withoutForbiddenCharacters(texts.join(u'\n'));
         // Tries that do not decide have their text in an element of its own.
@@ -177,22 +169,6 @@ private:
 };
 
 } // namespace
-
-QString withoutForbiddenCharacters(const QString &text)
-{
-    QString clean;
-    clean.reserve(text.size());
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const QChar character = text.at(i);
-        const bool isPair
-            = character.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
-        if (isPair)
-            clean += text.mid(i++, 2);
-        else if (!isForbidden(character.unicode()))
-            clean += character;
-    }
-    return clean;
-}
 
 void writeJUnitReport(const RunResult &run, QIODevice *device)
 {

@@ -13,61 +13,59 @@ namespace {
 // Browsers give up on pages that nest deeper than some hundred elements.
 constexpr int deepest = 150;
 // The upper levels are open at first.
-constexpr int openLevels = 3;
+constexpr int openLevels = 4;
 
 struct Node
 {
-    Html title;
-    QString text;
+    QString className;
+    QString name; ///< by which a script finds the object
+    QString bounds;
+    Html properties;
     std::vector<Node> children;
 };
 
-Html titleOf(const QXmlStreamReader &xml)
+QString boundsFrom(const QXmlStreamAttributes &attributes)
 {
-    Html title = html(u"<b>%1</b>"_s, xml.name().toString());
-    const QXmlStreamAttributes attributes = xml.attributes();
-    for (const QXmlStreamAttribute &attribute : attributes)
-        title += html(
-            u" <i>%1</i>=<q>%2</q>"_s, attribute.qualifiedName().toString(), attribute.value().toString());
-    return title;
+    if (!attributes.hasAttribute(u"width"_s))
+        return {};
+    const auto value = [&](const QString &name) { return attributes.value(name).toString(); };
+    return u"%1,%2 %3×%4"_s.arg(value(u"x"_s), value(u"y"_s), value(u"width"_s), value(u"height"_s));
+}
+
+Html readProperty(QXmlStreamReader &xml)
+{
+    const QString name = xml.attributes().value(u"name"_s).toString();
+    const QString value = xml.readElementText(QXmlStreamReader::SkipChildElements);
+    return value.isEmpty() ? Html() : html(u" <i>%1</i>=<q>%2</q>"_s, name, value);
 }
 
 Node readNode(QXmlStreamReader &xml, int depth)
 {
-    Node node{titleOf(xml), {}, {}};
-    if (depth >= deepest) {
-        node.text = u"…"_s;
-        xml.skipCurrentElement();
-        return node;
-    }
-    while (!xml.atEnd()) {
-        switch (xml.readNext()) {
-        case QXmlStreamReader::StartElement:
+    const QXmlStreamAttributes attributes = xml.attributes();
+    Node node{attributes.value(u"class"_s).toString(), attributes.value(u"name"_s).toString(),
+        boundsFrom(attributes), {}, {}};
+    while (xml.readNextStartElement()) {
+        if (xml.name() == "property"_L1)
+            node.properties += readProperty(xml);
+        else if (xml.name() == "element"_L1 && depth < deepest)
             node.children.push_back(readNode(xml, depth + 1));
-            break;
-        case QXmlStreamReader::Characters:
-            node.text += xml.text();
-            break;
-        case QXmlStreamReader::EndElement:
-            node.text = node.text.trimmed();
-            return node;
-        default:
-            break;
-        }
+        else
+            xml.skipCurrentElement();
     }
     return node;
 }
 
 Html nodeHtml(const Node &node, int level)
 {
-    const Html value = node.text.isEmpty() ? Html() : html(u" <span class=\"value\">%1</span>"_s, node.text);
+    const Html title = html(u"<b title=\"%1\">%2</b>%3%4"_s, node.name, node.className, node.properties,
+        node.bounds.isEmpty() ? Html() : html(u" <small>%1</small>"_s, node.bounds));
     if (node.children.empty())
-        return html(u"<div class=\"leaf\">%1%2</div>\n"_s, node.title, value);
+        return html(u"<div class=\"leaf\">%1</div>\n"_s, title);
     Html children;
     for (const Node &child : node.children)
         children += nodeHtml(child, level + 1);
-    return html(u"<details%1><summary>%2%3</summary>\n%4</details>\n"_s,
-        level < openLevels ? Html{u" open"_s} : Html(), node.title, value, children);
+    return html(u"<details%1><summary>%2</summary>\n%3</details>\n"_s,
+        level < openLevels ? Html{u" open=\"\""_s} : Html(), title, children);
 }
 
 } // namespace
@@ -75,10 +73,16 @@ Html nodeHtml(const Node &node, int level)
 Html objectTreeHtml(const QString &xml)
 {
     QXmlStreamReader reader(xml);
-    if (!reader.readNextStartElement())
-        return html(u"<pre>%1</pre>\n"_s, xml);
-    const Node root = readNode(reader, 0);
-    return reader.hasError() ? html(u"<pre>%1</pre>\n"_s, xml) : nodeHtml(root, 0);
+    Html trees;
+    if (reader.readNextStartElement() && reader.name() == "dump"_L1) {
+        while (reader.readNextStartElement()) {
+            if (reader.name() == "element"_L1)
+                trees += nodeHtml(readNode(reader, 1), 0);
+            else
+                reader.skipCurrentElement();
+        }
+    }
+    return reader.hasError() || trees.text.isEmpty() ? html(u"<pre>%1</pre>\n"_s, xml) : trees;
 }
 
 } // namespace Ostrel::Host

@@ -5,8 +5,8 @@
 
 namespace Ostrel::Host {
 
-/// Shows any XML text. A text that is no XML is shown as it stands, and so is what lies too deep to be
-/// nested.
+/// Shows a dump in its XML form. A text that is none is shown as it stands; what lies deeper than browsers nest is
+/// left out.
 Html objectTreeHtml(const QString &xml);
 
 } // namespace Ostrel::Host

@@ -20,7 +20,8 @@ Failure unwritable(const QFile &file, const QString &reason)
 FunctionCallResult<void> probeReportFile(const QString &fileName)
 {
     QFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Append))
+    // To read, too, so that what is there stays.
+    if (!file.open(QIODevice::ReadWrite))
         return unwritable(file, file.errorString());
     return {};
 }

@@ -171,7 +171,7 @@ FunctionCallResult<SharedPtr<Object>> Lookup::find(const QString &name)
 {
     if (const auto parsed = ObjectName::parse(ObjectMap::self()->realName(name)); parsed.failed())
         return Failure(parsed.error);
-    const Attempt attempt = lookOnce(name);
+    const Attempt attempt = lookInSettledPage(name);
     if (attempt.object)
         return attempt.object;
     if (!attempt.error.isEmpty())
@@ -183,7 +183,7 @@ FunctionCallResult<bool> Lookup::exists(const QString &name)
 {
     if (const auto parsed = ObjectName::parse(ObjectMap::self()->realName(name)); parsed.failed())
         return Failure(parsed.error);
-    const Attempt attempt = lookOnce(name);
+    const Attempt attempt = lookInSettledPage(name);
     if (!attempt.error.isEmpty())
         return Failure(attempt.error);
     return bool(attempt.object);
@@ -311,6 +311,21 @@ void Lookup::stop()
 {
     m_stopped = true;
     Q_EMIT stopped();
+}
+
+// A document that goes in the middle of a lookup says nothing of what the next one has.
+Lookup::Attempt Lookup::lookInSettledPage(const QString &name)
+{
+    constexpr int mostAttempts = 3;
+    Attempt attempt;
+    int changes = -1;
+    for (int i = 0; i < mostAttempts && changes != m_windows->documentChanges(); ++i) {
+        changes = m_windows->documentChanges();
+        attempt = lookOnce(name);
+        if (attempt.object || attempt.error.isEmpty())
+            return attempt;
+    }
+    return attempt;
 }
 
 Lookup::Attempt Lookup::lookOnce(const QString &name)

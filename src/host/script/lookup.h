@@ -67,6 +67,7 @@ private:
     using Try = std::function<bool()>;
 
     Attempt lookOnce(const QString &name);
+    Attempt lookInSettledPage(const QString &name);
     bool waitFor(const Try &attempt, int timeoutMs);
     void pause(int milliseconds);
     /// Lets the search start in the window that the name's context speaks of, and gives the name as that

@@ -2,6 +2,7 @@
 
 #include "ostrelhook/arrayclass.h"
 #include "ostrelhook/delegates.h"
+#include "ostrelhook/functionclass.h"
 #include "ostrelhook/globalclass.h"
 #include "ostrelhook/inspector.h"
 #include "ostrelhook/namespace.h"
@@ -10,6 +11,7 @@
 #include <QDateTime>
 #include <QFile>
 #include <QJSEngine>
+#include <QPointer>
 
 #include <cmath>
 
@@ -20,6 +22,19 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString glueFile = u":/pageprobe/scriptglue.js"_s;
+const QString verificationsFile = u":/pageprobe/verifications.js"_s;
+
+/// The value of a script of the host's own, or why there is none.
+FunctionCallResult<QJSValue> ownScript(QJSEngine *engine, const QString &fileName)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        return Failure(file.errorString());
+    const QJSValue value = engine->evaluate(QString::fromUtf8(file.readAll()), fileName);
+    if (!value.isCallable())
+        return Failure(value.toString());
+    return value;
+}
 
 /// The names of the members that a class adds, each once.
 template <typename Member>
@@ -124,13 +139,22 @@ ScriptBridge::ScriptBridge(QJSEngine *engine) : m_engine(engine)
 
 QString ScriptBridge::install()
 {
-    QFile file(glueFile);
-    if (!file.open(QIODevice::ReadOnly))
-        return file.errorString();
-    const QJSValue glue = m_engine->evaluate(QString::fromUtf8(file.readAll()), glueFile);
-    m_wrap = glue.call({m_engine->newQObject(this), m_engine->globalObject(), describeClasses(m_engine),
-        describeFunctions(m_engine)});
-    return m_wrap.isCallable() ? QString() : m_wrap.toString();
+    const FunctionCallResult<QJSValue> glue = ownScript(m_engine, glueFile);
+    if (glue.failed())
+        return glue.error;
+    const QJSValue installed = glue.value.call({m_engine->newQObject(this), m_engine->globalObject(),
+        describeClasses(m_engine), describeFunctions(m_engine)});
+    m_wrap = installed.property(u"wrap"_s);
+    m_call = installed.property(u"call"_s);
+    if (!m_wrap.isCallable() || !m_call.isCallable())
+        return installed.toString();
+
+    const FunctionCallResult<QJSValue> verifications = ownScript(m_engine, verificationsFile);
+    if (verifications.failed())
+        return verifications.error;
+    const QJSValue defined
+        = verifications.value.call({m_engine->globalObject(), installed.property(u"host"_s)});
+    return defined.isError() ? defined.toString() : QString();
 }
 
 QJSValue ScriptBridge::read(const QJSValue &handle, const QString &name)
@@ -250,7 +274,7 @@ QJSValue ScriptBridge::toScript(const SharedPtr<Object> &value)
     return m_wrap.call({value->objectClass()->name(), m_engine->toScriptValue(QVariant::fromValue(value))});
 }
 
-SharedPtr<Object> ScriptBridge::fromScript(const QJSValue &value) const
+SharedPtr<Object> ScriptBridge::fromScript(const QJSValue &value)
 {
     const Inspector *inspector = Inspector::self();
     if (value.isBool())
@@ -263,10 +287,30 @@ SharedPtr<Object> ScriptBridge::fromScript(const QJSValue &value) const
         return wrapDateTime(value.toDateTime());
     if (value.isArray())
         return ArrayClass::wrapObject(argumentsFrom(value));
+    if (value.isCallable())
+        return functionFrom(value);
     return heldObject(value);
 }
 
-ObjectList ScriptBridge::argumentsFrom(const QJSValue &arguments) const
+SharedPtr<Object> ScriptBridge::functionFrom(const QJSValue &function)
+{
+    // The host may keep the function for longer than the engine lives.
+    const QPointer<ScriptBridge> bridge(this);
+    return FunctionClass::wrapObject(
+        [bridge, function](const ObjectList &arguments) -> FunctionCallResult<SharedPtr<Object>> {
+            if (!bridge)
+                return Failure(u"The script that gave this function has ended."_s);
+            QJSValue list = bridge->m_engine->newArray(uint(arguments.size()));
+            for (qsizetype i = 0; i < arguments.size(); ++i)
+                list.setProperty(quint32(i), bridge->toScript(arguments.at(i)));
+            const QJSValue outcome = bridge->m_call.call({function, list});
+            if (!outcome.hasProperty(u"value"_s)) // thrown, or the script is interrupted
+                return Failure(outcome.property(u"error"_s).toString());
+            return bridge->fromScript(outcome.property(u"value"_s));
+        });
+}
+
+ObjectList ScriptBridge::argumentsFrom(const QJSValue &arguments)
 {
     ObjectList list;
     const quint32 length = arguments.property(u"length"_s).toUInt();

@@ -37,8 +37,10 @@ public:
 
 private:
     QJSValue toScript(const SharedPtr<Object> &value);
-    SharedPtr<Object> fromScript(const QJSValue &value) const;
-    ObjectList argumentsFrom(const QJSValue &arguments) const;
+    SharedPtr<Object> fromScript(const QJSValue &value);
+    /// Wraps a function of the script.
+    SharedPtr<Object> functionFrom(const QJSValue &function);
+    ObjectList argumentsFrom(const QJSValue &arguments);
     /// The object behind a handle; raises a script error and gives null when there is none.
     SharedPtr<Object> objectFrom(const QJSValue &handle, const QString &member);
     /// Turns the pending error of the frame into a script error; false when there was none.
@@ -47,6 +49,7 @@ private:
 
     QJSEngine *m_engine;
     QJSValue m_wrap;
+    QJSValue m_call;
 };
 
 } // namespace Ostrel::Host

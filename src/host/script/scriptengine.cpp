@@ -12,7 +12,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr auto glueName = "scriptglue.js"_L1;
+/// How the addresses of the script side of the host itself begin.
+constexpr auto ownScripts = ":/pageprobe/"_L1;
 
 /// One line of the engine's stack trace: "function:line:column:address".
 struct Frame
@@ -35,7 +36,7 @@ QList<Frame> scriptFrames(const QStringList &trace)
 {
     QList<Frame> frames;
     for (const QString &line : trace) {
-        if (!line.endsWith(glueName))
+        if (!line.contains(ownScripts))
             frames.append(parseFrame(line));
     }
     return frames;

@@ -1,7 +1,8 @@
 // The script's view of the reflection classes: a prototype for each class, a function for each global method.
 // It knows no class by name; all it builds comes from the descriptions that the host hands in.
 //
-// Evaluates to a function that installs everything and returns the two converters which the host calls.
+// Evaluates to a function that installs everything and returns what the host and the further parts of the script
+// side call.
 (function (bridge, global, classes, functions) {
     "use strict";
 
@@ -105,5 +106,21 @@
         return bridge.same(unwrap(a), unwrap(b));
     });
 
-    return wrap;
+    // What the other parts of the script side build on.
+    const host = {
+        call(name, args) { return bridge.callGlobal(name, args.map(unwrap)); },
+        isObject(value) { return value !== null && typeof value === "object" && value[handleKey] !== undefined; },
+        same(a, b) { return bridge.same(unwrap(a), unwrap(b)); }
+    };
+
+    // Calls a function of the script for the host, which cannot tell a thrown value from a returned one.
+    function call(f, args) {
+        try {
+            return { value: unwrap(f(...args)) };
+        } catch (error) {
+            return { error: error instanceof Error ? error.message : String(error) };
+        }
+    }
+
+    return { wrap, call, host };
 })

@@ -73,6 +73,12 @@ FunctionCallResult<std::unique_ptr<TestSession>> TestSession::start(
     return session;
 }
 
+FunctionCallResult<std::unique_ptr<TestSession>> TestSession::start(const SessionOptions &options)
+{
+    static ResultSink nobody;
+    return start(options, nobody);
+}
+
 TestSession::TestSession(const SessionOptions &options, ResultSink &results)
     : m_results(results), m_channelAddress(FetchCarrier::makeAddress())
 {
@@ -80,6 +86,7 @@ TestSession::TestSession(const SessionOptions &options, ResultSink &results)
         m_server = std::make_unique<StaticServer>(options.servedDirectory);
     connect(&m_channel, &PageChannel::debugLineLogged, this,
         [](const QString &line) { PROBELOG_TRACE("WebWrapper", line); });
+    m_dialogs.attend(m_channel);
     registerFunctions();
 }
 
@@ -123,9 +130,23 @@ FunctionCallResult<void> TestSession::preparePage(BrowserPage *page, Begun begun
 {
     page->setConfig(&m_config);
     m_windows.add(page);
+    m_dialogs.attend(page);
     auto *carrier = new FetchCarrier(page, &m_channel, m_channelAddress);
     carrier->setParent(page);
-    return page->setInjection(m_injection, begun == Begun::Already);
+    Injection injection = m_injection;
+    injection.setVariable(u"window.top.__ostrel__browsertabid"_s, page->targetId());
+    return page->setInjection(injection, begun == Begun::Already);
+}
+
+FunctionCallResult<void> TestSession::setPageVariable(const QString &name, const QJsonValue &value)
+{
+    m_injection.setVariable(name, value);
+    for (BrowserPage *page : m_browser->pages()) {
+        const FunctionCallResult<void> set = page->setPageVariable(name, value);
+        if (set.failed())
+            return set;
+    }
+    return {};
 }
 
 void TestSession::stop()
@@ -146,6 +167,7 @@ void TestSession::registerFunctions()
     add("activeDocument", {}, [this] { return activeDocument(); });
     add("serverAddress", {}, [this] { return serverAddress(); });
     add("saveScreenshot", {"fileName"}, [this](const QString &name) { return saveScreenshot(name); });
+    add("evaluateInPage", {"code"}, [this](const QString &code) { return evaluateInPage(code); });
     add("snooze", {"seconds"}, [this](double seconds) { return snooze(seconds); });
     add("log", {"text"}, [this](const QString &text) {
         m_results.logged(text);
@@ -213,6 +235,14 @@ FunctionCallResult<QString> TestSession::serverAddress() const
     return m_server->url();
 }
 
+FunctionCallResult<AnyValue> TestSession::evaluateInPage(const QString &code) const
+{
+    BrowserPage *page = activePage();
+    if (!page)
+        return Failure(u"There is no open page."_s);
+    return AnyValue{retrieveJSObject(page, code)};
+}
+
 FunctionCallResult<void> TestSession::saveScreenshot(const QString &fileName) const
 {
     const BrowserPage *page = activePage();
@@ -231,13 +261,19 @@ FunctionCallResult<void> TestSession::snooze(double seconds) const
 {
     if (!(seconds >= 0))
         return Failure(u"Cannot wait for %1 seconds."_s.arg(seconds));
+    if (!m_browser->isRunning())
+        return Failure(u"The browser has closed or crashed"_s);
     // The page's events keep flowing meanwhile; a browser that ends or is ended cuts the wait short.
     QEventLoop loop;
+    FunctionCallResult<void> result;
     QTimer::singleShot(std::chrono::milliseconds(qint64(seconds * 1000)), &loop, &QEventLoop::quit);
-    connect(m_browser.get(), &Browser::lost, &loop, &QEventLoop::quit);
+    connect(m_browser.get(), &Browser::lost, &loop, [&](const QString &reason) {
+        result = Failure(reason);
+        loop.quit();
+    });
     connect(this, &TestSession::stopped, &loop, &QEventLoop::quit);
     loop.exec();
-    return {};
+    return result;
 }
 
 } // namespace Ostrel::Host

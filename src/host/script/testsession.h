@@ -5,8 +5,13 @@
 #include "host/browser/injection.h"
 #include "host/channel/channeladdress.h"
 #include "host/channel/pagechannel.h"
+#include "host/input/protocoldevices.h"
 #include "host/report/resultsink.h"
+#include "host/script/dialoganswers.h"
+#include "host/script/eventhandlers.h"
 #include "host/script/lookup.h"
+#include "host/script/replay.h"
+#include "host/script/verifications.h"
 #include "host/script/windowlist.h"
 #include "host/staticserver.h"
 #include "ostrelhook/functioncallresult.h"
@@ -48,13 +53,22 @@ public:
     /// must outlive the session.
     static FunctionCallResult<std::unique_ptr<TestSession>> start(
         const SessionOptions &options, ResultSink &results);
+    /// The same for sessions in which no script runs, so that there is nothing to hear.
+    static FunctionCallResult<std::unique_ptr<TestSession>> start(const SessionOptions &options);
     ~TestSession() override;
 
     Browser *browser() const { return m_browser.get(); }
 
+    /// What the pages of the session have to say.
+    PageChannel *channel() { return &m_channel; }
+
+    /// Sets a variable of the page script in all pages, those that open later included.
+    FunctionCallResult<void> setPageVariable(const QString &name, const QJsonValue &value);
+
     /// The windows under test.
     WindowList *windows() { return &m_windows; }
     Lookup *lookup() { return &m_lookup; }
+    DialogAnswers *dialogs() { return &m_dialogs; }
 
     /// The page that scripts talk to: the one in which something was found last; null when none is open.
     BrowserPage *activePage() const { return m_windows.active(); }
@@ -84,6 +98,7 @@ private:
     void registerLookupFunctions();
 
     FunctionCallResult<WebWrapper::HTML_Document *> activeDocument() const;
+    FunctionCallResult<AnyValue> evaluateInPage(const QString &code) const;
     FunctionCallResult<void> saveScreenshot(const QString &fileName) const;
     FunctionCallResult<void> snooze(double seconds) const;
 
@@ -96,6 +111,11 @@ private:
     Injection m_injection;
     WindowList m_windows;
     Lookup m_lookup{&m_windows};
+    Replay m_replay{&m_windows, &m_lookup};
+    DialogAnswers m_dialogs{[this](const QString &line) { m_results.logged(line); }};
+    EventHandlers m_eventHandlers{m_channel};
+    Verifications m_verifications{m_results};
+    ProtocolDevices m_devices{[this] { return activePage(); }};
     std::vector<GlobalMethod *> m_functions;
 };
 

@@ -96,7 +96,8 @@ void WindowList::add(BrowserPage *page)
     m_searched.append({page, toplevelClass().wrap(page, ObjectAttribute::Pointer())});
     m_opened.append(page);
     publish(before);
-    connect(page, &BrowserPage::documentGone, this, [page] {
+    connect(page, &BrowserPage::documentGone, this, [this, page] {
+        ++m_documentChanges;
         windowDelegate().clearDocumentReference();
         HTMLObjectHierarchyDelegate::registered()->clearAllJSReferences(page);
     });

@@ -50,6 +50,9 @@ public:
     /// The open windows in search order.
     QList<BrowserPage *> pages() const;
 
+    /// How many documents have come and gone in all windows; tells whether one has changed in between.
+    int documentChanges() const { return m_documentChanges; }
+
     /// The context name of a window, unique among those that are open.
     QString contextOf(const BrowserPage *page) const;
     /// A context as its own page names it, in the words of the whole session.
@@ -72,6 +75,7 @@ private:
     int numberOf(const BrowserPage *page) const;
 
     QList<Window> m_searched;
+    int m_documentChanges = 0;
     QList<BrowserPage *> m_opened; ///< in the order of opening, which is the order of numbers
 };
 

@@ -9,6 +9,7 @@
 #include "wrappers/web/scripttext.h"
 
 #include <QSet>
+#include <QStringDecoder>
 
 #include <algorithm>
 #include <array>
@@ -92,9 +93,14 @@ Value heldObject(const Record &record)
 
 Value text(const Record &record)
 {
-    if (!record.object.isString())
+    // Half a character of a page has no UTF-8 form; it is refused rather than replaced.
+    QStringDecoder fromUtf8(QStringDecoder::Utf8);
+    const QString value = record.object.isString()
+        ? fromUtf8(QByteArray::fromStdString(record.object.asString()))
+        : QString();
+    if (!record.object.isString() || fromUtf8.hasError())
         return Failure(message(u"Cannot convert json object to a string: >>%1<<", record.text));
-    return Inspector::self()->createPrimitive(QString::fromStdString(record.object.asString()));
+    return Inspector::self()->createPrimitive(value);
 }
 
 Value boolean(const Record &record)

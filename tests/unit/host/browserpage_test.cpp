@@ -49,6 +49,18 @@ protected:
     {
         QTimer::singleShot(0, transport, [this, event] { transport->receive(event); });
     }
+    static QJsonObject valueFor(const QJsonObject &command, const QString &value)
+    {
+        return {{u"id"_s, command.value("id"_L1)}, {u"sessionId"_s, u"S"_s},
+            {u"result"_s,
+                QJsonObject{{u"result"_s, QJsonObject{{u"value"_s, QJsonObject{{u"value"_s, value}}}}}}}};
+    }
+    void showDocument(const QString &loader)
+    {
+        const QJsonObject frame{{u"id"_s, u"T"_s}, {u"loaderId"_s, loader}, {u"url"_s, u"http://x/"_s}};
+        transport->receive(QJsonObject{{u"method"_s, u"Page.frameNavigated"_s}, {u"sessionId"_s, u"S"_s},
+            {u"params"_s, QJsonObject{{u"frame"_s, frame}}}});
+    }
     void openDialog(const QString &kind, const QString &message)
     {
         transport->receive(
@@ -127,6 +139,40 @@ TEST_F(BrowserPageTest, SaysInWordsWhyThereIsNoAnswer)
         EXPECT_TRUE(evaluated.failed);
         EXPECT_FALSE(evaluated.threw);
     }
+}
+
+// What was asked of one document and answered by the next one is no answer: references stand for other
+// elements there.
+TEST_F(BrowserPageTest, AnAnswerOfTheNextDocumentIsNone)
+{
+    showDocument(u"first"_s);
+    transport->onCommand = [this](const QJsonObject &command) {
+        QTimer::singleShot(0, transport, [this, command] {
+            showDocument(u"second"_s);
+            transport->receive(valueFor(command, u"of the second"_s));
+        });
+    };
+
+    const auto evaluated = page.evaluateJavaScript(u"x"_s, 5000);
+
+    EXPECT_EQ(evaluated.result, u"The page navigated away while the script was running"_s);
+    EXPECT_TRUE(evaluated.failed);
+}
+
+TEST_F(BrowserPageTest, AnAnswerThatCameBeforeTheNextDocumentCounts)
+{
+    showDocument(u"first"_s);
+    transport->onCommand = [this](const QJsonObject &command) {
+        QTimer::singleShot(0, transport, [this, command] {
+            transport->receive(valueFor(command, u"of the first"_s));
+            showDocument(u"second"_s);
+        });
+    };
+
+    const auto evaluated = page.evaluateJavaScript(u"x"_s, 5000);
+
+    EXPECT_EQ(evaluated.result, u"of the first"_s);
+    EXPECT_FALSE(evaluated.failed);
 }
 
 TEST_F(BrowserPageTest, ABrowserThatNeverAnswersEndsWithTheLimitAndAGrace)

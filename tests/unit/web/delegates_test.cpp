@@ -98,6 +98,20 @@ TEST_F(ElementHierarchy, ChildrenComeInOneCallAndAreKept)
     EXPECT_EQ(page.calls().first().timeoutMs, 60000U);
 }
 
+TEST_F(ElementHierarchy, ThousandsOfChildrenComeInOneCall)
+{
+    const SharedPtr<Object> list = element();
+    constexpr int count = 5000;
+    QStringList items;
+    for (int i = 1; i <= count; ++i)
+        items.append(u"LI%1"_s.arg(i));
+    answerChildren(items);
+
+    EXPECT_EQ(names(delegate().children(list)), items);
+
+    EXPECT_EQ(page.calls().size(), 1);
+}
+
 TEST_F(ElementHierarchy, AClearedCacheAsksThePageAgain)
 {
     const SharedPtr<Object> body = element();

@@ -172,6 +172,8 @@ INSTANTIATE_TEST_SUITE_P(JsObjects, BadRecords,
   additional six characters expected to parse unicode surrogate pair.
 See Line 1, Column 34 for detail.
 )"_s},
+        BadRecord{"second half of a character", uR"({"type":"string","object":"\udc00"})"_s,
+            uR"(Cannot convert json object to a string: >>{"type":"string","object":"\udc00"}<<)"_s},
         BadRecord{"no object", u"[1]"_s, u"Json value is not an object: >>[1]<<"_s},
         BadRecord{"no type", uR"({"object":1})"_s,
             uR"(Json value does not have type information: >>{"object":1}<<)"_s},

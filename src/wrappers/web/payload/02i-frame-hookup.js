@@ -181,6 +181,11 @@ function __ostrel__isFrameAccessible(frm) {
         return null;
     }
 
+    // A lookup that is repeated until its object is there asks again and again.
+    if (frm.__ostrel__toldInaccessible) {
+        return false;
+    }
+    frm.__ostrel__toldInaccessible = true;
     text = "Not hooking up frame: " + __ostrel__qualifiedName(frm) + " showing " + frm.src;
     if (locationError) {
         text += "\nError accessing location: " + locationError;

@@ -12,8 +12,9 @@
 //          __ostrel__nameOf__hooks (02e-hook-lists), __ostrel__nameOfCMenu, __ostrel__nameOfImage,
 //          __ostrel__nameOfInput, __ostrel__nameOfLink, __ostrel__nameOfNamedElement, __ostrel__nameOfSpanOrDiv
 //          (03b-name-properties), __ostrel__qualifiedName (03c-hierarchical-names), __ostrel__clean
-//          (11-text-simplification), __ostrel__isVisible (12-visibility), __ostrel__allMatch,
-//          __ostrel__candidatesByTag, __ostrel__findObjectByProps4, __ostrel__matchersOfProperties,
+//          (11-text-simplification), __ostrel__isVisible (12-visibility),
+//          __ostrel__removeUnmatchedProperties (14-property-matching), __ostrel__candidatesByTag,
+//          __ostrel__findObjectByProps4, __ostrel__isImageLinkName, __ostrel__matchersOfProperties,
 //          __ostrel__propertiesOfName (15a-search-by-properties)
 // At load  nothing runs
 
@@ -229,13 +230,18 @@ function __ostrel__uniquifyName(n, o, ignore) {
 function __ostrel__addOccurrenceToName(n, o) {
     var name = n,
         occurrence = 1,
-        found = __ostrel__findObjectByProps4(n),
-        ctxwin = window.__ostrel__ctxwin,
-        place;
+        place = __ostrel__placeAmongMatches(n, o),
+        found, ctxwin;
 
     // In a long list a search for each element ahead would take seconds.
-    place = found && found !== o ? __ostrel__placeAmongMatches(n, o) : 0;
-    if (place > 1) {
+    if (place && o.ownerDocument === window.__ostrel__ctxwin.document) {
+        // Searches begin in this document, and count in it as was counted here.
+        __ostrel__removeUnmatchedProperties(n);
+        return place > 1 ? __ostrel__nameWithOccurrence(n, place) : n;
+    }
+    found = __ostrel__findObjectByProps4(n);
+    ctxwin = window.__ostrel__ctxwin;
+    if (place > 1 && found && found !== o) {
         name = __ostrel__nameWithOccurrence(n, place);
         if (__ostrel__findObjectByProps4(name) === o) {
             return name;
@@ -261,10 +267,10 @@ function __ostrel__nameWithOccurrence(n, occurrence) {
 
 /**
  * The occurrence under which a search is to find an object: no other can lead to it, as a search counts the matches of
- * one document. Names by the image in a link are searched for in another way, so the answer has to be tried.
+ * one document.
  * @param {string} n
  * @param {Node} o
- * @return {number} 0 when it cannot be told
+ * @return {number} 0 when it cannot be told, as for names by the image in a link, which are searched for in another way
  */
 function __ostrel__placeAmongMatches(n, o) {
     var place = 0,
@@ -272,10 +278,13 @@ function __ostrel__placeAmongMatches(n, o) {
 
     try {
         props = __ostrel__propertiesOfName(n);
+        if (__ostrel__isImageLinkName(props)) {
+            return 0;
+        }
         candidates = __ostrel__candidatesByTag(o.ownerDocument, props, false);
         matchers = __ostrel__matchersOfProperties(props, n);
         for (i = 0; i < candidates.length; i++) {
-            if (__ostrel__allMatch(matchers, candidates[i])) {
+            if (matchers.matches(candidates[i])) {
                 place++;
                 if (candidates[i] === o) {
                     return place;

@@ -1,8 +1,8 @@
 // 05  Property read: the value of one property of an object, from a member or an attribute.
 //
 // Defines  __ostrel.reservedJsKeywords, __ostrel.getPropertyValue, __ostrel__getObjectAttribute,
-//          __ostrel__isReservedJsKeyword, __ostrel__readMemberPath, __ostrel__needsAttribute,
-//          __ostrel__attributeOfEmptyCollection
+//          __ostrel__reservedJsKeywordNames, __ostrel__isReservedJsKeyword, __ostrel__readMemberPath,
+//          __ostrel__needsAttribute, __ostrel__attributeOfEmptyCollection
 // Calls    __ostrel__isQWebViewBrowser (07-browser-detection)
 // At load  assigns members of the namespace
 
@@ -13,6 +13,13 @@ window.top.__ostrel.reservedJsKeywords = [
     "void", "while", "with", "class", "enum", "export", "extends", "import", "super", "implements", "interface",
     "let", "package", "private", "protected", "public", "static", "yield"
 ];
+
+/** The same names as members, for a quick look: searches read a property of every candidate. */
+var __ostrel__reservedJsKeywordNames = {};
+
+window.top.__ostrel.reservedJsKeywords.forEach(function (name) {
+    __ostrel__reservedJsKeywordNames[name] = true;
+});
 
 /**
  * Reads a property by its name or by a path of names with dots between them. Never raises an error.
@@ -33,6 +40,10 @@ window.top.__ostrel.getPropertyValue = function (obj, propName) {
         if (__ostrel__needsAttribute(propName, value)) {
             value = __ostrel__getObjectAttribute(obj, propName);
         }
+        // What follows is about objects, and searches read a text of each candidate.
+        if (typeof value === "string") {
+            return value;
+        }
         value = __ostrel__attributeOfEmptyCollection(obj, propName, value);
         // SVG wraps its attributes' values in objects.
         if (({}).toString.call(value).indexOf("SVG") !== -1) {
@@ -52,15 +63,7 @@ window.top.__ostrel.getPropertyValue = function (obj, propName) {
  * @return {boolean}
  */
 function __ostrel__isReservedJsKeyword(name) {
-    var keywords = window.top.__ostrel.reservedJsKeywords,
-        i;
-
-    for (i = 0; i < keywords.length; i++) {
-        if (keywords[i] === name) {
-            return true;
-        }
-    }
-    return false;
+    return __ostrel__reservedJsKeywordNames[name] === true;
 }
 
 /**
@@ -70,10 +73,13 @@ function __ostrel__isReservedJsKeyword(name) {
  * @return {*}
  */
 function __ostrel__readMemberPath(obj, path) {
-    var names = path.split("."),
-        value = obj,
-        i;
+    var value = obj,
+        names, i;
 
+    if (path.indexOf(".") === -1) {
+        return obj[path];
+    }
+    names = path.split(".");
     for (i = 0; i < names.length; i++) {
         value = value[names[i]];
     }
@@ -87,14 +93,14 @@ function __ostrel__readMemberPath(obj, path) {
  * @return {boolean}
  */
 function __ostrel__needsAttribute(propName, value) {
-    var text = String(value),
-        membersWithHyphens = window.top.__ostrel__ie || window.top.__ostrel__mozilla;
+    var text = String(value);
 
     // QtWebKit gives an empty text for a hyphenated name; the other two resolve it as a member.
-    if (text === "" && propName.indexOf("-") !== -1 && !membersWithHyphens) {
+    if (text === "" && propName.indexOf("-") !== -1 &&
+        !window.top.__ostrel__ie && !window.top.__ostrel__mozilla) {
         return true;
     }
-    return text === "undefined" || text.indexOf("__OSTREL__ERROR") === 0;
+    return text === "undefined" || text.lastIndexOf("__OSTREL__ERROR", 0) === 0;
 }
 
 /**

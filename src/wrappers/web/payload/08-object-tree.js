@@ -1,7 +1,7 @@
 // 08  Object tree: collects whole subtrees and many property values in one go, for the object dump.
 //
 // Defines  __ostrel.objectTreeInformation, __ostrel.readPropertiesFromObjects, __ostrel__readAllProperties,
-//          __ostrel__oncePerReading, __ostrel__readingMemory
+//          __ostrel__oncePerReading, __ostrel__knownInReading, __ostrel__readingMemory
 // Calls    __ostrel.childObjectAndInfo (02d-classification), __ostrel__idForObject, __ostrel__objectOfReference,
 //          __ostrel__newIdentityMap (04-reference-store)
 // At load  assigns members of the namespace
@@ -29,6 +29,20 @@ window.top.__ostrel.objectTreeInformation = function (domNode) {
 var __ostrel__readingMemory = null;
 
 /**
+ * What is known of a kind while many properties are read in one go, by object.
+ * @param {string} kind
+ * @return {?Map} null at all other times
+ */
+function __ostrel__knownInReading(kind) {
+    var memory = __ostrel__readingMemory;
+
+    if (memory && !memory[kind]) {
+        memory[kind] = __ostrel__newIdentityMap();
+    }
+    return memory && memory[kind];
+}
+
+/**
  * Works something out, but only once for each object while many properties are read in one go.
  * @param {string} kind what is worked out
  * @param {Object} subject
@@ -36,19 +50,14 @@ var __ostrel__readingMemory = null;
  * @return {*} a result that the caller does not change
  */
 function __ostrel__oncePerReading(kind, subject, workOut) {
-    var known, result;
+    var known = __ostrel__knownInReading(kind),
+        result = known ? known.get(subject) : undefined;
 
-    if (!__ostrel__readingMemory) {
-        return workOut(subject);
-    }
-    known = __ostrel__readingMemory[kind];
-    if (!known) {
-        known = __ostrel__readingMemory[kind] = __ostrel__newIdentityMap();
-    }
-    result = known.get(subject);
     if (result === undefined) {
         result = workOut(subject);
-        known.set(subject, result);
+        if (known) {
+            known.set(subject, result);
+        }
     }
     return result;
 }

@@ -13,7 +13,8 @@ window.top.__ostrel.simplifyText = function (text) {
     if (!text) {
         return text;
     }
-    return text.replace(/^\s+|\s+$/g, "").replace("\r\n", "\n").replace(/\s+/g, " ");
+    // An expression for the white space at the end takes forever on a text with a long gap in the middle.
+    return text.trim().replace("\r\n", "\n").replace(/\s+/g, " ");
 };
 
 /**
@@ -36,7 +37,12 @@ function __ostrel__clean(s) {
     if (!s) {
         return s;
     }
-    return String(s)
+    s = String(s);
+    // Most texts are clean, and searches clean several of each candidate.
+    if (!/[\u00a0\n\r\t\u2011\u2013]| {2}|^ | $/.test(s)) {
+        return s;
+    }
+    return s
         .replace(/\u00a0/g, " ")
         .replace(/\n+/g, " ")
         .replace(/\r/g, "")

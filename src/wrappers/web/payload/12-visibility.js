@@ -1,9 +1,9 @@
 // 12  Visibility and style: tells whether a user could see an element, and reads computed style.
 //
-// Defines  __ostrel__isVisible, __ostrel__hasDisplayNone, __ostrel__isOrLiesInDisplayNone, __ostrel__styleInfo,
+// Defines  __ostrel__isVisible, __ostrel__hasDisplayNone, __ostrel__styleInfo,
 //          __ostrel__currentStyle, __ostrel__allCSSProperties, __ostrel__isColorName, __ostrel__colorRecord,
 //          __ostrel__cssToPx
-// Calls    __ostrel__getDocumentForNode (02d-classification), __ostrel__oncePerReading (08-object-tree),
+// Calls    __ostrel__getDocumentForNode (02d-classification), __ostrel__knownInReading (08-object-tree),
 //          __ostrel__parseCSSColor (25-css-colour-parser)
 // At load  the methods of __ostrel__styleInfo are set
 
@@ -11,9 +11,11 @@
  * True when neither the element nor an ancestor is taken out of the rendering. Geometry, opacity and overlap
  * play no part. Whatever cannot be told counts as visible, and so does a document, which has no style.
  * @param {Node} elem
+ * @param {Map} [known] what a caller who asks for many elements hands to each call, so that the same ancestors are
+ *     not asked over and over; it is good while the page does not change
  * @return {boolean}
  */
-function __ostrel__isVisible(elem) {
+function __ostrel__isVisible(elem, known) {
     var style;
 
     if (!elem) {
@@ -26,7 +28,7 @@ function __ostrel__isVisible(elem) {
         }
         // The computed visibility has the ancestors in it already, and a child may overrule them. The
         // computed display has not.
-        return !__ostrel__hasDisplayNone(elem.parentNode);
+        return !__ostrel__hasDisplayNone(elem.parentNode, known);
     } catch (notReadable) {
         return true;
     }
@@ -35,23 +37,33 @@ function __ostrel__isVisible(elem) {
 /**
  * True when the node or an ancestor has the display "none".
  * @param {Node} node
+ * @param {Map} [known] answers by node
  * @return {boolean} false also where a node on the way refuses to tell
  */
-function __ostrel__hasDisplayNone(node) {
-    return !!node && __ostrel__oncePerReading("not displayed", node, __ostrel__isOrLiesInDisplayNone);
-}
+function __ostrel__hasDisplayNone(node, known) {
+    var passed = [],
+        answer = false;
 
-/**
- * @param {Node} node
- * @return {boolean}
- */
-function __ostrel__isOrLiesInDisplayNone(node) {
+    known = known || __ostrel__knownInReading("not displayed");
     try {
-        return new __ostrel__styleInfo(node).styleProperty("display") === "none" ||
-            __ostrel__hasDisplayNone(node.parentNode);
+        for (; node; node = node.parentNode) {
+            if (known && known.has(node)) {
+                answer = known.get(node);
+                break;
+            }
+            passed.push(node);
+            if (new __ostrel__styleInfo(node).styleProperty("display") === "none") {
+                answer = true;
+                break;
+            }
+        }
     } catch (notReadable) {
-        return false;
+        // What cannot be told counts as visible.
     }
+    while (known && passed.length) {
+        known.set(passed.pop(), answer);
+    }
+    return answer;
 }
 
 /**

@@ -4,9 +4,11 @@
 //          __ostrel__matchObject, __ostrel__acceptedByMatchHook, __ostrel__propertyRules, __ostrel__propertyRuleFor,
 //          __ostrel__matchesId, __ostrel__matchesRawOrCleaned, __ostrel__matchesClassName,
 //          __ostrel__matchesVisibility, __ostrel__isCertainlyVisible, __ostrel__nativeCheckVisibility,
-//          __ostrel__matchesSimplifiedText, __ostrel__matchesBoolean, __ostrel__matchesMemberOrAttribute,
-//          __ostrel__matchesText, __ostrel__propMatches, __ostrel__wildcardToRegExp,
-//          __ostrel__addUnmatchedProperty, __ostrel__removeUnmatchedProperties, __ostrel__reportsUnmatchedProperties,
+//          __ostrel__styleHides, __ostrel__matchesSimplifiedText, __ostrel__canHaveText, __ostrel__bareAsciiText,
+//          __ostrel__isLeftOver, __ostrel__matchesBoolean, __ostrel__matchesMemberOrAttribute, __ostrel__matchesText,
+//          __ostrel__propMatches, __ostrel__wildcardToRegExp, __ostrel__addUnmatchedProperty, __ostrel__sentPairs,
+//          __ostrel__hasSentUnmatchedProperty, __ostrel__noteUnmatchedProperty, __ostrel__indexPair,
+//          __ostrel__removeUnmatchedProperties, __ostrel__reportsUnmatchedProperties,
 //          __ostrel.sentUnmatchedProperties, __ostrel.StandardPropertyMatcher
 // Calls    __ostrel__getLogEventUrl (01a-log-event), __ostrel__sendXMLHttpRequest (02a-channel),
 //          __ostrel__matchObject__hooks, __ostrel__propertyMatcherFactories (02e-hook-lists), __ostrel__idHelper
@@ -122,17 +124,24 @@ function __ostrel__matchesClassName(o, value) {
  */
 function __ostrel__matchesVisibility(o, value) {
     var wanted = value.value.toLowerCase() === 'true';
-    return wanted === (__ostrel__isCertainlyVisible(o) || __ostrel__isVisible(o));
+    if (__ostrel__isCertainlyVisible(o)) {
+        return wanted;
+    }
+    // A value lives as long as one search.
+    value.hiddenParents = value.hiddenParents || (typeof Map === 'undefined' ? undefined : new Map());
+    return wanted === __ostrel__isVisible(o, value.hiddenParents);
 }
 
 /** The browser's own test, taken at load: a page may shadow the name, as a form does with a control of that name. */
 var __ostrel__nativeCheckVisibility = window.Element && window.Element.prototype.checkVisibility;
 
+/** Its options. The first browsers with this test know the only one by the first of the two names alone. */
+var __ostrel__styleHides = { checkVisibilityCSS: true, visibilityProperty: true };
+
 /**
  * Spares a search the walk over all ancestors of nearly every candidate. Where the browser finds a box that its style
  * does not hide, no ancestor can be without display. Its "no" means less than ours: for an element without a box
- * of its own (display "contents", say) the walk decides. The first browsers with this test know its option by the
- * first of the two names alone.
+ * of its own (display "contents", say) the walk decides.
  * @return {boolean} true only when __ostrel__isVisible says true as well
  */
 function __ostrel__isCertainlyVisible(o) {
@@ -140,7 +149,7 @@ function __ostrel__isCertainlyVisible(o) {
         return false;
     }
     try {
-        return __ostrel__nativeCheckVisibility.call(o, { checkVisibilityCSS: true, visibilityProperty: true });
+        return __ostrel__nativeCheckVisibility.call(o, __ostrel__styleHides);
     } catch (e) {
         return false; // not an element
     }
@@ -150,7 +159,60 @@ function __ostrel__isCertainlyVisible(o) {
  * @return {boolean}
  */
 function __ostrel__matchesSimplifiedText(o, value) {
-    return __ostrel__propMatches(value, window.top.__ostrel.getSimplifiedInnerText(o));
+    return __ostrel__canHaveText(o, value) &&
+        __ostrel__propMatches(value, window.top.__ostrel.getSimplifiedInnerText(o));
+}
+
+/**
+ * Spares a search the inner text of nearly every candidate, for which the browser has to look at the layout. What is
+ * shown of an element is its text without what is hidden, in another case and with other white space perhaps. That
+ * holds for ASCII; the rules of languages for the case of other letters are better left to the browser.
+ * @param {Object} o
+ * @param {__ostrel__PropValue} value
+ * @return {boolean} false only when the inner text cannot be the wanted one
+ */
+function __ostrel__canHaveText(o, value) {
+    var content;
+
+    if (value.bareText === undefined) {
+        value.bareText = value.modifiers === PropertyValue_StrictMatch ? __ostrel__bareAsciiText(value.value) : '';
+    }
+    // Elements of toolkits and of other languages may have another inner text, or none.
+    if (!value.bareText || o.namespaceURI !== 'http://www.w3.org/1999/xhtml' ||
+        o.tagName.indexOf('-') !== -1 || Object.prototype.hasOwnProperty.call(o, 'innerText')) {
+        return true;
+    }
+    content = o.textContent;
+    if (content.length < value.bareText.length) {
+        return /[^\x20-\x7e\s]/.test(content);
+    }
+    content = __ostrel__bareAsciiText(content);
+    return content === '' || content === value.bareText ||
+        (o.firstElementChild !== null && __ostrel__isLeftOver(value.bareText, content));
+}
+
+/**
+ * @param {string} rest
+ * @param {string} text
+ * @return {boolean} whether leaving characters out of the text can give the rest
+ */
+function __ostrel__isLeftOver(rest, text) {
+    var at = -1, i;
+    for (i = 0; i < rest.length; ++i) {
+        at = text.indexOf(rest.charAt(i), at + 1);
+        if (at === -1) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/**
+ * @param {string} text
+ * @return {string} without white space and in lower case; "" for a text that is not all ASCII
+ */
+function __ostrel__bareAsciiText(text) {
+    return /[^\x20-\x7e\s]/.test(text) ? '' : text.replace(/\s+/g, '').toLowerCase();
 }
 
 /**
@@ -166,8 +228,12 @@ function __ostrel__matchesBoolean(o, value, prop) {
  * @return {boolean}
  */
 function __ostrel__matchesMemberOrAttribute(o, value, prop) {
-    return __ostrel__matchesText(value, o[prop]) ||
-        __ostrel__matchesText(value, o.getAttribute(prop)) ||
+    var member = o[prop], attribute;
+    if (__ostrel__matchesText(value, member)) {
+        return true;
+    }
+    attribute = o.getAttribute(prop);
+    return (attribute !== member && __ostrel__matchesText(value, attribute)) ||
         (prop.indexOf('.') !== -1 && __ostrel__matchesText(value, eval('o.' + prop)));
 }
 
@@ -179,7 +245,7 @@ function __ostrel__matchesMemberOrAttribute(o, value, prop) {
 function __ostrel__matchesText(value, text) {
     var cleaned = __ostrel__clean(text);
     return __ostrel__propMatches(value, cleaned) ||
-        __ostrel__propMatches(value, text) ||
+        (cleaned !== text && __ostrel__propMatches(value, text)) ||
         __ostrel__propMatches(value, cleaned, true);
 }
 
@@ -222,23 +288,56 @@ function __ostrel__wildcardToRegExp(s) {
  * @param {string} property
  */
 function __ostrel__addUnmatchedProperty(objname, property) {
-    function hasSentUnmatchedProperty(name, prop) {
-        var sent = __ostrel.sentUnmatchedProperties, i;
-        // From the end: the pairs of the running search stand last, and this is asked for every failing element.
-        for (i = sent.length - 1; i >= 0; --i) {
-            if (sent[i].prop === prop && sent[i].name === name) {
-                return true;
-            }
-        }
-        sent.push({ name: name, prop: prop });
-        return false;
-    }
-
-    if (!__ostrel__reportsUnmatchedProperties() || hasSentUnmatchedProperty(objname, property)) {
+    if (__ostrel__hasSentUnmatchedProperty(objname, property) || !__ostrel__reportsUnmatchedProperties()) {
         return;
     }
+    __ostrel__noteUnmatchedProperty(objname, property);
     __ostrel__sendXMLHttpRequest(document, __ostrel__getLogEventUrl('event=addUnmatchedProperty&name=' +
         escape(objname) + '&property=' + escape(property)), true);
+}
+
+/** An index of the pairs that were sent, made of the list when that is another one: properties by name. */
+var __ostrel__sentPairs = { list: null, length: 0, known: null };
+
+/**
+ * This is asked for every failing element, and naming many objects makes a long list.
+ * @param {string} name
+ * @param {string} prop
+ * @return {boolean}
+ */
+function __ostrel__hasSentUnmatchedProperty(name, prop) {
+    var sent = __ostrel.sentUnmatchedProperties,
+        pairs = __ostrel__sentPairs,
+        i;
+    if (pairs.list !== sent || pairs.length !== sent.length) {
+        pairs.list = sent;
+        pairs.length = sent.length;
+        pairs.known = Object.create(null);
+        for (i = 0; i < sent.length; ++i) {
+            __ostrel__indexPair(sent[i].name, sent[i].prop);
+        }
+    }
+    return pairs.known[name] !== undefined && pairs.known[name][prop] === true;
+}
+
+/**
+ * Puts a pair that is not there yet into the list and its index.
+ * @param {string} name
+ * @param {string} prop
+ */
+function __ostrel__noteUnmatchedProperty(name, prop) {
+    __ostrel__sentPairs.length = __ostrel.sentUnmatchedProperties.push({ name: name, prop: prop });
+    __ostrel__indexPair(name, prop);
+}
+
+/**
+ * @param {string} name
+ * @param {string} prop
+ */
+function __ostrel__indexPair(name, prop) {
+    var known = __ostrel__sentPairs.known;
+    known[name] = known[name] || {};
+    known[name][prop] = true;
 }
 
 /**

@@ -6,16 +6,17 @@
 //          __ostrel__searchContainer, __ostrel__searchForm, __ostrel__findFormInContainer,
 //          __ostrel__findLinkAroundImage, __ostrel__imageMatches, __ostrel__linkAround, __ostrel__candidatesByTag,
 //          __ostrel__controlsOfForm, __ostrel__withShadowCandidates, __ostrel__matchersOfProperties,
-//          __ostrel__matcherOfProperty, __ostrel__allMatch
+//          __ostrel__MatcherChain, __ostrel__matcherOfProperty
 // Calls    __ostrel.getAllFrames, __ostrel__contextList, __ostrel__ctxwin, __ostrel__findContext2,
 //          __ostrel__hasContext (02c-contexts), __ostrel__propertyMatcherFactories (02e-hook-lists),
 //          __ostrel__isFrameAccessible (02i-frame-hookup), __ostrel.parseMultiPropertyName (03d-object-names),
 //          __ostrel__clean (11-text-simplification), PropertyValue_RegExp, PropertyValue_StrictMatch,
-//          PropertyValue_Wildcard, __ostrel.sentUnmatchedProperties, __ostrel__PropValue,
-//          __ostrel__addUnmatchedProperty, __ostrel__propMatches, __ostrel__removeUnmatchedProperties,
-//          __ostrel__wildcardToRegExp (14-property-matching), __ostrel__findObjectByHeuristic4
-//          (15b-search-by-heuristic), Ostrel (23-extension-interface)
-// At load  nothing runs
+//          PropertyValue_Wildcard, __ostrel.StandardPropertyMatcher, __ostrel.sentUnmatchedProperties,
+//          __ostrel__PropValue, __ostrel__addUnmatchedProperty, __ostrel__propMatches,
+//          __ostrel__removeUnmatchedProperties, __ostrel__reportsUnmatchedProperties, __ostrel__wildcardToRegExp
+//          (14-property-matching), __ostrel__findObjectByHeuristic4 (15b-search-by-heuristic), Ostrel
+//          (23-extension-interface)
+// At load  the methods of __ostrel__MatcherChain are set
 
 /**
  * Finds the object of a name, a multi-property name or a plain word, in all windows and frames.
@@ -36,25 +37,26 @@ function __ostrel__findObject(nm) {
  * @return {Object|undefined}
  */
 function __ostrel__findObjectByProps4(nm) {
-    var found;
+    var searched = [], found;
     try {
-        found = __ostrel__findObjectByProps(window.__ostrel__ctxwin.document, nm);
+        found = __ostrel__findObjectByProps(window.__ostrel__ctxwin.document, nm, searched);
     } catch (e) {
         // A name that cannot be searched for counts as not found.
     }
-    return found || __ostrel__findObjectByProps3(nm);
+    return found || __ostrel__findObjectByProps3(nm, searched);
 }
 
 /**
  * Searches every window that is known, with its frames.
  * @param {string} nm
+ * @param {Array=} searched  see __ostrel__findObjectByProps
  * @return {Object|undefined}
  */
-function __ostrel__findObjectByProps3(nm) {
+function __ostrel__findObjectByProps3(nm, searched) {
     var windows = __ostrel__contextList(), found, i;
     for (i = 0; i < windows.length && !found; ++i) {
         try {
-            found = __ostrel__findObjectByProps2(nm, windows[i]);
+            found = __ostrel__findObjectByProps2(nm, windows[i], searched);
         } catch (e) {
             // The next window may still have it.
         }
@@ -66,21 +68,22 @@ function __ostrel__findObjectByProps3(nm) {
  * Searches a window and its frames, depth first.
  * @param {string} nm
  * @param {Window} w
+ * @param {Array=} searched  see __ostrel__findObjectByProps
  * @return {Object|undefined} with an object, the search window stays where it was found
  */
-function __ostrel__findObjectByProps2(nm, w) {
+function __ostrel__findObjectByProps2(nm, w, searched) {
     var before = window.__ostrel__ctxwin, found, frames, i;
     window.__ostrel__ctxwin = w;
     try {
         try {
-            found = __ostrel__findObjectByProps(w.document, nm);
+            found = __ostrel__findObjectByProps(w.document, nm, searched);
         } catch (e) {
             // What this document made fail need not fail in its frames.
         }
         frames = found ? [] : window.top.__ostrel.getAllFrames(w.document);
         for (i = 0; i < frames.length && !found; ++i) {
             if (__ostrel__isFrameAccessible(frames[i])) {
-                found = __ostrel__findObjectByProps2(nm, frames[i].contentWindow);
+                found = __ostrel__findObjectByProps2(nm, frames[i].contentWindow, searched);
             }
         }
     } finally {
@@ -95,10 +98,12 @@ function __ostrel__findObjectByProps2(nm, w) {
  * Searches a document or an element.
  * @param {Document|Element} container
  * @param {string} nm  a multi-property name
+ * @param {Array=} searched  documents and elements that the search of this name has been through. Windows and names
+ *     with a context lead to one document several times, and what was not in it then is not in it now.
  * @return {Object|undefined}
  * @throws for a bad regular expression and for a name without tagName
  */
-function __ostrel__findObjectByProps(container, nm) {
+function __ostrel__findObjectByProps(container, nm, searched) {
     var props = __ostrel__propertiesOfName(nm), skip, isImageLink, candidates, matchers, link, i;
     if (!props) {
         return undefined;
@@ -106,8 +111,11 @@ function __ostrel__findObjectByProps(container, nm) {
     skip = { count: __ostrel__matchesToSkip(props.occurrence || props.occurance) };
     isImageLink = __ostrel__isImageLinkName(props);
     container = __ostrel__searchContainer(container, props.context, nm);
-    if (!container) {
+    if (!container || (searched && searched.indexOf(container) !== -1)) {
         return undefined;
+    }
+    if (searched) {
+        searched.push(container);
     }
     if (isImageLink) {
         link = __ostrel__findLinkAroundImage(container, props, skip);
@@ -121,7 +129,7 @@ function __ostrel__findObjectByProps(container, nm) {
     candidates = __ostrel__candidatesByTag(container, props, isImageLink);
     matchers = __ostrel__matchersOfProperties(props, nm);
     for (i = 0; i < candidates.length; ++i) {
-        if (__ostrel__allMatch(matchers, candidates[i]) && !__ostrel__passesOver(skip)) {
+        if (matchers.matches(candidates[i]) && !__ostrel__passesOver(skip)) {
             __ostrel__removeUnmatchedProperties(nm);
             return isImageLink ? __ostrel__linkAround(candidates[i]) : candidates[i];
         }
@@ -337,7 +345,8 @@ function __ostrel__withShadowCandidates(candidates, shadowRoot, tagName) {
 /**
  * @param {Array} props
  * @param {string} nm
- * @return {Array} one matcher for each property that elements are compared by, in the order of the name
+ * @return {__ostrel__MatcherChain} one matcher for each property that elements are compared by, in the order of the
+ *     name
  */
 function __ostrel__matchersOfProperties(props, nm) {
     var notCompared = { tagName: true, occurrence: true, occurance: true, form: true, context: true },
@@ -350,8 +359,65 @@ function __ostrel__matchersOfProperties(props, nm) {
             }
         }
     }
-    return matchers;
+    return new __ostrel__MatcherChain(matchers);
 }
+
+/**
+ * The matchers of a name, asked one after the other until one fails. The order of the name only matters for what is
+ * reported: of each element the first property that fails, and each property once. When there is no more to report,
+ * visibility is asked last, since it takes a look at the layout and fails for few elements.
+ * @constructor
+ * @param {Array} matchers
+ */
+function __ostrel__MatcherChain(matchers) {
+    this.matchers = matchers;
+    this.failed = [];
+    this.unreported = matchers.length;
+    if (!__ostrel__reportsUnmatchedProperties()) {
+        this.forgetOrder();
+    }
+}
+
+/**
+ * @param {Element} elem
+ * @return {boolean} whether all of them match
+ */
+__ostrel__MatcherChain.prototype.matches = function (elem) {
+    var i;
+    for (i = 0; i < this.matchers.length; ++i) {
+        if (!this.matchers[i].matchObject(elem)) {
+            this.noteFailure(i);
+            return false;
+        }
+    }
+    return true;
+};
+
+/**
+ * @param {number} i  the matcher that has failed, by which its property is reported
+ */
+__ostrel__MatcherChain.prototype.noteFailure = function (i) {
+    if (this.unreported > 0 && !this.failed[i]) {
+        this.failed[i] = true;
+        --this.unreported;
+        if (this.unreported === 0) {
+            this.forgetOrder();
+        }
+    }
+};
+
+/** Puts the matcher of visibility behind the others. */
+__ostrel__MatcherChain.prototype.forgetOrder = function () {
+    function isVisibility(matcher) {
+        return matcher instanceof __ostrel.StandardPropertyMatcher && matcher.propName === 'visible';
+    }
+    function isOther(matcher) {
+        return !isVisibility(matcher);
+    }
+
+    this.unreported = 0;
+    this.matchers = this.matchers.filter(isOther).concat(this.matchers.filter(isVisibility));
+};
 
 /**
  * @param {string} prop
@@ -365,19 +431,4 @@ function __ostrel__matcherOfProperty(prop, value, nm) {
         matcher = factories[i](prop, value, nm);
     }
     return matcher;
-}
-
-/**
- * @param {Array} matchers
- * @param {Element} elem
- * @return {boolean}
- */
-function __ostrel__allMatch(matchers, elem) {
-    var i;
-    for (i = 0; i < matchers.length; ++i) {
-        if (!matchers[i].matchObject(elem)) {
-            return false;
-        }
-    }
-    return true;
 }

@@ -7,7 +7,7 @@
 
 class QSocketNotifier;
 
-namespace Ostrel::App {
+namespace Ostrel::Host {
 
 /// While it lives, the signals call `atOnce` from the signal handler (it may only set a flag) and then
 /// `inTime` from the event loop. A second signal ends the process at once. One instance at a time.
@@ -20,4 +20,4 @@ public:
     static bool wasInterrupted();
 };
 
-} // namespace Ostrel::App
+} // namespace Ostrel::Host

@@ -1,4 +1,4 @@
-#include "app/interruption.h"
+#include "host/run/interruption.h"
 
 #include <QSocketNotifier>
 
@@ -7,7 +7,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-namespace Ostrel::App {
+namespace Ostrel::Host {
 
 namespace {
 
@@ -60,4 +60,4 @@ bool Interruption::wasInterrupted()
     return interrupted != 0;
 }
 
-} // namespace Ostrel::App
+} // namespace Ostrel::Host

@@ -1,0 +1,53 @@
+#include "host/record/inputobserver.h"
+
+#include "host/browser/browserpage.h"
+
+#include <QFile>
+#include <QJsonDocument>
+
+namespace Ostrel::Host {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString world = u"pageprobe"_s;
+const QString binding = u"__pageprobeInput"_s;
+
+QString observerScript()
+{
+    QFile file(u":/pageprobe/inputobserver.js"_s);
+    const bool opened = file.open(QIODevice::ReadOnly);
+    Q_ASSERT(opened);
+    Q_UNUSED(opened)
+    return QString::fromUtf8(file.readAll());
+}
+
+InputEvent readInput(const QString &payload)
+{
+    const QJsonObject record = QJsonDocument::fromJson(payload.toUtf8()).object();
+    const auto text = [&](QLatin1StringView name) { return record.value(name).toString(); };
+    const auto truth = [&](QLatin1StringView name) { return record.value(name).toBool(); };
+    return {text("kind"_L1), text("target"_L1), text("key"_L1), text("value"_L1), truth("isText"_L1),
+        truth("changed"_L1), truth("isTold"_L1), truth("isCheck"_L1), record.value("button"_L1).toInt()};
+}
+
+} // namespace
+
+InputObserver::InputObserver(BrowserPage *page) : QObject(page)
+{
+    Connection *connection = page->connection();
+    connection->listen(
+        page->sessionId(), u"Runtime.bindingCalled"_s, this, [this, page](const QJsonObject &event) {
+            if (event.value("name"_L1) == binding)
+                Q_EMIT observed(page, readInput(event.value("payload"_L1).toString()));
+        });
+    // The binding exists in the observer's world only, so that no script of the page can call it.
+    connection->send(page->sessionId(), u"Runtime.enable"_s);
+    connection->send(page->sessionId(), u"Runtime.addBinding"_s,
+        {{u"name"_s, binding}, {u"executionContextName"_s, world}});
+    connection->send(page->sessionId(), u"Page.addScriptToEvaluateOnNewDocument"_s,
+        {{u"source"_s, observerScript()}, {u"worldName"_s, world}});
+}
+
+} // namespace Ostrel::Host

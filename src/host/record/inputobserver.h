@@ -1,0 +1,39 @@
+// InputObserver: what the user really does in the pages of a browser, from a place that pages cannot reach.
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+namespace Ostrel::Host {
+
+class BrowserPage;
+
+/// One trusted event of a device.
+struct InputEvent
+{
+    QString kind; ///< the browser's name of the event, or "hover"
+    QString target; ///< the element, as a remark names it
+    QString key; ///< of key events
+    QString value; ///< of a text field before the key, or of a field that has changed
+    bool isText = false; ///< the target is a text field
+    bool changed = false; ///< the text is another one than before the key
+    bool isTold = false; ///< the change of a field whose page reports it, such as a select
+    bool isCheck = false; ///< the change of a box that is told by its click
+    int button = 0;
+
+    bool operator==(const InputEvent &) const = default;
+};
+
+/// Watches one page and all its frames from the next document on; lives as long as the page.
+class InputObserver : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit InputObserver(BrowserPage *page);
+
+Q_SIGNALS:
+    void observed(Ostrel::Host::BrowserPage *page, const Ostrel::Host::InputEvent &event);
+};
+
+} // namespace Ostrel::Host

@@ -1,0 +1,124 @@
+// Tells the host what the user really does in a page. Runs in every frame, in a world of its own: the page can neither
+// see it nor speak in its place, and only trusted events count.
+(function () {
+    "use strict";
+
+    const textTypes = ["text", "email", "number", "url", "tel", "password", "search"];
+    const toldBySelf = ["select-one", "select-multiple", "file"];
+    const values = new WeakMap(); // what text fields held before the key that is down
+    const wheelPauseMs = 500;
+    let lastWheel = -wheelPauseMs;
+    let endHover = function () {}; // stops looking for an answer of the page to the last hover
+
+    function targetOf(event) {
+        return event.composedPath()[0] || event.target;
+    }
+
+    function isTextField(element) {
+        return element.tagName === "TEXTAREA" ||
+            (element.tagName === "INPUT" && textTypes.includes(element.type));
+    }
+
+    // How a person would point at the element in a remark.
+    function describe(element) {
+        if (!element || !element.tagName) {
+            return "the page";
+        }
+        if (element.id) {
+            return element.tagName + "#" + element.id;
+        }
+        const name = element.getAttribute("name") || element.getAttribute("aria-label") ||
+            (element.textContent || "").trim().replace(/\s+/g, " ").slice(0, 30);
+        return name ? element.tagName + " '" + name + "'" : element.tagName;
+    }
+
+    function tell(event, more) {
+        const element = targetOf(event);
+        globalThis.__pageprobeInput(JSON.stringify(Object.assign({
+            kind: event.type,
+            target: describe(element),
+            isText: isTextField(element),
+        }, more)));
+    }
+
+    function listen(type, listener) {
+        window.addEventListener(type, function (event) {
+            if (event.isTrusted) {
+                endHover();
+                listener(event);
+            }
+        }, { capture: true, passive: true });
+    }
+
+    for (const type of ["mousedown", "mouseup", "click", "dblclick", "contextmenu", "touchend", "dragstart"]) {
+        listen(type, function (event) {
+            tell(event, { button: event.button || 0 });
+        });
+    }
+
+    listen("focusin", function (event) {
+        const element = targetOf(event);
+        if (isTextField(element)) {
+            values.set(element, element.value);
+        }
+    });
+
+    listen("keydown", function (event) {
+        const element = targetOf(event);
+        tell(event, { key: event.key, value: isTextField(element) ? element.value : "" });
+    });
+
+    listen("keyup", function (event) {
+        const element = targetOf(event);
+        const changed = isTextField(element) && values.get(element) !== element.value;
+        if (isTextField(element)) {
+            values.set(element, element.value);
+        }
+        tell(event, { key: event.key, changed: changed });
+    });
+
+    listen("change", function (event) {
+        const element = targetOf(event);
+        const told = toldBySelf.includes(element.type);
+        tell(event, {
+            isTold: told,
+            isCheck: element.type === "checkbox" || element.type === "radio",
+            changed: isTextField(element) && values.get(element) !== element.value,
+            value: String(element.value),
+        });
+        if (isTextField(element)) {
+            values.set(element, element.value);
+        }
+    });
+
+    listen("wheel", function (event) {
+        if (event.timeStamp - lastWheel >= wheelPauseMs) {
+            tell(event);
+        }
+        lastWheel = event.timeStamp;
+    });
+
+    // A hover counts when the page answers it: when it changes while it hears of the pointer, before it hears of
+    // anything else.
+    listen("mouseover", function (event) {
+        if (event.buttons !== 0) {
+            return;
+        }
+        const target = describe(targetOf(event));
+        let answered = false;
+        const changes = new MutationObserver(function () {
+            answered = true;
+        });
+        const timer = setTimeout(() => endHover(), 0);
+        changes.observe(document, { subtree: true, childList: true, attributes: true, characterData: true });
+        endHover = function () {
+            endHover = function () {};
+            clearTimeout(timer);
+            answered = answered || changes.takeRecords().length > 0;
+            changes.disconnect();
+            if (answered) {
+                globalThis.__pageprobeInput(JSON.stringify({ kind: "hover", target: target }));
+            }
+        };
+    });
+}());

@@ -1,0 +1,359 @@
+#include "host/record/recorder.h"
+
+#include "host/browser/navigation.h"
+#include "host/record/statementtext.h"
+#include "ostrelhook/inspector.h"
+#include "wrappers/web/webevents.h"
+#include "wrappers/web/webutilities.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace Ostrel::Host {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// A page's text comes right behind the event; one that does not come within this time does not come at all.
+constexpr int textLimitMs = 1000;
+// A window that closes within this time behind an event in any window was closed by a page.
+constexpr int consequenceMs = 1000;
+
+/// The events of the user of which a page sends a text of the same name.
+bool isToldByPage(const InputEvent &input)
+{
+    static const QStringList kinds{u"mousedown"_s, u"click"_s, u"dblclick"_s, u"keyup"_s, u"touchend"_s};
+    return kinds.contains(input.kind) || (input.kind == "change"_L1 && input.isTold);
+}
+
+/// The names of event texts that only an event of the user may cause. Those that a page extension makes up
+/// are caused by presses, clicks or keys, too.
+bool needsInput(const QString &event)
+{
+    static const QStringList others{u"alert"_s, u"confirm"_s, u"prompt"_s, u"disableFallbackWrapper"_s,
+        u"enableFallbackWrapper"_s, u"unload"_s, u"clear"_s, u"pickedObject"_s, u"addUnmatchedProperty"_s,
+        u"removeUnmatchedProperties"_s, u"keydown"_s};
+    return !others.contains(event);
+}
+
+bool isBrowserEvent(const QString &event)
+{
+    static const QStringList names{
+        u"mousedown"_s, u"click"_s, u"dblclick"_s, u"keyup"_s, u"touchend"_s, u"change"_s};
+    return names.contains(event);
+}
+
+/// A member of an event text as the page wrote it. The last one counts.
+QString rawMember(const QString &text, QLatin1StringView name)
+{
+    QString value;
+    for (const QString &part : text.split(u'&')) {
+        if (part.startsWith(name) && part.mid(name.size()).startsWith(u'='))
+            value = part.mid(name.size() + 1);
+    }
+    return value;
+}
+
+/// Keys that do nothing by themselves.
+bool isSilentKey(const QString &key)
+{
+    static const QStringList keys{u"Shift"_s, u"Control"_s, u"Alt"_s, u"AltGraph"_s, u"Meta"_s, u"Tab"_s,
+        u"CapsLock"_s, u"NumLock"_s, u"Dead"_s, u"Unidentified"_s};
+    return keys.contains(key);
+}
+
+/// Verdicts that need nothing but the kind of the event.
+struct PlainVerdict
+{
+    QLatin1StringView kind;
+    Verdict::Kind verdict;
+    const char16_t *reason; ///< of remarks: what stands in the script, with the target as %1
+};
+
+constexpr PlainVerdict plainVerdicts[] = {
+    {"mouseup"_L1, Verdict::Kind::Merged, u"the press has told it"},
+    {"contextmenu"_L1, Verdict::Kind::Merged, u"the press of the right button has told it"},
+    {"keydown"_L1, Verdict::Kind::Merged, u"the release of the key tells it"},
+    {"hover"_L1, Verdict::Kind::Remarked, u"not recorded: the pointer over %1, by which the page changed"},
+    {"wheel"_L1, Verdict::Kind::Remarked, u"not recorded: the wheel over %1"},
+    {"dragstart"_L1, Verdict::Kind::Remarked, u"not recorded: a drag of %1"},
+};
+
+} // namespace
+
+Recorder::Recorder(TestSession *session) : m_session(session)
+{
+    static const bool once = (initWebEvents(), true);
+    Q_UNUSED(once)
+    Inspector::self()->setRecorderAttached(true);
+    Inspector::self()->setRecording(true);
+    m_timer.setSingleShot(true);
+    connect(&m_timer, &QTimer::timeout, this, &Recorder::handleAll);
+    connect(session->channel(), &PageChannel::eventLogged, this, &Recorder::take);
+    for (BrowserPage *page : session->browser()->pages())
+        watch(page);
+    connect(session->browser(), &Browser::pageOpened, this, &Recorder::watch, Qt::DirectConnection);
+}
+
+Recorder::~Recorder()
+{
+    Inspector::self()->setRecording(false);
+    Inspector::self()->setRecorderAttached(false);
+}
+
+FunctionCallResult<void> Recorder::start(const QString &address)
+{
+    const FunctionCallResult<void> set = m_session->setPageVariable(u"window.__ostrel__recording"_s, true);
+    if (set.failed())
+        return set;
+    const QString opened = WebWrapper::addSchemeIfMissing(address);
+    m_logger.recordMethodCall(opened, "startBrowser", {}, nullptr);
+    Q_EMIT changed();
+    const CommandResult answer = m_session->activePage()->call(u"Page.navigate"_s, {{u"url"_s, opened}});
+    if (answer.failed())
+        return Failure(u"Could not open '%1': %2"_s.arg(opened, answer.error));
+    const QString code = answer.value.value("errorText"_L1).toString();
+    return code.isEmpty() ? FunctionCallResult<void>() : Failure(describeNavigationError(opened, code));
+}
+
+void Recorder::finish()
+{
+    handleAll();
+    for (Happening &happening : m_happenings)
+        happening.limit.setRemainingTime(0);
+    for (PageText &text : m_texts)
+        text.limit.setRemainingTime(0);
+    handleAll();
+    m_logger.flushRecordedTextInput();
+    Q_EMIT changed();
+}
+
+void Recorder::watch(BrowserPage *page)
+{
+    auto *observer = new InputObserver(page);
+    connect(observer, &InputObserver::observed, this, &Recorder::note);
+    const QString tab = page->targetId();
+    connect(page, &BrowserPage::documentGone, this,
+        [this, tab] { noteNews(tab, [this, tab] { m_logger.notePageGone(tab); }); });
+    connect(page, &BrowserPage::closed, this, [this, page] { noteClosed(page); });
+    const auto dialog = std::make_shared<Dialog>();
+    connect(page, &BrowserPage::dialogOpened, this, [dialog](const Dialog &opened) { *dialog = opened; });
+    page->connection()->listen(
+        page->sessionId(), u"Page.javascriptDialogClosed"_s, this, [=, this](const QJsonObject &event) {
+            noteNews(tab, [=, this] { noteDialogClosed(*dialog, event); });
+        });
+}
+
+BrowserPage *Recorder::pageOf(const QString &tab) const
+{
+    for (BrowserPage *page : m_session->browser()->pages()) {
+        if (page->targetId() == tab)
+            return page;
+    }
+    return nullptr;
+}
+
+/// A page names its windows without knowing of others; statements need names that are unique in the session.
+QString Recorder::inSession(const QString &text) const
+{
+    const QString context = rawMember(text, "context"_L1);
+    const BrowserPage *page = pageOf(rawMember(text, "tabId"_L1));
+    if (context.isEmpty() || !page)
+        return text;
+    const QString unique = m_session->windows()->contextInSession(page, WebWrapper::unescape(context));
+    return QString(text).replace(u"&context=%1"_s.arg(context), u"&context=%1"_s.arg(escapedMember(unique)));
+}
+
+void Recorder::take(const QString &text)
+{
+    const QString unique = inSession(text);
+    const QString tab = rawMember(unique, "tabId"_L1);
+    const QString context = rawMember(unique, "context"_L1);
+    if (!context.isEmpty())
+        m_contexts.insert(tab, WebWrapper::unescape(context));
+    m_texts.push_back({tab, rawMember(unique, "event"_L1), unique, QDeadlineTimer(textLimitMs)});
+    handleAll();
+}
+
+void Recorder::note(BrowserPage *page, const InputEvent &input)
+{
+    m_lastInputs.insert(page->targetId(), QDeadlineTimer(consequenceMs));
+    m_happenings.push_back({page->targetId(), input, {}, QDeadlineTimer(textLimitMs)});
+    handleAll();
+}
+
+void Recorder::noteNews(const QString &tab, std::function<void()> act)
+{
+    m_happenings.push_back({tab, {}, std::move(act), {}});
+    handleAll();
+}
+
+void Recorder::noteClosed(BrowserPage *page)
+{
+    const QString tab = page->targetId();
+    // The end of the browser is the end of the recording and no closing of a window.
+    if (!m_session->browser()->isRunning() || m_session->browser()->pages().isEmpty())
+        return;
+    const bool byPage = std::any_of(m_lastInputs.cbegin(), m_lastInputs.cend(),
+        [](const QDeadlineTimer &limit) { return !limit.hasExpired(); });
+    const QString context = m_contexts.value(tab, contextFile(page->address()));
+    noteNews(tab, [=, this] {
+        if (byPage)
+            Q_EMIT explained(
+                u"closing of %1  merged: a page closes it behind what the user did"_s.arg(context));
+        else
+            m_logger.recordClosing(context);
+    });
+}
+
+void Recorder::noteDialogClosed(const Dialog &dialog, const QJsonObject &event)
+{
+    const bool accepted = event.value("result"_L1).toBool();
+    const Inspector *values = Inspector::self();
+    switch (dialog.kind) {
+    case DialogKind::Alert:
+        m_logger.recordAnswer(u"answerAlert"_s, {});
+        return;
+    case DialogKind::Confirm:
+        m_logger.recordAnswer(u"answerConfirm"_s, {values->createPrimitive(accepted)});
+        return;
+    case DialogKind::Prompt: {
+        const QString typed = event.value("userInput"_L1).toString();
+        m_logger.recordAnswer(
+            u"answerPrompt"_s, accepted ? ObjectList{values->createPrimitive(typed)} : ObjectList());
+        return;
+    }
+    case DialogKind::BeforeUnload:
+        if (!accepted)
+            m_script.remark(u"not recorded: the user stayed on a page that asks before it is left"_s);
+        return;
+    }
+    Q_UNREACHABLE();
+}
+
+// Handling may evaluate in the page, during which more arrives: that waits for its turn.
+void Recorder::handleAll()
+{
+    if (m_handling)
+        return;
+    m_handling = true;
+    while (handleFirst()) { }
+    forgetTextsWithoutInput();
+    m_handling = false;
+    waitForMore();
+    if (m_shown != m_script.lines()) {
+        m_shown = m_script.lines();
+        Q_EMIT changed();
+    }
+}
+
+/// Handles what is first in time, if it is complete: an event of the user with the text that its page sends.
+bool Recorder::handleFirst()
+{
+    // Texts without an event of the user behind them stand by themselves.
+    const auto report = std::find_if(
+        m_texts.begin(), m_texts.end(), [](const PageText &text) { return !needsInput(text.event); });
+    if (report != m_texts.end()) {
+        const QString text = report->text;
+        m_texts.erase(report);
+        m_logger.handle(text, {});
+        return true;
+    }
+    if (m_happenings.empty())
+        return false;
+    const Happening &first = m_happenings.front();
+    if (!first.act && isToldByPage(first.input) && !first.limit.hasExpired()) {
+        const bool isTold = std::any_of(m_texts.begin(), m_texts.end(), [&](const PageText &text) {
+            return text.tab == first.tab && (text.event == first.input.kind || !isBrowserEvent(text.event));
+        });
+        if (!isTold)
+            return false;
+    }
+    const Happening happening = first;
+    m_happenings.pop_front();
+    if (happening.act)
+        happening.act();
+    else
+        handleInput(happening);
+    return true;
+}
+
+void Recorder::handleInput(const Happening &happening)
+{
+    const Verdict verdict = judge(happening);
+    const InputEvent &input = happening.input;
+    const QString key = input.key.isEmpty() ? QString() : u" '%1'"_s.arg(input.key);
+    Q_EMIT explained(u"%1%2 on %3  %4"_s.arg(input.kind, key, input.target, verdict.text()));
+}
+
+Verdict Recorder::judge(const Happening &happening)
+{
+    const auto &[tab, input, act, limit] = happening;
+    if (input.kind == "keydown"_L1) {
+        m_logger.noteKeyDown(tab, input);
+        m_keyDown.insert(tab, input);
+    } else if (input.kind == "mousedown"_L1 || input.kind == "touchend"_L1) {
+        m_logger.notePress();
+    } else if (input.kind == "click"_L1 || input.kind == "change"_L1) {
+        m_keyDown.remove(tab);
+    }
+    if (input.kind == "change"_L1 && !input.isTold)
+        return m_logger.noteChange(tab, input);
+    for (const PlainVerdict &plain : plainVerdicts) {
+        if (input.kind != plain.kind)
+            continue;
+        const QString reason = QString::fromUtf16(plain.reason);
+        if (plain.verdict == Verdict::Kind::Remarked)
+            return remark(reason.arg(input.target));
+        return {plain.verdict, reason};
+    }
+
+    const auto text = std::find_if(m_texts.begin(), m_texts.end(), [&](const PageText &candidate) {
+        return candidate.tab == tab && (candidate.event == input.kind || !isBrowserEvent(candidate.event));
+    });
+    if (text == m_texts.end())
+        return {Verdict::Kind::LeftOut, u"the page has sent nothing for it"_s};
+    const QString told = text->text;
+    m_texts.erase(text);
+    if (input.kind == "keyup"_L1 && input.key == "Enter"_L1 && !input.isText
+        && m_logger.isReturnPending(tab)) {
+        m_keyDown.remove(tab);
+        return m_logger.noteReturnElsewhere(tab);
+    }
+    const Verdict verdict = m_logger.handle(told, input);
+    // A key that no field took and that caused no click was meant for a handler of the page.
+    const bool isOfHandler = input.kind == "keyup"_L1 && !input.isText && m_keyDown.contains(tab)
+        && m_keyDown.take(tab).key == input.key && !isSilentKey(input.key);
+    if (isOfHandler && verdict.kind == Verdict::Kind::LeftOut) {
+        m_logger.flushRecordedTextInput();
+        return remark(u"not recorded: the key '%1' on %2"_s.arg(input.key, input.target));
+    }
+    return verdict;
+}
+
+Verdict Recorder::remark(const QString &text)
+{
+    m_script.remark(text);
+    return {Verdict::Kind::Remarked, text};
+}
+
+/// A text that no event of the user stands behind is the page's own making.
+void Recorder::forgetTextsWithoutInput()
+{
+    while (!m_texts.empty() && m_texts.front().limit.hasExpired()) {
+        Q_EMIT explained(
+            u"%1 told by the page  left out: the user did nothing of the kind"_s.arg(m_texts.front().event));
+        m_texts.pop_front();
+    }
+}
+
+void Recorder::waitForMore()
+{
+    if (isSettled())
+        m_timer.stop();
+    else if (!m_timer.isActive())
+        m_timer.start(textLimitMs / 10);
+}
+
+} // namespace Ostrel::Host

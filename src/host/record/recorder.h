@@ -1,0 +1,94 @@
+// Recorder: follows all pages of a session and brings together what the user did, what the pages say of it,
+// and what the browser tells of dialogs and windows.
+#pragma once
+
+#include "host/record/inputobserver.h"
+#include "host/record/recordedscript.h"
+#include "host/record/recordinglogger.h"
+#include "host/script/testsession.h"
+
+#include <QDeadlineTimer>
+#include <QObject>
+#include <QTimer>
+
+#include <deque>
+#include <functional>
+
+namespace Ostrel::Host {
+
+/// Records from its construction to its end. One at a time, on the browser's thread; the session outlives it.
+class Recorder : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Recorder(TestSession *session);
+    ~Recorder() override;
+
+    /// Opens the address, as the first statement of the script does. Does not wait until the page has loaded.
+    FunctionCallResult<void> start(const QString &address);
+
+    /// Ends the recording: text that is still pending becomes a statement.
+    void finish();
+
+    const RecordedScript &script() const { return m_script; }
+
+    /// Whether all that happened until now has been handled.
+    bool isSettled() const { return m_happenings.empty() && m_texts.empty(); }
+
+Q_SIGNALS:
+    /// Lines were added or taken back.
+    void changed();
+
+    /// What became of an event of the user, in words.
+    void explained(const QString &line);
+
+private:
+    /// Something to be handled in its turn: an event of the user, or news of the browser.
+    struct Happening
+    {
+        QString tab;
+        InputEvent input;
+        std::function<void()> act; ///< of news; empty for events of the user
+        QDeadlineTimer limit; ///< how long it waits for the text of the page
+    };
+    /// What a page says of an event.
+    struct PageText
+    {
+        QString tab;
+        QString event;
+        QString text;
+        QDeadlineTimer limit;
+    };
+
+    void watch(BrowserPage *page);
+    void take(const QString &text);
+    void note(BrowserPage *page, const InputEvent &input);
+    void noteNews(const QString &tab, std::function<void()> act);
+    void noteDialogClosed(const Dialog &dialog, const QJsonObject &event);
+    void noteClosed(BrowserPage *page);
+
+    void handleAll();
+    bool handleFirst();
+    void handleInput(const Happening &happening);
+    Verdict judge(const Happening &happening);
+    Verdict remark(const QString &text);
+    void forgetTextsWithoutInput();
+    void waitForMore();
+    QString inSession(const QString &text) const;
+    BrowserPage *pageOf(const QString &tab) const;
+
+    TestSession *m_session;
+    RecordedScript m_script;
+    RecordingLogger m_logger{&m_script};
+    std::deque<Happening> m_happenings;
+    std::deque<PageText> m_texts;
+    QHash<QString, QString> m_contexts; ///< of each tab, as it was last heard of
+    QHash<QString, QDeadlineTimer> m_lastInputs; ///< how long what a tab does counts as caused by the user
+    QHash<QString, InputEvent> m_keyDown; ///< the key of each tab that has done nothing visible yet
+    QTimer m_timer;
+    QStringList m_shown;
+    bool m_handling = false;
+};
+
+} // namespace Ostrel::Host

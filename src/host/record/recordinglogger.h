@@ -1,0 +1,118 @@
+// RecordingLogger: the host's event logger. It writes statements, and it knows what the event logger cannot
+// know: what the user did with the devices, and what the browser tells of its windows.
+#pragma once
+
+#include "host/record/inputobserver.h"
+#include "host/record/recordedscript.h"
+#include "wrappers/web/eventlogger.h"
+
+#include <QHash>
+#include <QString>
+
+#include <optional>
+
+namespace Ostrel::Host {
+
+/// What became of an event of the user.
+struct Verdict
+{
+    enum class Kind {
+        Statement, ///< it is one statement or more
+        Merged, ///< it is part of what another event says
+        LeftOut, ///< it says nothing that a script needs
+        Remarked, ///< no statement can express it, so a remark in the script names it
+    };
+    Kind kind = Kind::LeftOut;
+    QString reason; ///< the statements, or the rule
+
+    /// "statement: clickButton(...)", "merged: ...", and so on.
+    QString text() const;
+};
+
+/// The text of a member as a page would write it.
+QString escapedMember(const QString &text);
+
+class RecordingLogger : public WebWrapper::EventLogger
+{
+public:
+    explicit RecordingLogger(RecordedScript *script) : m_script(script) { }
+
+    /// Handles a text behind which the given event of the user stands.
+    Verdict handle(const QString &text, const InputEvent &input);
+
+    /// A key goes down. What a click does from here on it does by the keyboard, until the next press.
+    void noteKeyDown(const QString &tab, const InputEvent &input);
+    void notePress();
+    /// Whether a Return went down in a text field of the tab and nothing has told it yet.
+    bool isReturnPending(const QString &tab) const;
+
+    /// The Return that went down in a text field comes up elsewhere, since the field is gone or has lost the
+    /// focus.
+    Verdict noteReturnElsewhere(const QString &tab);
+
+    /// The page of a tab goes. What its last keys did and could not tell any more is told now.
+    void notePageGone(const QString &tab);
+
+    /// A tab has closed.
+    void recordClosing(const QString &context);
+
+    /// A dialog has ended. The answer stands in front of the statement that opened it.
+    void recordAnswer(const QString &method, const ObjectList &arguments);
+
+    /// A field has changed in another way than by keys, such as by its arrows.
+    Verdict noteChange(const QString &tab, const InputEvent &input);
+
+    void recordMethodCall(const QString &objectName, const char *methodName, const ObjectList &arguments,
+        const QTime *timestamp) override;
+    void addUnmatchedProperty(const QString &objectName, const QString &property) override;
+    void removeUnmatchedProperties(const QString &objectName) override;
+    void noteDoubleClick(const QString &objectName, const QMap<QString, QString> &data) override;
+    void noteKeyUp(const QString &objectName) override { Q_UNUSED(objectName) }
+    EventData lastRecordedEventData() override { return m_last; }
+    void noteOptionChoice() override { }
+    bool isRecordedAlready(const QString &methodName, const QString &objectName) override;
+
+protected:
+    bool compressedNonRecordingEventData(
+        const QString &objectName, const QMap<QString, QString> &data) override;
+
+private:
+    /// The text field of a tab that had the last key.
+    struct Field
+    {
+        QString object;
+        QString type;
+        QString context;
+        QString value; ///< as the recording knows it
+    };
+    struct Rule;
+    static const Rule rules[];
+
+    bool isByTheBrowser(const QMap<QString, QString> &data) const;
+    bool isLeftToTheBrowser(const QMap<QString, QString> &data) const;
+    bool isTellingBeforeTheRelease(const QMap<QString, QString> &data) const;
+    bool isReturnOfASubmit(const QMap<QString, QString> &data) const;
+    bool isKeyWithoutText(const QMap<QString, QString> &data) const;
+    bool isClickOfTheKeyboard(const QMap<QString, QString> &data) const;
+
+    void rememberField(const QString &objectName, const QMap<QString, QString> &data);
+    void logKey(const Field &field, const QString &tab, int keyCode, const QString &value);
+    void logAsOurs(const QString &text);
+
+    RecordedScript *m_script;
+    EventData m_last;
+    QString m_text; ///< that is being handled
+    InputEvent m_input;
+    QString m_event; ///< the name of the event that is being handled
+    bool m_ours = false; ///< the text comes from the host
+    bool m_byKeyboard = false;
+    bool m_submitByKey = false; ///< a Return has pressed a button, which is recorded
+    bool m_statementSinceInput = false;
+    QString m_pressed; ///< the object of the last press that is recorded
+    QStringList m_statements; ///< of the text that is being handled
+    std::optional<Verdict> m_ruled;
+    QHash<QString, Field> m_fields; ///< by tab
+    QHash<QString, InputEvent> m_keys; ///< the key of each tab that is down
+};
+
+} // namespace Ostrel::Host

@@ -1,0 +1,31 @@
+#include "host/run/failurewitness.h"
+
+namespace Ostrel::Host {
+
+using namespace Qt::StringLiterals;
+
+void FailureWitness::verified(const Verification &verification)
+{
+    EventWriter::verified(verification);
+    if (!verification.passed)
+        show();
+}
+
+void FailureWitness::scriptEnded(const ScriptEnd &end)
+{
+    if (end.outcome == Outcome::Error)
+        show();
+    EventWriter::scriptEnded(end);
+}
+
+void FailureWitness::show()
+{
+    if (++m_views > mostViews)
+        return;
+    if (const FunctionCallResult<QByteArray> png = m_view.screenshot(); !png.failed())
+        screenshotTaken({u"The page at the failure"_s, png.value});
+    if (const FunctionCallResult<QString> tree = m_view.objectTree(); !tree.failed())
+        objectTreeTaken(tree.value);
+}
+
+} // namespace Ostrel::Host

@@ -1,0 +1,37 @@
+// FailureWitness: adds to each failure what the page looked like then.
+#pragma once
+
+#include "host/report/eventlines.h"
+#include "ostrelhook/functioncallresult.h"
+
+#include <functional>
+
+namespace Ostrel::Host {
+
+/// How to see the page under test. What cannot be had is left out of the report.
+struct PageView
+{
+    std::function<FunctionCallResult<QByteArray>()> screenshot; ///< as PNG
+    std::function<FunctionCallResult<QString>()> objectTree; ///< as XML
+};
+
+/// Writes events; behind a failed verification and before an error they are followed by a screenshot and the
+/// object tree. Only the first failures of a script are, so that one in a loop does not fill the report.
+class FailureWitness : public EventWriter
+{
+public:
+    static constexpr int mostViews = 5;
+
+    FailureWitness(Write write, PageView view) : EventWriter(std::move(write)), m_view(std::move(view)) { }
+
+    void verified(const Verification &verification) override;
+    void scriptEnded(const ScriptEnd &end) override;
+
+private:
+    void show();
+
+    PageView m_view;
+    int m_views = 0;
+};
+
+} // namespace Ostrel::Host
