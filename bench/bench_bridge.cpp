@@ -29,6 +29,7 @@ constexpr Benchmark benchmarks[] = {
     {"references", measureReferenceStore},
     {"injection", measureInjection},
     {"session", measureSession},
+    {"dumps", measureDumps},
     {"names", measureObjectNames},
 };
 
@@ -56,6 +57,11 @@ int main(int argc, char **argv)
     commandLine.add_option("--elements", effort.elements, "Elements in a round")->capture_default_str();
     commandLine.add_option("--loads", effort.loads, "Loads of a page")->capture_default_str();
     commandLine.add_option("--sessions", effort.sessions, "Starts of a browser")->capture_default_str();
+    commandLine.add_option("--dumps", effort.dumps, "Rounds of dumps")->capture_default_str();
+    commandLine.add_option("--dumped-elements", effort.dumpedElements, "Elements of the page that is dumped")
+        ->capture_default_str();
+    commandLine.add_option("--screenshots", effort.screenshots, "Elements that get a picture")
+        ->capture_default_str();
     commandLine.add_option("--names", effort.names, "Names in a round")->capture_default_str();
     CLI11_PARSE(commandLine, argc, argv);
 

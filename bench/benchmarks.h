@@ -17,6 +17,9 @@ struct Effort
     int elements = 50000; ///< elements that get a reference in a round
     int loads = 60; ///< how often a page is loaded
     int sessions = 5; ///< how often a browser is started and ended
+    int dumps = 3; ///< rounds of dumps
+    int dumpedElements = 10000; ///< on the page that is dumped; the large one has four times as many
+    int screenshots = 200; ///< elements that get a picture
     int names = 200; ///< elements that are named in a round
 };
 
@@ -33,6 +36,10 @@ FunctionCallResult<QList<Row>> measureInjection(const Effort &effort);
 
 /// A session from its start to its end against another library's.
 FunctionCallResult<QList<Row>> measureSession(const Effort &effort);
+
+/// Dumps of a large page against another library's return of the same values, of a page four times as large
+/// against it, and dumps with a picture of each element against as many pictures of that library.
+FunctionCallResult<QList<Row>> measureDumps(const Effort &effort);
 
 /// Objects by name: lookups and all children of an element against another library, and how the cost of
 /// names grows with the page against the growth of what the rules of naming force.

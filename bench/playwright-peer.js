@@ -3,6 +3,9 @@
 // Says "ready", then answers each line of its input with milliseconds, or with the text of an error:
 //     open ADDRESS      opens a page and takes hold of its element "target"
 //     read COUNT        reads the element's tagName COUNT times in sequence
+//     page ADDRESS      opens a page, whatever is in it
+//     properties COUNT  returns the properties that a dump shows of all elements of that page, COUNT at least
+//     screenshots COUNT takes a picture of each of the first COUNT elements of the class "item"
 //     locate TEXT N     takes hold of the Nth visible button of exactly this text ("_" for blanks); with 0 there is none
 //     children COUNT    takes hold of all children of the element "list"
 //     session           starts a browser of its own, opens an empty page, and ends it
@@ -16,10 +19,15 @@ let browser;
 let page;
 let target;
 
-async function open(address) {
-    browser = await chromium.launch(launchOptions);
-    page = await browser.newPage();
+async function openPage(address) {
+    browser ??= await chromium.launch(launchOptions);
+    page ??= await browser.newPage();
+    await page.goto("about:blank");
     await page.goto(address);
+}
+
+async function open(address) {
+    await openPage(address);
     target = await page.$("#target");
 }
 
@@ -28,6 +36,60 @@ async function read(count) {
         if (await target.evaluate((element) => element.tagName) !== "P") {
             throw new Error("the element has another tag");
         }
+    }
+}
+
+// Runs in the page. Each value is had in the cheapest way that a page has for it.
+function allProperties() {
+    const paths = new Map([[document, "DOCUMENT"]]);
+    const positions = new Map();
+    const position = (element) => {
+        const counts = positions.get(element.parentNode) ?? {};
+        positions.set(element.parentNode, counts);
+        return counts[element.tagName] = (counts[element.tagName] ?? 0) + 1;
+    };
+    return [...document.querySelectorAll("*")].map((element) => {
+        const rect = element.getBoundingClientRect();
+        const text = element.innerText ?? "";
+        const path = `${paths.get(element.parentNode)}.${element.tagName}${position(element)}`;
+        paths.set(element, path);
+        return {
+            title: element.title,
+            domClassName: element.className,
+            id: element.id,
+            styleDisplay: element.style.display,
+            innerHTML: element.innerHTML,
+            numChildren: element.children.length,
+            x: rect.x,
+            y: rect.y,
+            width: rect.width,
+            height: rect.height,
+            visible: element.checkVisibility({ visibilityProperty: true }),
+            innerText: text,
+            domPath: path,
+            tagName: element.tagName,
+            simplifiedInnerText: text.replace(/\s+/g, " ").trim(),
+            textContent: element.textContent,
+            bounds: { x: rect.x + scrollX, y: rect.y + scrollY, width: rect.width, height: rect.height },
+            screenRect: { x: rect.x + screenX, y: rect.y + screenY, width: rect.width, height: rect.height },
+        };
+    });
+}
+
+async function properties(count) {
+    const all = await page.evaluate(allProperties);
+    if (all.length < count) {
+        throw new Error(`the page has ${all.length} elements only`);
+    }
+}
+
+async function screenshots(count) {
+    const elements = (await page.$$(".item:not(.hidden)")).slice(0, count);
+    if (elements.length < count) {
+        throw new Error(`the page shows ${elements.length} such elements only`);
+    }
+    for (const element of elements) {
+        await element.screenshot();
     }
 }
 
@@ -55,7 +117,10 @@ async function session() {
 
 const commands = {
     open,
+    page: openPage,
+    properties: (count) => properties(Number(count)),
     read: (count) => read(Number(count)),
+    screenshots: (count) => screenshots(Number(count)),
     locate: (text, occurrence) => locate(text, Number(occurrence)),
     children: (count) => children(Number(count)),
     session,

@@ -32,12 +32,13 @@ namespace {
 
 const QString demoShop = QStringLiteral("file://" PAGEPROBE_SOURCE_DIR "/demo/index.html");
 
-/// A page with two boxes, the second one below the window.
+/// A page with boxes, one below the window and one in the middle of it.
 const QByteArray boxes = R"(<!DOCTYPE html><html><head><title>Two boxes</title></head>
 <body style="margin:0">
-<div id="red" style="position:absolute;left:100px;top:50px;width:60px;height:40px;background:#f00">Red</div>
-<div id="green" style="position:absolute;left:20px;top:2000px;width:30px;height:20px;background:#0f0"></div>
+<div id="red" style="position:absolute;left:100px;top:52px;width:60px;height:40px;background:#f00">Red</div>
+<div id="green" style="position:absolute;left:20px;top:2000px;width:32px;height:20px;background:#0f0"></div>
 <div style="height:2100px"></div>
+<div id="blue" style="position:absolute;left:0;right:0;top:12px;margin:auto;width:48px;height:12px;background:#00f"></div>
 <div id="gone" style="display:none">Not there</div>
 </body></html>)";
 
@@ -151,11 +152,12 @@ protected:
         const PageDump taken = dump(options);
 
         ASSERT_TRUE(taken.root);
-        for (const auto &[id, color] :
-            {std::pair{u"red"_s, QColor(255, 0, 0)}, std::pair{u"green"_s, QColor(0, 255, 0)}}) {
+        for (const auto &[id, color] : {std::pair{u"red"_s, QColor(255, 0, 0)},
+                 std::pair{u"blue"_s, QColor(0, 0, 255)}, std::pair{u"green"_s, QColor(0, 255, 0)}}) {
             const UIElement *box = elementWithId(*taken.root, id);
             ASSERT_TRUE(box) << id.toStdString();
             const QRect bounds(box->bounds().x, box->bounds().y, box->bounds().width, box->bounds().height);
+            EXPECT_EQ(taken.picture.pixelColor(bounds.topLeft()), color) << id.toStdString();
             EXPECT_EQ(taken.picture.pixelColor(bounds.bottomRight()), color) << id.toStdString();
             EXPECT_NE(taken.picture.pixelColor(bounds.bottomRight() + QPoint(1, 1)), color)
                 << id.toStdString();
@@ -233,7 +235,7 @@ TEST_F(DumpTest, AnElementThatCannotBeSeenHasNoBoundsAndNoPicture)
     EXPECT_TRUE(gone->image().isNull());
     EXPECT_EQ(property(*gone, u"visible"_s), u"false"_s);
     EXPECT_EQ(property(*gone, u"textContent"_s), u"Not there"_s);
-    EXPECT_EQ(nameOf(*gone), u"DOCUMENT.HTML1.BODY1.DIV4"_s);
+    EXPECT_EQ(nameOf(*gone), u"DOCUMENT.HTML1.BODY1.DIV5"_s);
 }
 
 TEST_F(DumpTest, TheNameInADumpFindsTheElement)
@@ -327,7 +329,7 @@ TEST_F(ViewerTest, HoveringARowOutlinesTheElement)
     ASSERT_EQ(outlined(u"hover"_s), u"hidden"_s);
 
     moveTo(row(u"red"_s));
-    EXPECT_TRUE(waitFor([&] { return outlined(u"hover"_s) == "100,50,60,40"_L1; }))
+    EXPECT_TRUE(waitFor([&] { return outlined(u"hover"_s) == "100,52,60,40"_L1; }))
         << outlined(u"hover"_s).toStdString();
 
     moveTo(row(u"gone"_s));
@@ -343,12 +345,12 @@ TEST_F(ViewerTest, ClickingARowShowsItsPropertiesAndItsName)
 
     EXPECT_TRUE(becomes(u"document.getElementById('name').textContent"_s, u"DOCUMENT.HTML1.BODY1.DIV2"_s));
     EXPECT_EQ(evaluate(u"document.getElementById('kind').textContent"_s), u"Object – HTML_Object"_s);
-    EXPECT_EQ(evaluate(u"document.getElementById('place').textContent"_s), u"30 × 20 at 20, 2000"_s);
+    EXPECT_EQ(evaluate(u"document.getElementById('place').textContent"_s), u"32 × 20 at 20, 2000"_s);
     EXPECT_EQ(evaluate(u"[...document.querySelectorAll('#properties tr')].map((row) => "
                        u"[...row.children].map((cell) => cell.textContent).join(' '))"
                        ".filter((text) => /^(id|tagName|visible|numChildren) /.test(text)).join('; ')"_s),
         u"id green; numChildren 0; tagName DIV; visible true"_s);
-    EXPECT_EQ(outlined(u"selection"_s), u"20,2000,30,20"_s);
+    EXPECT_EQ(outlined(u"selection"_s), u"20,2000,32,20"_s);
     // The picture is scrolled so that the element can be seen.
     EXPECT_EQ(evaluate(u"(() => { const box = document.getElementById('selection').getBoundingClientRect(); "
                        "return box.top >= 0 && box.bottom <= innerHeight; })()"_s),
@@ -451,7 +453,8 @@ TEST_F(ViewerTest, FetchesNothing)
     EXPECT_EQ(evaluate(u"performance.getEntriesByType('resource').filter((entry) => "
                        "!entry.name.startsWith('data:')).length"_s),
         u"0"_s);
-    EXPECT_EQ(evaluate(u"document.getElementById('count').textContent"_s), u"320 objects"_s);
+    EXPECT_EQ(evaluate(u"document.getElementById('count').textContent"_s),
+        u"%1 objects"_s.arg(countOf(*taken.root)));
 }
 
 // The command
@@ -484,7 +487,7 @@ TEST_F(DumpCommandTest, WritesXmlToStandardOutput)
     EXPECT_EQ(ended.exitCode, 0);
     EXPECT_EQ(ended.out, uR"(<?xml version="1.0" encoding="UTF-8"?>
 <dump address="%1" title="Two boxes">
-    <element type="Object" class="HTML_Object" name="DOCUMENT.HTML1.BODY1.DIV1" x="100" y="50" width="60" height="40">
+    <element type="Object" class="HTML_Object" name="DOCUMENT.HTML1.BODY1.DIV1" x="100" y="52" width="60" height="40">
         <property name="id">red</property>
         <property name="visible">true</property>
         <property name="textContent">Red</property>
@@ -512,11 +515,11 @@ TEST_F(DumpCommandTest, TheSuffixOfTheFileDecidesTheFormat)
 TEST_F(DumpCommandTest, ANameThatFindsNothingIsAFailure)
 {
     const Ostrel::Test::Ended ended = run.run(
-        {u"dump"_s, page(), u"{tagName='DIV' id='blue'}"_s, u"--wait"_s, u"0.1"_s, u"-o"_s, u"out.xml"_s});
+        {u"dump"_s, page(), u"{tagName='DIV' id='purple'}"_s, u"--wait"_s, u"0.1"_s, u"-o"_s, u"out.xml"_s});
 
     EXPECT_EQ(ended.exitCode, 1);
     EXPECT_TRUE(ended.err.startsWith("pageprobe dump: "_L1)) << ended.err.toStdString();
-    EXPECT_TRUE(ended.err.contains("blue"_L1)) << ended.err.toStdString();
+    EXPECT_TRUE(ended.err.contains("purple"_L1)) << ended.err.toStdString();
     EXPECT_FALSE(QFile::exists(run.path(u"out.xml"_s)));
 }
 

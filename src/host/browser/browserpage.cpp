@@ -7,6 +7,7 @@
 
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QImageReader>
 #include <QJsonArray>
 
 using namespace Qt::StringLiterals;
@@ -398,7 +399,20 @@ FunctionCallResult<void> BrowserPage::close()
     return {};
 }
 
-BrowserPage::KeptPicture::KeptPicture(const BrowserPage &page) : m_page(page)
+BrowserPage::HiddenScrollBars::HiddenScrollBars(const BrowserPage &page) : m_page(page)
+{
+    // A browser that refuses takes pictures all the same, some pixels off.
+    if (page.m_scrollBarHiders++ == 0)
+        static_cast<void>(page.call(u"Emulation.setScrollbarsHidden"_s, {{u"hidden"_s, true}}));
+}
+
+BrowserPage::HiddenScrollBars::~HiddenScrollBars()
+{
+    if (--m_page.m_scrollBarHiders == 0 && m_page.isPageAvailable())
+        static_cast<void>(m_page.call(u"Emulation.setScrollbarsHidden"_s, {{u"hidden"_s, false}}));
+}
+
+BrowserPage::KeptPicture::KeptPicture(const BrowserPage &page) : m_page(page), m_scrollBars(page)
 {
     ++page.m_pictureKeepers;
 }
@@ -406,21 +420,21 @@ BrowserPage::KeptPicture::KeptPicture(const BrowserPage &page) : m_page(page)
 BrowserPage::KeptPicture::~KeptPicture()
 {
     if (--m_page.m_pictureKeepers == 0)
-        m_page.m_keptPicture = {};
+        m_page.m_keptPicture.reset();
 }
 
 FunctionCallResult<QImage> BrowserPage::grabPageScreenshot() const
 {
-    if (!m_keptPicture.isNull())
-        return m_keptPicture;
-    FunctionCallResult<QImage> picture = takePicture();
-    if (m_pictureKeepers > 0 && !picture.failed())
-        m_keptPicture = picture.value;
-    return picture;
+    if (m_pictureKeepers == 0)
+        return takePicture();
+    if (!m_keptPicture)
+        m_keptPicture = takePicture();
+    return *m_keptPicture;
 }
 
 FunctionCallResult<QImage> BrowserPage::takePicture() const
 {
+    const HiddenScrollBars hidden(*this);
     const CommandResult metrics = call(u"Page.getLayoutMetrics"_s);
     if (metrics.failed())
         return Failure(u"Error measuring the page for a screenshot: %1"_s.arg(metrics.error));
@@ -434,6 +448,8 @@ FunctionCallResult<QImage> BrowserPage::takePicture() const
         {{u"format"_s, u"png"_s}, {u"captureBeyondViewport"_s, true}, {u"clip"_s, clip}});
     if (shot.failed())
         return Failure(u"Error taking a screenshot of the page: %1"_s.arg(shot.error));
+    // A long page makes a large picture, and it comes from our own browser.
+    QImageReader::setAllocationLimit(0);
     const QImage image
         = QImage::fromData(QByteArray::fromBase64(shot.value.value("data"_L1).toString().toLatin1()), "PNG");
     if (image.isNull())

@@ -95,6 +95,19 @@ public:
         QString m_outer;
     };
 
+    /// While this lives, the tab has no scroll bars. Pictures are taken without them, and what is laid out by
+    /// the width of the window then lies where the page says that it is. Nests.
+    class HiddenScrollBars
+    {
+    public:
+        explicit HiddenScrollBars(const BrowserPage &page);
+        ~HiddenScrollBars();
+        Q_DISABLE_COPY_MOVE(HiddenScrollBars)
+
+    private:
+        const BrowserPage &m_page;
+    };
+
     /// While this lives, the picture of the page is grabbed once and given again at each further question: a
     /// dump cuts the picture of each element from it. Nests.
     class KeptPicture
@@ -106,6 +119,7 @@ public:
 
     private:
         const BrowserPage &m_page;
+        HiddenScrollBars m_scrollBars;
     };
 
     /// The tab is gone for good; waits end with `state`. Called by the browser.
@@ -184,8 +198,9 @@ private:
     mutable std::optional<Dialog> m_dialog;
     mutable Dialog m_reportedDialog;
     mutable QString m_refusal;
+    mutable int m_scrollBarHiders = 0;
     mutable int m_pictureKeepers = 0;
-    mutable QImage m_keptPicture;
+    mutable std::optional<FunctionCallResult<QImage>> m_keptPicture; ///< a failure is kept, too
 };
 
 } // namespace Ostrel::Host

@@ -5,13 +5,14 @@
 // every name is computed anew at each use.
 //
 // Defines  __ostrel__contextOf, __ostrel__contextOfForUrl, __ostrel__contextList, __ostrel__currentContext,
+//          __ostrel__windowOfDocument,
 //          __ostrel__findContext, __ostrel__findContext2, __ostrel__findContextWindow, __ostrel__findDocument,
 //          __ostrel__hasContext, __ostrel__setContext, __ostrel__documentOfContext, __ostrel__isPageLoaded,
 //          __ostrel__frameInWindow, __ostrel__topmostReachableWindow, __ostrel__fileNameOfLocation,
 //          __ostrel__isSameWindow, window.top.__ostrel.getAllFrames,
 //          __ostrel__windows, __ostrel__wcnt, __ostrel__ctxwin, __ostrel__ctxwin_str, __ostrel__explicitContext,
 //          __ostrel__topWindow
-// Calls    __ostrel__getDocumentForNode (02d-classification)
+// Calls    __ostrel__getDocumentForNode (02d-classification), __ostrel__oncePerReading (08-object-tree)
 // At load  empties the list of windows and makes the payload's window the search window
 
 window.__ostrel__windows = [];
@@ -128,12 +129,18 @@ function __ostrel__contextList() {
  * @return {Window} the payload's window also when no window is found, as for text nodes, which have no document here
  */
 function __ostrel__currentContext(o) {
-    var doc = o ? __ostrel__getDocumentForNode(o) : null,
-        list, found, i;
+    var doc = o ? __ostrel__getDocumentForNode(o) : null;
 
-    if (!doc) {
-        return window;
-    }
+    return doc ? __ostrel__oncePerReading("window", doc, __ostrel__windowOfDocument) : window;
+}
+
+/**
+ * @param {Document} doc
+ * @return {Window} the payload's own for a document that no window shows
+ */
+function __ostrel__windowOfDocument(doc) {
+    var list, found, i;
+
     list = __ostrel__contextList();
     for (i = 0; i < list.length; i++) {
         found = __ostrel__findDocument(list[i], doc);

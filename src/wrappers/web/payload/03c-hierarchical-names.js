@@ -1,7 +1,8 @@
 // 03c  Hierarchical names: the way from the document down to a node, as in "DOCUMENT.HTML1.BODY1.DIV2".
 //
-// Defines  __ostrel__qualifiedName, __ostrel__uniqueNameInLeaf, __ostrel__positionAmongEquals
-// Calls    __ostrel__isShadowRoot (02d-classification), __ostrelDOMAPI (19-dom-access)
+// Defines  __ostrel__qualifiedName, __ostrel__walkOfReading, __ostrel__uniqueNameInLeaf, __ostrel__positionAmongEquals
+// Calls    __ostrel__isShadowRoot (02d-classification), __ostrel__oncePerReading (08-object-tree), __ostrelDOMAPI
+//          (19-dom-access)
 // At load  nothing runs
 
 /**
@@ -10,13 +11,27 @@
  * @return {string} not escaped; "" for nothing
  */
 function __ostrel__qualifiedName(o) {
-    var leaves = [];
+    var parent, leaf;
 
-    while (o) {
-        leaves.unshift(__ostrel__uniqueNameInLeaf(o));
-        o = __ostrel__isShadowRoot(o) ? o.host : o.parentNode;
+    if (!o) {
+        return "";
     }
-    return leaves.join(".");
+    parent = __ostrel__isShadowRoot(o) ? o.host : o.parentNode;
+    if (!parent) {
+        return __ostrel__uniqueNameInLeaf(o);
+    }
+    leaf = __ostrel__uniqueNameInLeaf(o, __ostrel__walkOfReading(parent));
+    return __ostrel__oncePerReading("name", parent, __ostrel__qualifiedName) + "." + leaf;
+}
+
+/**
+ * @param {Node} parent
+ * @return {Object} the walk along its children, which goes on from one of them to the next while many names are asked
+ */
+function __ostrel__walkOfReading(parent) {
+    return __ostrel__oncePerReading("walk", parent, function () {
+        return {};
+    });
 }
 
 /**

@@ -1,7 +1,8 @@
 // 04  Reference store: gives objects a name by which the host reaches them again.
 //
 // Defines  __ostrel__idForObject, __ostrel__objectOfReference, __ostrel__globalObjectRefStore,
-//          __ostrel__scanReferenceStore, __ostrel__referenceIndex, __ostrel__newReferenceIndex
+//          __ostrel__scanReferenceStore, __ostrel__referenceIndex, __ostrel__newReferenceIndex,
+//          __ostrel__newIdentityMap, __ostrel__identityMapMaker
 // Calls    nothing
 // At load  empties the store and its index
 
@@ -57,6 +58,30 @@ function __ostrel__scanReferenceStore(obj, store) {
     return -1;
 }
 
+/** Gives a new map from objects to anything, with get and set; null where the browser has none. */
+var __ostrel__newIdentityMap = __ostrel__identityMapMaker();
+
+/**
+ * @return {function(): ?Object} what makes such maps, whatever the page does to the browser's own later
+ */
+function __ostrel__identityMapMaker() {
+    var NativeMap = window.Map,
+        get = NativeMap && NativeMap.prototype && NativeMap.prototype.get,
+        set = NativeMap && NativeMap.prototype && NativeMap.prototype.set;
+
+    return function () {
+        var map;
+
+        if (!get || !set) {
+            return null;
+        }
+        map = new NativeMap();
+        map.get = get;
+        map.set = set;
+        return map;
+    };
+}
+
 /** Finds positions without a scan; null where the browser cannot. */
 var __ostrel__referenceIndex = __ostrel__newReferenceIndex();
 
@@ -66,20 +91,15 @@ var __ostrel__referenceIndex = __ostrel__newReferenceIndex();
  * @return {?{positionOf: function(*, Array): number}} null where the browser has no identity map
  */
 function __ostrel__newReferenceIndex() {
-    var NativeMap = window.Map,
-        get = NativeMap && NativeMap.prototype && NativeMap.prototype.get,
-        set = NativeMap && NativeMap.prototype && NativeMap.prototype.set,
-        indexed, indexedStore, count;
+    var indexed = __ostrel__newIdentityMap(),
+        indexedStore, count;
 
-    if (!get || !set) {
+    if (!indexed) {
         return null;
     }
 
-    // The page may replace the methods later: the map keeps those of now as its own.
     function reset(store) {
-        indexed = new NativeMap();
-        indexed.get = get;
-        indexed.set = set;
+        indexed = __ostrel__newIdentityMap();
         indexedStore = store;
         count = 0;
     }

@@ -1,8 +1,9 @@
 // 08  Object tree: collects whole subtrees and many property values in one go, for the object dump.
 //
-// Defines  __ostrel.objectTreeInformation, __ostrel.readPropertiesFromObjects
-// Calls    __ostrel.childObjectAndInfo (02d-classification), __ostrel__idForObject, __ostrel__objectOfReference
-//          (04-reference-store)
+// Defines  __ostrel.objectTreeInformation, __ostrel.readPropertiesFromObjects, __ostrel__readAllProperties,
+//          __ostrel__oncePerReading, __ostrel__knownInReading, __ostrel__readingMemory
+// Calls    __ostrel.childObjectAndInfo (02d-classification), __ostrel__idForObject, __ostrel__objectOfReference,
+//          __ostrel__newIdentityMap (04-reference-store)
 // At load  assigns members of the namespace
 
 /**
@@ -22,11 +23,65 @@ window.top.__ostrel.objectTreeInformation = function (domNode) {
 };
 
 /**
+ * What was worked out while many properties are read in one go, by kind; null at all other times. The page cannot
+ * change meanwhile, so that what holds for a window or a parent need not be worked out again for each element.
+ */
+var __ostrel__readingMemory = null;
+
+/**
+ * What is known of a kind while many properties are read in one go, by object.
+ * @param {string} kind
+ * @return {?Map} null at all other times
+ */
+function __ostrel__knownInReading(kind) {
+    var memory = __ostrel__readingMemory;
+
+    if (memory && !memory[kind]) {
+        memory[kind] = __ostrel__newIdentityMap();
+    }
+    return memory && memory[kind];
+}
+
+/**
+ * Works something out, but only once for each object while many properties are read in one go.
+ * @param {string} kind what is worked out
+ * @param {Object} subject
+ * @param {function(Object): *} workOut
+ * @return {*} a result that the caller does not change
+ */
+function __ostrel__oncePerReading(kind, subject, workOut) {
+    var known = __ostrel__knownInReading(kind),
+        result = known ? known.get(subject) : undefined;
+
+    if (result === undefined) {
+        result = workOut(subject);
+        if (known) {
+            known.set(subject, result);
+        }
+    }
+    return result;
+}
+
+/**
  * Reads properties of many objects. An error of a getter ends the whole reading and passes to the caller.
  * @param {Array<{object: Object, propertyGetters: Object}>} objectinfolist
  * @return {Object} values by property name, by object reference
  */
 window.top.__ostrel.readPropertiesFromObjects = function (objectinfolist) {
+    // Old browsers have no map by identity; they do without a memory.
+    __ostrel__readingMemory = __ostrel__newIdentityMap() ? {} : null;
+    try {
+        return __ostrel__readAllProperties(objectinfolist);
+    } finally {
+        __ostrel__readingMemory = null;
+    }
+};
+
+/**
+ * @param {Array<{object: Object, propertyGetters: Object}>} objectinfolist
+ * @return {Object} values by property name, by object reference
+ */
+function __ostrel__readAllProperties(objectinfolist) {
     var valuesOfObjects = {},
         values, info, name, i;
 
@@ -44,4 +99,4 @@ window.top.__ostrel.readPropertiesFromObjects = function (objectinfolist) {
         }
     }
     return valuesOfObjects;
-};
+}

@@ -6,6 +6,7 @@
 //          __ostrel__cutAtViewport, __ostrel__needsAccessibleBounds, __ostrel__readAccessibleBounds,
 //          __ostrel__fixSizeForIE
 // Calls    __ostrel__currentContext (02c-contexts), __ostrel__getDocumentForNode (02d-classification),
+//          __ostrel__oncePerReading (08-object-tree),
 //          __ostrel__applyBridgeZoom, __ostrel__applyDevicePixelRatio, __ostrel__getViewportScreenPosition,
 //          __ostrel__viewportSizeOnScreen (09b-viewport)
 // At load  nothing runs
@@ -19,7 +20,7 @@ function __ostrel__getScreenRectAsObject(elem) {
     var rect = __ostrel__getClientBoundingRect(elem, true);
     var win = __ostrel__currentContext(elem);
     var elemDoc = __ostrel__getDocumentForNode(elem);
-    var corner;
+    var viewport;
 
     __ostrel__applyDevicePixelRatio(rect, win);
     __ostrel__applyBridgeZoom(rect);
@@ -29,9 +30,14 @@ function __ostrel__getScreenRectAsObject(elem) {
     if (window.top.__ostrel__ie && (rect.width === 0 || rect.height === 0)) {
         __ostrel__fixSizeForIE(elem, win, rect);
     }
-    corner = __ostrel__getViewportScreenPosition(elemDoc, win);
-    __ostrel__moveOntoScreen(rect, corner);
-    return __ostrel__cutAtViewport(rect, corner, __ostrel__viewportSizeOnScreen(elemDoc, win));
+    viewport = __ostrel__oncePerReading("viewport", win, function () {
+        return {
+            corner: __ostrel__getViewportScreenPosition(elemDoc, win),
+            size: __ostrel__viewportSizeOnScreen(elemDoc, win)
+        };
+    });
+    __ostrel__moveOntoScreen(rect, viewport.corner);
+    return __ostrel__cutAtViewport(rect, viewport.corner, viewport.size);
 }
 
 /**

@@ -5,9 +5,11 @@
 //          __ostrel__getPageOffsetY, __ostrel__isScrolledOut, __ostrel__findClippingParent,
 //          __ostrel__isEndOfPage, __ostrel__clipsItsContent, __ostrel__isOutsideOf,
 //          __ostrel__mapRectangle, __ostrel__largestOf, __ostrel__documentOffset,
-//          __ostrel__devicePixelRatioOfDump, __ostrel__contentCorner, __ostrel__cornerCorrection,
-//          __ostrel__scrollPositionOf
+//          __ostrel__stableRectangle, __ostrel__stableCorner, __ostrel__offsetWithParents,
+//          __ostrel__hasClippingStyle, __ostrel__devicePixelRatioOfDump, __ostrel__contentCorner,
+//          __ostrel__cornerCorrection, __ostrel__scrollPositionOf
 // Calls    __ostrel__currentContext (02c-contexts), __ostrel__isDocumentNode (02d-classification),
+//          __ostrel__oncePerReading (08-object-tree),
 //          __ostrel__invalidRectangle (09a-screen-rectangle), __ostrel__addPositions, __ostrel__getFrameOffset
 //          (09b-viewport), __ostrel__styleInfo (12-visibility)
 // At load  the members of window.top.__ostrel are set
@@ -51,14 +53,30 @@ window.top.__ostrel.getElementRectangleInDocument = function (element, zoomFacto
  * @return {{x: number, y: number, width: number, height: number}}
  */
 window.top.__ostrel.getElementRectAsObject = function (e) {
-    var win = __ostrel__currentContext(e);
-    var position = __ostrel__contentCorner(win);
-
-    position = __ostrel__addPositions(position, __ostrel__getFrameOffset(win));
-    position = __ostrel__addPositions(position, __ostrel__cornerCorrection());
-    position = __ostrel__addPositions(position, __ostrel__documentOffset(e));
-    return { x: position.x, y: position.y, width: e.offsetWidth, height: e.offsetHeight };
+    return __ostrel__oncePerReading("rectangle", e, __ostrel__stableRectangle);
 };
+
+/**
+ * @param {Node} e
+ * @return {{x: number, y: number, width: number, height: number}}
+ */
+function __ostrel__stableRectangle(e) {
+    var win = __ostrel__currentContext(e);
+    var corner = __ostrel__oncePerReading("corner", win, __ostrel__stableCorner);
+    var position = __ostrel__addPositions(corner, __ostrel__documentOffset(e));
+
+    return { x: position.x, y: position.y, width: e.offsetWidth, height: e.offsetHeight };
+}
+
+/**
+ * @param {Window} win
+ * @return {{x: number, y: number}} where the positions in a window begin
+ */
+function __ostrel__stableCorner(win) {
+    var position = __ostrel__addPositions(__ostrel__contentCorner(win), __ostrel__getFrameOffset(win));
+
+    return __ostrel__addPositions(position, __ostrel__cornerCorrection());
+}
 
 /**
  * @return {{width: number, height: number}} the size of the whole document in CSS pixels
@@ -171,6 +189,14 @@ function __ostrel__isEndOfPage(node) {
  * @return {boolean}
  */
 function __ostrel__clipsItsContent(element) {
+    return __ostrel__oncePerReading("clips", element, __ostrel__hasClippingStyle);
+}
+
+/**
+ * @param {Element} element
+ * @return {boolean}
+ */
+function __ostrel__hasClippingStyle(element) {
     var style = new __ostrel__styleInfo(element);
     var clipping = /^(hidden|scroll|auto)$/;
 
@@ -234,14 +260,17 @@ function __ostrel__largestOf(sizes) {
  * @return {{x: number, y: number}}
  */
 function __ostrel__documentOffset(element) {
-    var offset = { x: 0, y: 0 };
+    return element ? __ostrel__oncePerReading("offset", element, __ostrel__offsetWithParents) : { x: 0, y: 0 };
+}
 
-    while (element) {
-        offset.x += element.offsetLeft || 0;
-        offset.y += element.offsetTop || 0;
-        element = element.offsetParent;
-    }
-    return offset;
+/**
+ * @param {Node} element
+ * @return {{x: number, y: number}}
+ */
+function __ostrel__offsetWithParents(element) {
+    var own = { x: element.offsetLeft || 0, y: element.offsetTop || 0 };
+
+    return __ostrel__addPositions(own, __ostrel__documentOffset(element.offsetParent));
 }
 
 /**

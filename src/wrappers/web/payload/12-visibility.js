@@ -1,8 +1,10 @@
 // 12  Visibility and style: tells whether a user could see an element, and reads computed style.
 //
-// Defines  __ostrel__isVisible, __ostrel__hasDisplayNone, __ostrel__styleInfo, __ostrel__currentStyle,
-//          __ostrel__allCSSProperties, __ostrel__isColorName, __ostrel__colorRecord, __ostrel__cssToPx
-// Calls    __ostrel__getDocumentForNode (02d-classification), __ostrel__parseCSSColor (25-css-colour-parser)
+// Defines  __ostrel__isVisible, __ostrel__hasDisplayNone, __ostrel__styleInfo,
+//          __ostrel__currentStyle, __ostrel__allCSSProperties, __ostrel__isColorName, __ostrel__colorRecord,
+//          __ostrel__cssToPx
+// Calls    __ostrel__getDocumentForNode (02d-classification), __ostrel__knownInReading (08-object-tree),
+//          __ostrel__parseCSSColor (25-css-colour-parser)
 // At load  the methods of __ostrel__styleInfo are set
 
 /**
@@ -42,6 +44,7 @@ function __ostrel__hasDisplayNone(node, known) {
     var passed = [],
         answer = false;
 
+    known = known || __ostrel__knownInReading("not displayed");
     try {
         for (; node; node = node.parentNode) {
             if (known && known.has(node)) {

@@ -1,0 +1,107 @@
+#include "benchmarks.h"
+#include "contest.h"
+#include "host/dump/pagedump.h"
+#include "host/script/testsession.h"
+#include "playwrightpeer.h"
+
+#include <memory>
+
+namespace Ostrel::Bench {
+
+using namespace Qt::StringLiterals;
+using namespace Host;
+
+namespace {
+
+constexpr int growth = 4;
+constexpr int longestMs = 10 * 60 * 1000;
+
+QString addressOf(int elements)
+{
+    // The number also stands in the query, so that another one is another page.
+    return QStringLiteral("file://" PAGEPROBE_BENCH_DIR "/pages/many.html?%1#%1").arg(elements);
+}
+
+int countOf(const UIAbstraction::UIElement &root)
+{
+    int count = 1;
+    for (const auto &child : root.children())
+        count += countOf(*child);
+    return count;
+}
+
+FunctionCallResult<void> dump(BrowserPage *page, int elements, bool screenshots)
+{
+    PageDumpOptions options;
+    options.screenshots = screenshots;
+    const FunctionCallResult<PageDump> taken = dumpPage(page, {}, options);
+    if (taken.failed())
+        return Failure(taken.error);
+    if (countOf(*taken.value.root) < elements)
+        return Failure(u"The dump has %1 objects only"_s.arg(countOf(*taken.value.root)));
+    return {};
+}
+
+} // namespace
+
+FunctionCallResult<QList<Row>> measureDumps(const Effort &effort)
+{
+    ResultSink nobody;
+    SessionOptions options;
+    options.browser.evaluationLimitMs = longestMs;
+    const FunctionCallResult<std::unique_ptr<TestSession>> session = TestSession::start(options, nobody);
+    if (session.failed())
+        return Failure(session.error);
+    BrowserPage *page = session.value->activePage();
+    PlaywrightPeer peer;
+    if (const auto started = peer.start(); started.failed())
+        return Failure(started.error);
+
+    const auto open = [&](int elements) -> FunctionCallResult<void> {
+        if (const auto opened = page->navigate(addressOf(elements)); opened.failed())
+            return opened;
+        const auto opened = peer.ask(u"page %1"_s.arg(addressOf(elements)));
+        return opened.failed() ? FunctionCallResult<void>(Failure(opened.error)) : FunctionCallResult<void>();
+    };
+    // The time of a dump of a page of that size, opened before the time begins.
+    const auto dumpTurn = [&](int elements) -> Turn {
+        return [&, elements]() -> FunctionCallResult<double> {
+            if (const auto opened = page->navigate(addressOf(elements)); opened.failed())
+                return Failure(opened.error);
+            return timed([&] { return dump(page, elements, false); });
+        };
+    };
+    const int few = effort.dumpedElements;
+    const int many = growth * few;
+    if (const auto opened = open(few); opened.failed())
+        return Failure(opened.error);
+    const auto sizes
+        = medianTimes({dumpTurn(few), [&] { return peer.ask(u"properties %1"_s.arg(few)); }, dumpTurn(many)},
+            {effort.dumps});
+    if (sizes.failed())
+        return Failure(sizes.error);
+
+    // A page on which every tenth article is hidden: each shown one and what is in it gets a picture.
+    const int pictured = effort.screenshots;
+    if (const auto opened = open(pictured * 6); opened.failed())
+        return Failure(opened.error);
+    const auto pictures = medianTimes({[&] { return timed([&] { return dump(page, pictured, true); }); },
+                                          [&] { return peer.ask(u"screenshots %1"_s.arg(pictured)); }},
+        {effort.dumps});
+    if (pictures.failed())
+        return Failure(pictures.error);
+
+    constexpr double growthLimit = 4.5;
+    constexpr double pictureLimit = 0.2;
+    const QString dumpOf = u"dump of %1 elements / "_s;
+    return QList<Row>{
+        {dumpOf.arg(few) + u"playwright evaluate"_s, sizes.value.at(0), sizes.value.at(1), Row::Bar::Ratio,
+            1.0},
+        {dumpOf.arg(many) + u"of %1"_s.arg(few), sizes.value.at(2), sizes.value.at(0), Row::Bar::Ratio,
+            growthLimit},
+        {u"screenshots of %1 elements / playwright"_s.arg(pictured), pictures.value.at(0),
+            pictures.value.at(1), Row::Bar::Ratio, pictureLimit},
+    };
+}
+
+} // namespace Ostrel::Bench
