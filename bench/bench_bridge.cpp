@@ -30,6 +30,7 @@ constexpr Benchmark benchmarks[] = {
     {"injection", measureInjection},
     {"session", measureSession},
     {"names", measureObjectNames},
+    {"typing", measureTyping},
 };
 
 std::vector<std::string> benchmarkNames()

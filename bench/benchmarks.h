@@ -18,6 +18,7 @@ struct Effort
     int loads = 60; ///< how often a page is loaded
     int sessions = 5; ///< how often a browser is started and ended
     int names = 200; ///< elements that are named in a round
+    int typings = 7; ///< how often a text is typed
 };
 
 /// One property of one element, read again and again: through a wrapper and from a script, against a client
@@ -37,5 +38,8 @@ FunctionCallResult<QList<Row>> measureSession(const Effort &effort);
 /// Objects by name: lookups and all children of an element against another library, and how the cost of
 /// names grows with the page against the growth of what the rules of naming force.
 FunctionCallResult<QList<Row>> measureObjectNames(const Effort &effort);
+
+/// A long text typed at full speed into a page that is being recorded against the same in a page that is not.
+FunctionCallResult<QList<Row>> measureTyping(const Effort &effort);
 
 } // namespace Ostrel::Bench
