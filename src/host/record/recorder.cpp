@@ -107,7 +107,7 @@ FunctionCallResult<void> Recorder::start(const QString &address)
     const FunctionCallResult<void> set = m_session->setPageVariable(u"window.__ostrel__recording"_s, true);
     if (set.failed())
         return set;
-    const QString opened = WebWrapper::addSchemeIfMissing(address);
+    const QString opened = completeAddress(address);
     m_logger.recordMethodCall(opened, "startBrowser", {}, nullptr);
     Q_EMIT changed();
     const CommandResult answer = m_session->activePage()->call(u"Page.navigate"_s, {{u"url"_s, opened}});

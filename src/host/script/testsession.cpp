@@ -49,6 +49,11 @@ bool hasOwnContent(const QString &address)
 
 } // namespace
 
+QString completeAddress(const QString &address)
+{
+    return hasOwnContent(address) ? address : addSchemeIfMissing(address);
+}
+
 void registerObjectModel()
 {
     static const bool registered = [] {
@@ -209,7 +214,7 @@ FunctionCallResult<void> TestSession::open(const QString &address)
     BrowserPage *page = activePage();
     if (!page)
         return Failure(u"Cannot open '%1': there is no open page."_s.arg(address));
-    return page->navigate(hasOwnContent(address) ? address : addSchemeIfMissing(address));
+    return page->navigate(completeAddress(address));
 }
 
 FunctionCallResult<HTML_Document *> TestSession::activeDocument() const

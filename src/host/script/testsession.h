@@ -40,6 +40,9 @@ struct SessionOptions
     QString servedDirectory;
 };
 
+/// The address that a user means by a text: "http://" stands in front where no scheme does.
+QString completeAddress(const QString &address);
+
 /// Registers the classes and functions of the object model with the framework, once in a process.
 void registerObjectModel();
 

@@ -7,6 +7,7 @@
 #include "ostrelhook/inspector.h"
 #include "ostrelhook/valueclasses.h"
 #include "wrappers/web/webevents.h"
+#include "wrappers/web/webutilities.h"
 
 #include "support/hostiletexts.h"
 #include "support/messagecapture.h"
@@ -182,7 +183,8 @@ protected:
         return event;
     }
 
-    static inline quint64 time = 1700000000000;
+    // Shortly before the texts that the logger makes itself, whose time is now.
+    static inline quint64 time = WebWrapper::now() - 1000;
     MessageCapture messages;
     RecordedScript script;
     RecordingLogger logger{&script};
