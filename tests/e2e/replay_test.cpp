@@ -594,6 +594,7 @@ TEST_F(Dialogs, AreToldToEventHandlers)
         log(errorOf(() => installEventHandler("Nothing", () => 1)));
     )js"_s),
         uR"js(a confirm opened
+dialogs.html is left
 installEventHandler: there is no event 'Nothing'. Events are AlertOpened, ConfirmOpened, PromptOpened, WindowOpened, BodyUnloaded.
 )js"_s);
 }
