@@ -136,6 +136,7 @@ FunctionCallResult<void> TestSession::preparePage(BrowserPage *page, Begun begun
     page->setConfig(&m_config);
     m_windows.add(page);
     m_dialogs.attend(page);
+    m_eventHandlers.attend(page);
     auto *carrier = new FetchCarrier(page, &m_channel, m_channelAddress);
     carrier->setParent(page);
     Injection injection = m_injection;
