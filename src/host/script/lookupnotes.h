@@ -5,8 +5,8 @@
 
 namespace Ostrel::Host {
 
-/// Hands the properties that did not match on to the framework, which holds them by name until the name is found.
-/// There is no recording here, so that nothing else comes of an event.
+/// Hands the properties that did not match on to the framework, which holds them by name until the name is
+/// found. There is no recording here, so that nothing else comes of an event.
 class LookupNotes : public WebWrapper::EventLogger
 {
 public:

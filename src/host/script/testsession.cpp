@@ -91,6 +91,11 @@ TestSession::TestSession(const SessionOptions &options, ResultSink &results)
         m_server = std::make_unique<StaticServer>(options.servedDirectory);
     connect(&m_channel, &PageChannel::debugLineLogged, this,
         [](const QString &line) { PROBELOG_TRACE("WebWrapper", line); });
+    // A recorder and a picker listen for themselves, and pages report no lookups to them.
+    connect(&m_channel, &PageChannel::eventLogged, this, [this](const QString &text) {
+        if (!Inspector::self()->isRecording() && !Inspector::self()->isPicking())
+            m_lookupNotes.logEvent(text);
+    });
     m_dialogs.attend(m_channel);
     registerFunctions();
 }

@@ -10,6 +10,7 @@
 #include "host/script/dialoganswers.h"
 #include "host/script/eventhandlers.h"
 #include "host/script/lookup.h"
+#include "host/script/lookupnotes.h"
 #include "host/script/replay.h"
 #include "host/script/verifications.h"
 #include "host/script/windowlist.h"
@@ -114,6 +115,7 @@ private:
     Injection m_injection;
     WindowList m_windows;
     Lookup m_lookup{&m_windows};
+    LookupNotes m_lookupNotes;
     Replay m_replay{&m_windows, &m_lookup};
     DialogAnswers m_dialogs{[this](const QString &line) { m_results.logged(line); }};
     EventHandlers m_eventHandlers{m_channel};
