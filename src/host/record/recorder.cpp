@@ -82,7 +82,8 @@ constexpr PlainVerdict plainVerdicts[] = {
 
 } // namespace
 
-Recorder::Recorder(TestSession *session) : m_session(session)
+Recorder::Recorder(TestSession *session)
+    : m_session(session), m_logger(&m_script, session->serverAddress().value)
 {
     static const bool once = (initWebEvents(), true);
     Q_UNUSED(once)

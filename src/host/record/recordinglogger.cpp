@@ -273,8 +273,8 @@ void RecordingLogger::recordMethodCall(
     const QString &objectName, const char *methodName, const ObjectList &arguments, const QTime *timestamp)
 {
     const QString method = QString::fromUtf8(methodName);
-    const QString line = statementText(method, objectName, withoutHiddenFolder(arguments));
-    if (line != statementText(method, objectName, arguments))
+    const QString line = statementText(method, objectName, withoutHiddenFolder(arguments), m_servedAt);
+    if (line != statementText(method, objectName, arguments, m_servedAt))
         m_script->remark(u"the browser hides the folder of the file"_s);
     // Typed text and contexts come on the way to the statement of an event.
     const bool isOfEvent = timestamp && method != "typeText"_L1;

@@ -42,6 +42,9 @@ TEST(StatementText, WritesEachKindOfArgument)
         statementText(u"chooseDate"_s, u"o"_s, {wrapDateTime(DateTime(QDate(2024, 2, 29), QTime(0, 0)))}),
         u"chooseDate(\"o\", \"2024-02-29\");"_s);
     EXPECT_EQ(statementText(u"answerConfirm"_s, {}, {value(true)}), u"answerConfirm(true);"_s);
+    EXPECT_EQ(statementText(u"startBrowser"_s, u"http://a/x?y"_s), u"startBrowser(\"http://a/x?y\");"_s);
+    EXPECT_EQ(statementText(u"startBrowser"_s, u"http://a:1/x?y"_s, {}, u"http://a:1/"_s),
+        u"startBrowser(serverAddress() + \"x?y\");"_s);
     EXPECT_EQ(statementText(u"answerPrompt"_s, {}), u"answerPrompt();"_s);
     EXPECT_EQ(statementText(u"startBrowser"_s, u"http://a/"_s), u"startBrowser(\"http://a/\");"_s);
 }
