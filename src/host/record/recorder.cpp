@@ -177,7 +177,8 @@ void Recorder::take(const QString &text)
 
 void Recorder::note(BrowserPage *page, const InputEvent &input)
 {
-    m_lastInputs.insert(page->targetId(), QDeadlineTimer(consequenceMs));
+    if (!input.isByPage)
+        m_lastInputs.insert(page->targetId(), QDeadlineTimer(consequenceMs));
     m_happenings.push_back({page->targetId(), input, {}, QDeadlineTimer(textLimitMs)});
     handleAll();
 }
@@ -299,10 +300,14 @@ void Recorder::handleInput(const Happening &happening)
 Verdict Recorder::judge(const Happening &happening)
 {
     const auto &[tab, input, act, limit] = happening;
+    if (input.isByPage) {
+        forgetText(tab, input.kind);
+        return {Verdict::Kind::LeftOut, u"the page does it, not the user"_s};
+    }
     if (input.kind == "keydown"_L1) {
         m_logger.noteKeyDown(tab, input);
         m_keyDown.insert(tab, input);
-    } else if (input.kind == "mousedown"_L1 || input.kind == "touchend"_L1) {
+    } else if (input.kind == "mousedown"_L1 || input.kind == "touchend"_L1 || input.isPress) {
         m_logger.notePress();
     } else if (input.kind == "click"_L1 || input.kind == "change"_L1) {
         m_keyDown.remove(tab);
@@ -339,6 +344,15 @@ Verdict Recorder::judge(const Happening &happening)
         return remark(u"not recorded: the key '%1' on %2"_s.arg(input.key, input.target));
     }
     return verdict;
+}
+
+/// The text of an event that the page has dispatched must not be taken for that of the user's next one.
+void Recorder::forgetText(const QString &tab, const QString &event)
+{
+    const auto text = std::find_if(m_texts.begin(), m_texts.end(),
+        [&](const PageText &candidate) { return candidate.tab == tab && candidate.event == event; });
+    if (text != m_texts.end())
+        m_texts.erase(text);
 }
 
 Verdict Recorder::remark(const QString &text)
