@@ -290,6 +290,56 @@ TEST_F(Keyboard, AtFullSpeedLosesNoCharacter)
         u"typeText(\"{visible='true' tagName='TEXTAREA' id='t'}\", \"%1\");"_s.arg(text));
 }
 
+using Presses = Recording;
+
+TEST_F(Presses, ThatThePageTakesByThePointerAreOfTheTruePointer)
+{
+    serve(u"pointer-a.html"_s,
+        "<div style='height:200px;overflow:auto'><p style='height:1000px'></p><button type='button' id='b' "
+        "style='width:100px;height:40px' onpointerdown='event.preventDefault()'>Do</button></div>");
+    record(server.url(u"pointer-a.html"_s));
+    TrustedUser user(page());
+
+    user.click(u"q('#b')"_s);
+
+    EXPECT_EQ(statements().mid(1),
+        QStringList{
+            u"nativeMouseClick(\"{visible='true' tagName='BUTTON' type='button' id='b' simplifiedInnerText='Do'}\", 50, 20, 1);"_s});
+}
+
+TEST_F(Presses, WithoutAClickAreNamedInTheScript)
+{
+    serve(u"pointer-b.html"_s,
+        "<button type='button' id='b' onpointerdown='event.preventDefault(); this.remove()'>Go</button>");
+    record(server.url(u"pointer-b.html"_s));
+    TrustedUser user(page());
+
+    user.click(u"q('#b')"_s);
+
+    EXPECT_TRUE(waitFor([&] {
+        return recorder->script().lines().contains(
+            u"// not recorded: a press on BUTTON#b, which the page takes for itself"_s);
+    }));
+}
+
+TEST_F(Presses, OfThePageItselfAreNoneOfTheUser)
+{
+    serve(u"page-a.html"_s,
+        "<form onsubmit='return false'><input type='submit' id='s' value='Send'></form>"
+        "<button type='button' id='b' onclick='document.getElementById(\"s\").click()'>Do</button>"
+        "<a id='l' href='#x'>On</a>");
+    record(server.url(u"page-a.html"_s));
+    TrustedUser user(page());
+
+    user.click(u"q('#b')"_s);
+    user.click(u"q('#l')"_s);
+
+    EXPECT_EQ(statements().mid(1),
+        (QStringList{
+            u"clickButton(\"{visible='true' tagName='BUTTON' type='button' id='b' simplifiedInnerText='Do'}\");"_s,
+            u"mouseClick(\"{visible='true' tagName='A' simplifiedInnerText='On' id='l'}\");"_s}));
+}
+
 using Unexpressed = Recording;
 
 TEST_F(Unexpressed, InputIsNamedInTheScript)

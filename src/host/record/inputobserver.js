@@ -12,6 +12,7 @@
     const longestName = 30;
     let lastWheel = -wheelPauseMs;
     let isPressWanted = false; // whether the pointer went down and no press has followed yet
+    let pressed = ""; // what it went down on
     let endHover = function () {}; // stops looking for an answer of the page to the last hover
 
     function targetOf(event) {
@@ -76,6 +77,19 @@
     // Pages can take the pointer's own event, after which no press follows but a click.
     listen("pointerdown", function (event) {
         isPressWanted = event.button === 0 && event.pointerType === "mouse";
+        pressed = describe(targetOf(event));
+    });
+
+    // There is no click either where the page has put something else below the pointer.
+    listen("pointerup", function (event) {
+        if (isPressWanted) {
+            setTimeout(function () {
+                if (isPressWanted) {
+                    isPressWanted = false;
+                    tell(event, { target: pressed });
+                }
+            }, 0);
+        }
     });
 
     for (const type of ["mousedown", "mouseup", "click", "dblclick", "contextmenu", "touchend", "dragstart"]) {

@@ -73,6 +73,8 @@ struct PlainVerdict
 
 constexpr PlainVerdict plainVerdicts[] = {
     {"mouseup"_L1, Verdict::Kind::Merged, u"the press has told it"},
+    {"pointerup"_L1, Verdict::Kind::Remarked,
+        u"not recorded: a press on %1, which the page takes for itself"},
     {"contextmenu"_L1, Verdict::Kind::Merged, u"the press of the right button has told it"},
     {"keydown"_L1, Verdict::Kind::Merged, u"the release of the key tells it"},
     {"hover"_L1, Verdict::Kind::Remarked, u"not recorded: the pointer over %1, by which the page changed"},
