@@ -63,6 +63,7 @@ int main(int argc, char **argv)
         ->capture_default_str();
     commandLine.add_option("--screenshots", effort.screenshots, "Elements that get a picture")
         ->capture_default_str();
+    commandLine.add_option("--typings", effort.typings, "Rounds of typing")->capture_default_str();
     commandLine.add_option("--names", effort.names, "Names in a round")->capture_default_str();
     CLI11_PARSE(commandLine, argc, argv);
 

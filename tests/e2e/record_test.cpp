@@ -2,8 +2,7 @@
 // once must not lose, what a page cannot forge, and picking.
 #include "host/record/picker.h"
 #include "host/record/recorder.h"
-#include "host/staticserver.h"
-#include "trusteduser.h"
+#include "recording.h"
 
 #include "support/printers.h"
 #include "support/waitfor.h"
@@ -21,88 +20,6 @@ using namespace Ostrel::Test;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-const QString goldenFile = QStringLiteral(PAGEPROBE_SOURCE_DIR "/tests/data/recordings/shop-visit.js");
-
-/// Compares with a kept file, or writes it when PAGEPROBE_UPDATE is set. The difference is reviewed like
-/// code.
-void compareWithKept(const QString &fileName, const QString &text)
-{
-    QFile file(fileName);
-    if (qEnvironmentVariableIsSet("PAGEPROBE_UPDATE")) {
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << qPrintable(fileName);
-        file.write(text.toUtf8());
-        return;
-    }
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(fileName);
-    const QStringList found = text.split(u'\n');
-    const QStringList kept = QString::fromUtf8(file.readAll()).split(u'\n');
-    for (qsizetype i = 0; i < qMax(found.size(), kept.size()); ++i)
-        ASSERT_EQ(found.value(i), kept.value(i)) << "line " << i + 1;
-}
-
-class Recording : public testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        auto started = TestSession::start({});
-        ASSERT_FALSE(started.failed()) << qPrintable(started.error);
-        session = std::move(started.value);
-        recorder = std::make_unique<Recorder>(session.get());
-        QObject::connect(recorder.get(), &Recorder::explained, recorder.get(),
-            [this](const QString &line) { explanations.append(line); });
-    }
-    void TearDown() override
-    {
-        recorder.reset();
-        session.reset();
-        if (HasFailure() || qEnvironmentVariableIsSet("PAGEPROBE_EXPLAIN")) {
-            for (const QString &line : explanations)
-                fprintf(stderr, "%s\n", qPrintable(line));
-        }
-    }
-
-    void serve(const QString &name, const QByteArray &content)
-    {
-        QFile file(folder.filePath(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
-    }
-    void record(const QString &address)
-    {
-        const auto opened = recorder->start(address);
-        ASSERT_FALSE(opened.failed()) << qPrintable(opened.error);
-        ASSERT_TRUE(
-            waitUntil(page(), u"location.href !== 'about:blank' && document.readyState === 'complete'"_s));
-    }
-    /// The statements behind the start, once all has been handled.
-    QStringList statements()
-    {
-        EXPECT_TRUE(waitFor([this] { return recorder->isSettled(); }));
-        recorder->finish();
-        return recorder->script().lines().mid(1);
-    }
-    BrowserPage *page() const { return session->activePage(); }
-    bool settle()
-    {
-        return waitFor([this] { return recorder->isSettled(); });
-    }
-    /// The window that opened last, once its document is there.
-    BrowserPage *newWindow(int count)
-    {
-        EXPECT_TRUE(waitFor([&] { return session->browser()->pages().size() == count; }));
-        BrowserPage *opened = session->browser()->pages().constLast();
-        EXPECT_TRUE(waitUntil(opened, u"document.readyState === 'complete'"_s));
-        return opened;
-    }
-
-    QTemporaryDir folder;
-    StaticServer server{folder.path()};
-    std::unique_ptr<TestSession> session;
-    std::unique_ptr<Recorder> recorder;
-    QStringList explanations;
-};
 
 using ShopVisit = Recording;
 
@@ -243,7 +160,8 @@ TEST_F(ShopVisit, IsTheScriptThatAPersonExpects)
 
     QString script = (static_cast<void>(statements()), recorder->script().text());
     script.replace(u"127.0.0.1:%1"_s.arg(shop.port()), u"127.0.0.1:PORT"_s);
-    compareWithKept(goldenFile, script);
+    compareWithKept(recordingFile(u"shop-visit.js"_s), script);
+    compareWithKept(recordingFile(u"shop-visit.state.json"_s), stateOf(page(), shopState()));
     EXPECT_EQ(explanations.filter(u"the page has sent nothing"_s), QStringList());
     EXPECT_EQ(explanations.filter(u"the user did nothing of the kind"_s), QStringList());
     EXPECT_GE(user.actions(), 60);
@@ -370,6 +288,56 @@ TEST_F(Keyboard, AtFullSpeedLosesNoCharacter)
 
     EXPECT_EQ(statements().constLast(),
         u"typeText(\"{visible='true' tagName='TEXTAREA' id='t'}\", \"%1\");"_s.arg(text));
+}
+
+using Presses = Recording;
+
+TEST_F(Presses, ThatThePageTakesByThePointerAreOfTheTruePointer)
+{
+    serve(u"pointer-a.html"_s,
+        "<div style='height:200px;overflow:auto'><p style='height:1000px'></p><button type='button' id='b' "
+        "style='width:100px;height:40px' onpointerdown='event.preventDefault()'>Do</button></div>");
+    record(server.url(u"pointer-a.html"_s));
+    TrustedUser user(page());
+
+    user.click(u"q('#b')"_s);
+
+    EXPECT_EQ(statements().mid(1),
+        QStringList{
+            u"nativeMouseClick(\"{visible='true' tagName='BUTTON' type='button' id='b' simplifiedInnerText='Do'}\", 50, 20, 1);"_s});
+}
+
+TEST_F(Presses, WithoutAClickAreNamedInTheScript)
+{
+    serve(u"pointer-b.html"_s,
+        "<button type='button' id='b' onpointerdown='event.preventDefault(); this.remove()'>Go</button>");
+    record(server.url(u"pointer-b.html"_s));
+    TrustedUser user(page());
+
+    user.click(u"q('#b')"_s);
+
+    EXPECT_TRUE(waitFor([&] {
+        return recorder->script().lines().contains(
+            u"// not recorded: a press on BUTTON#b, which the page takes for itself"_s);
+    }));
+}
+
+TEST_F(Presses, OfThePageItselfAreNoneOfTheUser)
+{
+    serve(u"page-a.html"_s,
+        "<form onsubmit='return false'><input type='submit' id='s' value='Send'></form>"
+        "<button type='button' id='b' onclick='document.getElementById(\"s\").click()'>Do</button>"
+        "<a id='l' href='#x'>On</a>");
+    record(server.url(u"page-a.html"_s));
+    TrustedUser user(page());
+
+    user.click(u"q('#b')"_s);
+    user.click(u"q('#l')"_s);
+
+    EXPECT_EQ(statements().mid(1),
+        (QStringList{
+            u"clickButton(\"{visible='true' tagName='BUTTON' type='button' id='b' simplifiedInnerText='Do'}\");"_s,
+            u"mouseClick(\"{visible='true' tagName='A' simplifiedInnerText='On' id='l'}\");"_s}));
 }
 
 using Unexpressed = Recording;

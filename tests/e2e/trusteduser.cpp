@@ -24,6 +24,11 @@ function frameDocument(path) {
 }
 function inFrame(path, selector) { return q(selector, frameDocument(path)); }
 function inShadow(host, selector) { return q(selector, q(host).shadowRoot); }
+function withText(selector, text) {
+    return Array.from(document.querySelectorAll(selector)).find(function (element) {
+        return element.textContent.trim() === text && element.getClientRects().length > 0;
+    });
+}
 )"_s;
 
 struct Key

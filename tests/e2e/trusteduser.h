@@ -8,7 +8,8 @@
 namespace Ostrel::Test {
 
 /// Elements are named by expressions of the page, in which `q(selector)`, `inFrame(frame, selector)` and
-/// `inShadow(host, selector)` find one; frames are named by their ids, "outer/inner".
+/// `inShadow(host, selector)` find one; frames are named by their ids, "outer/inner". `withText(selector,
+/// text)` finds the first that is shown with this text.
 class TrustedUser
 {
 public:

@@ -21,6 +21,10 @@ struct InputEvent
     bool isCheck = false; ///< the change of a box that is told by its click
     bool isTaken = false; ///< the browser itself does something with the key
     int button = 0;
+    bool isPress = false; ///< the click of a press of which the page has kept the browser from telling
+    int scrolledX = 0; ///< of such a press: how far the parts of the page around it are scrolled
+    int scrolledY = 0;
+    bool isByPage = false; ///< the page itself has dispatched it
 
     bool operator==(const InputEvent &) const = default;
 };

@@ -6,10 +6,14 @@
     const textTypes = ["text", "email", "number", "url", "tel", "password", "search"];
     const toldBySelf = ["select-one", "select-multiple", "file"];
     const values = new WeakMap(); // what text fields held before the key that is down
+    const entered = new WeakMap(); // what they held when the user last put something in, by whatever means
+    const synthetic = ["mousedown", "click"]; // what pages like to dispatch as if a user had done it
     const wheelPauseMs = 500;
     const longestName = 30;
     let lastWheel = -wheelPauseMs;
     let pointer = ""; // where the pointer was last
+    let isPressWanted = false; // whether the pointer went down and no press has followed yet
+    let pressed = ""; // what it went down on
     let endHover = function () {}; // stops looking for an answer of the page to the last hover
 
     function placeOf(event) {
@@ -45,6 +49,18 @@
         return name ? element.tagName + " '" + name + "'" : element.tagName;
     }
 
+    // How far what holds the element is scrolled, the page itself left out. Page texts do not count with that.
+    function scrolledBy(element) {
+        const by = { scrolledX: 0, scrolledY: 0 };
+        for (let node = element; node; node = node.parentNode || node.host) {
+            if (node.scrollTop !== undefined && node !== document.scrollingElement) {
+                by.scrolledX += node === element ? 0 : node.scrollLeft;
+                by.scrolledY += node === element ? 0 : node.scrollTop;
+            }
+        }
+        return by;
+    }
+
     function tell(event, more) {
         const element = targetOf(event);
         globalThis.__pageprobeInput(JSON.stringify(Object.assign({
@@ -63,11 +79,48 @@
         }, { capture: true, passive: true });
     }
 
+    // Pages can take the pointer's own event, after which no press follows but a click.
+    listen("pointerdown", function (event) {
+        isPressWanted = event.button === 0 && event.pointerType === "mouse";
+        pressed = describe(targetOf(event));
+    });
+
+    // There is no click either where the page has put something else below the pointer.
+    listen("pointerup", function (event) {
+        if (isPressWanted) {
+            setTimeout(function () {
+                if (isPressWanted) {
+                    isPressWanted = false;
+                    tell(event, { target: pressed });
+                }
+            }, 0);
+        }
+    });
+
     for (const type of ["mousedown", "mouseup", "click", "dblclick", "contextmenu", "touchend", "dragstart"]) {
         listen(type, function (event) {
-            tell(event, { button: event.button || 0 });
+            const isPress = type === "click" && isPressWanted;
+            tell(event, Object.assign({ button: event.button || 0, isPress: isPress },
+                isPress ? scrolledBy(targetOf(event)) : {}));
+            isPressWanted = false;
         });
     }
+
+    // Texts are sent of these, too.
+    for (const type of synthetic) {
+        window.addEventListener(type, function (event) {
+            if (!event.isTrusted) {
+                tell(event, { isByPage: true });
+            }
+        }, { capture: true, passive: true });
+    }
+
+    listen("input", function (event) {
+        const element = targetOf(event);
+        if (isTextField(element)) {
+            entered.set(element, element.value);
+        }
+    });
 
     listen("focusin", function (event) {
         const element = targetOf(event);
@@ -96,7 +149,9 @@
         tell(event, {
             isTold: told,
             isCheck: element.type === "checkbox" || element.type === "radio",
-            changed: isTextField(element) && values.get(element) !== element.value,
+            // A value that the page has put in is none of the user's.
+            changed: isTextField(element) && values.get(element) !== element.value &&
+                entered.get(element) === element.value,
             value: String(element.value),
         });
         if (isTextField(element)) {

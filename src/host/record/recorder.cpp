@@ -73,6 +73,8 @@ struct PlainVerdict
 
 constexpr PlainVerdict plainVerdicts[] = {
     {"mouseup"_L1, Verdict::Kind::Merged, u"the press has told it"},
+    {"pointerup"_L1, Verdict::Kind::Remarked,
+        u"not recorded: a press on %1, which the page takes for itself"},
     {"contextmenu"_L1, Verdict::Kind::Merged, u"the press of the right button has told it"},
     {"keydown"_L1, Verdict::Kind::Merged, u"the release of the key tells it"},
     {"hover"_L1, Verdict::Kind::Remarked, u"not recorded: the pointer over %1, by which the page changed"},
@@ -178,7 +180,8 @@ void Recorder::take(const QString &text)
 
 void Recorder::note(BrowserPage *page, const InputEvent &input)
 {
-    m_lastInputs.insert(page->targetId(), QDeadlineTimer(consequenceMs));
+    if (!input.isByPage)
+        m_lastInputs.insert(page->targetId(), QDeadlineTimer(consequenceMs));
     m_happenings.push_back({page->targetId(), input, {}, QDeadlineTimer(textLimitMs)});
     handleAll();
 }
@@ -300,10 +303,14 @@ void Recorder::handleInput(const Happening &happening)
 Verdict Recorder::judge(const Happening &happening)
 {
     const auto &[tab, input, act, limit] = happening;
+    if (input.isByPage) {
+        forgetText(tab, input.kind);
+        return {Verdict::Kind::LeftOut, u"the page does it, not the user"_s};
+    }
     if (input.kind == "keydown"_L1) {
         m_logger.noteKeyDown(tab, input);
         m_keyDown.insert(tab, input);
-    } else if (input.kind == "mousedown"_L1 || input.kind == "touchend"_L1) {
+    } else if (input.kind == "mousedown"_L1 || input.kind == "touchend"_L1 || input.isPress) {
         m_logger.notePress();
     } else if (input.kind == "click"_L1 || input.kind == "change"_L1) {
         m_keyDown.remove(tab);
@@ -340,6 +347,15 @@ Verdict Recorder::judge(const Happening &happening)
         return remark(u"not recorded: the key '%1' on %2"_s.arg(input.key, input.target));
     }
     return verdict;
+}
+
+/// The text of an event that the page has dispatched must not be taken for that of the user's next one.
+void Recorder::forgetText(const QString &tab, const QString &event)
+{
+    const auto text = std::find_if(m_texts.begin(), m_texts.end(),
+        [&](const PageText &candidate) { return candidate.tab == tab && candidate.event == event; });
+    if (text != m_texts.end())
+        m_texts.erase(text);
 }
 
 Verdict Recorder::remark(const QString &text)

@@ -74,6 +74,7 @@ private:
     bool handleFirst();
     void handleInput(const Happening &happening);
     Verdict judge(const Happening &happening);
+    void forgetText(const QString &tab, const QString &event);
     Verdict remark(const QString &text);
     void forgetTextsWithoutInput();
     void waitForMore();

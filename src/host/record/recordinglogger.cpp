@@ -44,6 +44,11 @@ ObjectList withoutHiddenFolder(ObjectList arguments)
     return arguments;
 }
 
+SharedPtr<Object> wrapped(int number)
+{
+    return Inspector::self()->createPrimitive(number);
+}
+
 } // namespace
 
 QString Verdict::text() const
@@ -129,12 +134,19 @@ bool RecordingLogger::isClickOfTheKeyboard(const QMap<QString, QString> &data) c
     return is(data, "click"_L1) && m_byKeyboard && data.value(u"type"_s) != "submit"_L1;
 }
 
+/// The click of a press that the page has kept from becoming one.
+bool RecordingLogger::isClickOfThePointer(const QMap<QString, QString> &data) const
+{
+    return is(data, "click"_L1) && m_input.isPress;
+}
+
 Verdict RecordingLogger::handle(const QString &text, const InputEvent &input)
 {
     m_text = text;
     m_input = input;
     m_statements.clear();
     m_ruled.reset();
+    m_pointer.clear();
     logEvent(text);
     if (!m_statements.isEmpty())
         return {Verdict::Kind::Statement, m_statements.join(u' ')};
@@ -165,18 +177,37 @@ bool RecordingLogger::compressedNonRecordingEventData(
             m_submitByKey = false;
         return true;
     }
-    if (isClickOfTheKeyboard(data)) {
-        // Handled right behind this text.
-        EventLogger::logEvent(QString(m_text).replace("&event=click"_L1, "&event=mousedown"_L1));
+    if (isClickOfTheKeyboard(data) || isClickOfThePointer(data)) {
+        // Handled right behind this text. Whoever takes the pointer's own event reacts to it.
+        constexpr int primaryButton = 1;
+        m_pointer = isClickOfThePointer(data)
+            ? ObjectList{wrapped(data.value(u"x"_s).toInt() + m_input.scrolledX),
+                wrapped(data.value(u"y"_s).toInt() + m_input.scrolledY), wrapped(primaryButton)}
+            : ObjectList();
+        EventLogger::logEvent(QString(m_text).replace("&event=click"_L1,
+            m_pointer.isEmpty() ? "&event=mousedown"_L1 : "&event=mousedown&clickHandler"_L1));
         return true;
     }
     return EventLogger::compressedNonRecordingEventData(objectName, data);
+}
+
+/// The text of a field with its lines, which the event logger puts into one.
+ObjectList RecordingLogger::withLines(const QString &objectName, const ObjectList &arguments) const
+{
+    const QString value = m_linesOf.value(objectName);
+    const bool isOfField = !value.isEmpty() && !arguments.isEmpty()
+        && arguments.first()->toQString() == QString(value).replace(u'\n', u' ');
+    return isOfField ? ObjectList{Inspector::self()->createPrimitive(value)} : arguments;
 }
 
 void RecordingLogger::rememberField(const QString &objectName, const QMap<QString, QString> &data)
 {
     m_fields.insert(data.value(u"tabId"_s),
         {objectName, data.value(u"type"_s), data.value(u"context"_s), data.value(u"value"_s)});
+    if (data.value(u"value"_s).contains(u'\n'))
+        m_linesOf.insert(objectName, data.value(u"value"_s));
+    else
+        m_linesOf.remove(objectName);
 }
 
 void RecordingLogger::noteKeyDown(const QString &tab, const InputEvent &input)
@@ -270,9 +301,15 @@ void RecordingLogger::recordAnswer(const QString &method, const ObjectList &argu
 }
 
 void RecordingLogger::recordMethodCall(
-    const QString &objectName, const char *methodName, const ObjectList &arguments, const QTime *timestamp)
+    const QString &objectName, const char *methodName, const ObjectList &given, const QTime *timestamp)
 {
-    const QString method = QString::fromUtf8(methodName);
+    const QString named = QString::fromUtf8(methodName);
+    // Only the true pointer sends the event that the page has taken.
+    const bool isOfPointer = !m_pointer.isEmpty() && (named == "mouseClick"_L1 || named == "clickButton"_L1);
+    const QString method = isOfPointer ? u"nativeMouseClick"_s : named;
+    const ObjectList arguments = isOfPointer ? m_pointer
+        : method == "typeText"_L1            ? withLines(objectName, given)
+                                             : given;
     const QString line = statementText(method, objectName, withoutHiddenFolder(arguments), m_servedAt);
     if (line != statementText(method, objectName, arguments, m_servedAt))
         m_script->remark(u"the browser hides the folder of the file"_s);

@@ -66,7 +66,7 @@ public:
     /// A field has changed in another way than by keys, such as by its arrows.
     Verdict noteChange(const QString &tab, const InputEvent &input);
 
-    void recordMethodCall(const QString &objectName, const char *methodName, const ObjectList &arguments,
+    void recordMethodCall(const QString &objectName, const char *methodName, const ObjectList &given,
         const QTime *timestamp) override;
     void addUnmatchedProperty(const QString &objectName, const QString &property) override;
     void removeUnmatchedProperties(const QString &objectName) override;
@@ -98,6 +98,8 @@ private:
     bool isReturnOfASubmit(const QMap<QString, QString> &data) const;
     bool isKeyWithoutText(const QMap<QString, QString> &data) const;
     bool isClickOfTheKeyboard(const QMap<QString, QString> &data) const;
+    bool isClickOfThePointer(const QMap<QString, QString> &data) const;
+    ObjectList withLines(const QString &objectName, const ObjectList &arguments) const;
 
     void rememberField(const QString &objectName, const QMap<QString, QString> &data);
     void logKey(const Field &field, const QString &tab, int keyCode, const QString &value);
@@ -116,7 +118,9 @@ private:
     QString m_pressed; ///< the object of the last press that is recorded
     QStringList m_statements; ///< of the text that is being handled
     std::optional<Verdict> m_ruled;
+    ObjectList m_pointer; ///< where the pointer pressed, for a page that takes the pointer's own event
     QHash<QString, Field> m_fields; ///< by tab
+    QHash<QString, QString> m_linesOf; ///< the text of each field that has several lines
     QHash<QString, InputEvent> m_keys; ///< the key of each tab that is down
 };
 

@@ -14,7 +14,7 @@ clickButton("{visible='true' tagName='BUTTON' type='button' id='wish-vassel-teap
 clickButton("{visible='true' tagName='BUTTON' type='button' simplifiedInnerText='Add to cart'}");
 mouseClick("{visible='true' tagName='A' id='picture-pellow-mug'}");
 waitForContextExists("product.html");
-clickButton("{container={visible='true' tagName='RATING-WIDGET' id='rating'} visible='true' tagName='BUTTON' type='button' simplifiedInnerText='★'}");
+clickButton("{container={visible='true' tagName='RATING-WIDGET' id='rating'} visible='true' tagName='BUTTON' type='button' simplifiedInnerText='★' occurrence='4'}");
 clickButton("{visible='true' tagName='INPUT' name='wrapping' type='radio' form='choice' value='paper'}");
 setFocus("{visible='true' tagName='INPUT' name='quantity' type='number' id='quantity' form='choice'}");
 typeText("{visible='true' tagName='INPUT' name='quantity' type='number' id='quantity' form='choice'}", "3");
@@ -79,7 +79,7 @@ clickButton("{visible='true' tagName='INPUT' name='method' type='radio' form='ch
 clickButton("{visible='true' tagName='INPUT' name='method' type='radio' form='checkout' value='pickup'}");
 setFocus("{visible='true' tagName='TEXTAREA' name='note' id='note'}");
 typeText("{visible='true' tagName='TEXTAREA' name='note' id='note'}", "The blue");
-typeText("{visible='true' tagName='TEXTAREA' name='note' id='note'}", "The blue door");
+typeText("{visible='true' tagName='TEXTAREA' name='note' id='note'}", "The blue\ndoor");
 clickButton("{visible='true' tagName='BUTTON' type='button' id='check' simplifiedInnerText='Check my entries'}");
 clickButton("{visible='true' tagName='INPUT' name='terms' type='checkbox' id='terms' form='checkout' value='yes'}");
 clickButton("{visible='true' tagName='INPUT' name='go' type='submit' id='place-order' form='checkout' value='Place order'}");

@@ -1,0 +1,23 @@
+// Recorded by pageprobe. Run it with: pageprobe run FILE
+startBrowser("http://127.0.0.1:PORT/tests/e2e/toolkits/bootstrap.html");
+waitForContextExists("bootstrap.html");
+clickButton("{visible='true' tagName='BUTTON' type='button' simplifiedInnerText='New ticket'}");
+setFocus("{visible='true' tagName='INPUT' name='subject' type='text' id='subject' form='ticket-form'}");
+typeText("{visible='true' tagName='INPUT' name='subject' type='text' id='subject' form='ticket-form'}", "Lamp is dark");
+selectOption("{visible='true' tagName='SELECT' name='owner' type='select-one' id='owner' form='ticket-form'}", "Bertil");
+clickButton("{visible='true' tagName='BUTTON' type='submit' id='create' form='ticket-form' simplifiedInnerText='Create'}");
+clickButton("{visible='true' tagName='BUTTON' type='submit' simplifiedInnerText='Close' occurrence='2'}");
+mouseClick("{visible='true' tagName='A' simplifiedInnerText='Reports'}");
+mouseClick("{visible='true' tagName='A' simplifiedInnerText='Monthly'}");
+clickButton("{visible='true' tagName='BUTTON' type='button' id='settings-tab' simplifiedInnerText='Settings'}");
+setFocus("{visible='true' tagName='INPUT' name='mail' type='email' id='mail' form='settings-form'}");
+typeText("{visible='true' tagName='INPUT' name='mail' type='email' id='mail' form='settings-form'}", "desk@example.org");
+clickButton("{visible='true' tagName='INPUT' name='dark' type='checkbox' id='dark' form='settings-form' value='on'}");
+clickButton("{visible='true' tagName='INPUT' name='density' type='radio' id='dense' form='settings-form' value='dense'}");
+setFocus("{visible='true' tagName='TEXTAREA' name='signature' id='signature'}");
+typeText("{visible='true' tagName='TEXTAREA' name='signature' id='signature'}", "The desk");
+clickButton("{visible='true' tagName='BUTTON' type='submit' form='settings-form' simplifiedInnerText='Save'}");
+clickButton("{visible='true' tagName='BUTTON' type='button' simplifiedInnerText='How long are tickets kept?'}");
+setFocus("{visible='true' tagName='INPUT' name='q' type='search' form='search'}");
+typeText("{visible='true' tagName='INPUT' name='q' type='search' form='search'}", "chair");
+clickButton("{visible='true' tagName='BUTTON' type='submit' form='search' simplifiedInnerText='Search'}");

@@ -1,0 +1,22 @@
+// Recorded by pageprobe. Run it with: pageprobe run FILE
+startBrowser("http://127.0.0.1:PORT/tests/e2e/toolkits/dijit.html");
+waitForContextExists("dijit.html");
+setFocus("{visible='true' tagName='INPUT' name='surname' type='text' id='surname' form='reader'}");
+typeText("{visible='true' tagName='INPUT' name='surname' type='text' id='surname' form='reader'}", "Marrow");
+mouseClick("DOCUMENT.HTML1.BODY1.DIV2.DIV3.DIV1.DIV1.FORM1.P3.DIV1.DIV1.DIV1.DIV1", 11, 6);
+nativeMouseClick("{visible='true' tagName='INPUT' type='text' form='reader' occurrence='5'}", 9, 11, 1);
+mouseClick("{visible='true' tagName='DIV' id='branch_popup2'}", 119, 12);
+clickButton("{visible='true' tagName='INPUT' name='letters' type='checkbox' id='letters' form='reader' value='yes'}");
+clickButton("{visible='true' tagName='INPUT' name='age' type='radio' id='child' form='reader' value='child'}");
+setFocus("{visible='true' tagName='TEXTAREA' name='notes' id='notes'}");
+typeText("{visible='true' tagName='TEXTAREA' name='notes' id='notes'}", "Reads at night");
+mouseClick("{visible='true' tagName='SPAN' id='save_label'}", 25, -227);
+mouseClick("{visible='true' tagName='SPAN' id='lock_label'}", 23, -227);
+mouseClick("{visible='true' tagName='SPAN' id='ask_label'}", 32, -227);
+mouseClick("{visible='true' tagName='SPAN' id='dijit_form_Button_0_label'}", 32, 11);
+mouseClick("{visible='true' tagName='SPAN' id='pages_tablist_dijit_layout_ContentPane_0'}", 32, 10);
+mouseClick("{visible='true' tagName='SPAN' id='dijit__TreeNode_5_label'}", 24, -50);
+mouseClick("{visible='true' tagName='SPAN' id='dijit_PopupMenuBarItem_0_text'}", 23, 9);
+mouseClick("{visible='true' tagName='TD' id='dijit_MenuItem_0_text'}", 31, 13);
+mouseClick("{visible='true' tagName='SPAN' id='pages_tablist_dijit_layout_ContentPane_1'}", 23, 10);
+nativeMouseClick("DOCUMENT.HTML1.BODY1.DIV2.DIV3.DIV3.DIV1.TABLE1.TBODY1.TR2.TD3.DIV1.DIV2", 106, 2, 1);

@@ -1,0 +1,21 @@
+// Recorded by pageprobe. Run it with: pageprobe run FILE
+startBrowser("http://127.0.0.1:PORT/tests/e2e/toolkits/jquery-ui.html");
+waitForContextExists("jquery-ui.html");
+setFocus("{visible='true' tagName='INPUT' name='room' type='text' id='room' form='book'}");
+typeText("{visible='true' tagName='INPUT' name='room' type='text' id='room' form='book'}", "b");
+mouseClick("{visible='true' tagName='DIV' id='ui-id-19'}", 104, 13);
+setFocus("{visible='true' tagName='INPUT' name='day' type='text' id='day' form='book'}");
+mouseClick("{visible='true' tagName='A' simplifiedInnerText='20' occurrence='2'}");
+mouseClick("DOCUMENT.HTML1.BODY1.DIV1.FORM1.P4.SPAN1.A1", 10, 11);
+mouseClick("DOCUMENT.HTML1.BODY1.DIV1.FORM1.P4.SPAN1.A1", 10, 11);
+mouseClick("{visible='true' tagName='SPAN' simplifiedInnerText='Meeting' occurrence='2'}", 64, 11);
+mouseClick("{visible='true' tagName='DIV' id='ui-id-23'}", 79, 13);
+clickButton("{visible='true' tagName='INPUT' name='coffee' type='checkbox' id='coffee' form='book' value='on'}");
+clickButton("{visible='true' tagName='BUTTON' type='submit' id='reserve' form='book' simplifiedInnerText='Reserve'}");
+clickButton("{visible='true' tagName='BUTTON' type='button' simplifiedInnerText='Reserve'}");
+mouseClick("{visible='true' tagName='A' simplifiedInnerText='Wishes' id='ui-id-8'}");
+mouseClick("{visible='true' tagName='DIV' id='warmth'}", 908, 8);
+mouseClick("{visible='true' tagName='A' simplifiedInnerText='Rules' id='ui-id-9'}");
+mouseClick("{visible='true' tagName='H3' id='ui-id-12'}", 606, 19);
+mouseClick("{visible='true' tagName='DIV' id='ui-id-6'}", 97, 13);
+mouseClick("{visible='true' tagName='A' simplifiedInnerText='7'}");

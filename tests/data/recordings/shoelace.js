@@ -1,0 +1,20 @@
+// Recorded by pageprobe. Run it with: pageprobe run FILE
+startBrowser("http://127.0.0.1:PORT/tests/e2e/toolkits/shoelace.html");
+waitForContextExists("shoelace.html");
+setFocus("{container={visible='true' tagName='SL-INPUT' name='title'} visible='true' tagName='INPUT' name='title' type='text' id='input'}");
+typeText("{container={visible='true' tagName='SL-INPUT' name='title'} visible='true' tagName='INPUT' name='title' type='text' id='input'}", "Kitchen bed");
+mouseClick("DOCUMENT.HTML1.BODY1.SL-TAB-GROUP1.SL-TAB-PANEL1.FORM1.SL-SELECT1.SHADOW_ROOT.DIV1.DIV1.SL-POPUP1.DIV1", 632, 9);
+mouseClick("DOCUMENT.HTML1.BODY1.SL-TAB-GROUP1.SL-TAB-PANEL1.FORM1.SL-SELECT1.SL-OPTION3.SHADOW_ROOT.DIV1.SLOT2", 604, 1);
+setFocus("{container={visible='true' tagName='SL-TEXTAREA' name='notes'} visible='true' tagName='TEXTAREA' name='notes' id='input'}");
+typeText("{container={visible='true' tagName='SL-TEXTAREA' name='notes'} visible='true' tagName='TEXTAREA' name='notes' id='input'}", "In the shade");
+mouseClick("DOCUMENT.HTML1.BODY1.SL-TAB-GROUP1.SL-TAB-PANEL1.FORM1.SL-CHECKBOX1.SHADOW_ROOT.DIV1.LABEL1.DIV1.SLOT1", 47, 502);
+mouseClick("DOCUMENT.HTML1.BODY1.SL-TAB-GROUP1.SL-TAB-PANEL1.FORM1.SL-SWITCH1.SHADOW_ROOT.DIV1.LABEL1.DIV1.SLOT1", 182, 502);
+mouseClick("DOCUMENT.HTML1.BODY1.SL-TAB-GROUP1.SL-TAB-PANEL1.FORM1.SL-RADIO-GROUP1.SL-RADIO1", 632, 9);
+mouseClick("DOCUMENT.HTML1.BODY1.SL-TAB-GROUP1.SL-TAB-PANEL1.FORM1.SL-BUTTON1.SHADOW_ROOT.BUTTON1.SLOT2", 33, 18);
+mouseClick("DOCUMENT.HTML1.BODY1.SL-TAB-GROUP1.SL-TAB2.SHADOW_ROOT.DIV1.SLOT1", 116, 104);
+mouseClick("DOCUMENT.HTML1.BODY1.SL-TAB-GROUP1.SL-TAB-PANEL2.SL-TREE1.SL-TREE-ITEM1.SL-TREE-ITEM1.SHADOW_ROOT.DIV1.DIV1", 632, 15);
+mouseClick("DOCUMENT.HTML1.BODY1.SL-TAB-GROUP1.SL-TAB3.SHADOW_ROOT.DIV1.SLOT1", 196, 104);
+mouseClick("{container={visible='true' tagName='SL-DETAILS' occurrence='2'} visible='true' tagName='SLOT' name='summary'}", 615, 9);
+mouseClick("DOCUMENT.HTML1.BODY1.SL-DROPDOWN1.SL-BUTTON1.SHADOW_ROOT.BUTTON1.SLOT2", 44, 19);
+mouseClick("DOCUMENT.HTML1.BODY1.SL-DROPDOWN1.SL-MENU1.SL-MENU-ITEM3.SHADOW_ROOT.DIV1.SLOT2", 54, 3);
+mouseClick("DOCUMENT.HTML1.BODY1.SL-DIALOG1.SL-BUTTON2.SHADOW_ROOT.BUTTON1.SLOT2", 7, 8);
