@@ -293,9 +293,7 @@ TEST_P(ToolkitReplay, LeavesThePageAsTheUserDid)
     QString script = recorder->script().text();
     script.replace(files.host(), u"127.0.0.1:PORT"_s);
     const QString name = QString::fromLatin1(GetParam().name);
-    // Which remarks there are on the pointer depends on what moves below it.
-    static const QRegularExpression hover(u"// not recorded: the pointer over .*\n"_s);
-    script.remove(hover);
+    script = withoutHovers(script);
     compareWithKept(recordingFile(name + u".js"_s), script);
     compareWithKept(recordingFile(name + u".state.json"_s), left);
     if (HasFailure())

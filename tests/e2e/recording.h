@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <memory>
@@ -48,6 +49,13 @@ inline void compareWithKept(const QString &fileName, const QString &text)
     const QStringList wanted = kept(fileName).split(u'\n');
     for (qsizetype i = 0; i < qMax(found.size(), wanted.size()); ++i)
         ASSERT_EQ(found.value(i), wanted.value(i)) << "line " << i + 1;
+}
+
+/// Which remarks there are on the pointer depends on what moves below it.
+inline QString withoutHovers(QString script)
+{
+    static const QRegularExpression hover(u"// not recorded: the pointer over .*\n"_s);
+    return script.remove(hover);
 }
 
 /// Expression for all that the shop knows at the end of the visit, and what its catalogue shows of it. The
