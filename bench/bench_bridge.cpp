@@ -31,6 +31,7 @@ constexpr Benchmark benchmarks[] = {
     {"session", measureSession},
     {"dumps", measureDumps},
     {"names", measureObjectNames},
+    {"typing", measureTyping},
 };
 
 std::vector<std::string> benchmarkNames()

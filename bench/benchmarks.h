@@ -21,6 +21,7 @@ struct Effort
     int dumpedElements = 10000; ///< on the page that is dumped; the large one has four times as many
     int screenshots = 200; ///< elements that get a picture
     int names = 200; ///< elements that are named in a round
+    int typings = 7; ///< how often a text is typed
 };
 
 /// One property of one element, read again and again: through a wrapper and from a script, against a client
@@ -44,5 +45,8 @@ FunctionCallResult<QList<Row>> measureDumps(const Effort &effort);
 /// Objects by name: lookups and all children of an element against another library, and how the cost of
 /// names grows with the page against the growth of what the rules of naming force.
 FunctionCallResult<QList<Row>> measureObjectNames(const Effort &effort);
+
+/// A long text typed at full speed into a page that is being recorded against the same in a page that is not.
+FunctionCallResult<QList<Row>> measureTyping(const Effort &effort);
 
 } // namespace Ostrel::Bench

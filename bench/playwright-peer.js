@@ -5,7 +5,7 @@
 //     read COUNT        reads the element's tagName COUNT times in sequence
 //     page ADDRESS      opens a page, whatever is in it
 //     properties COUNT  returns the properties that a dump shows of all elements of that page, COUNT at least
-//     screenshots COUNT takes a picture of each of the first COUNT elements of the class "item"
+//     screenshots COUNT takes a picture of each of the first COUNT elements that are not hidden
 //     locate TEXT N     takes hold of the Nth visible button of exactly this text ("_" for blanks); with 0 there is none
 //     children COUNT    takes hold of all children of the element "list"
 //     session           starts a browser of its own, opens an empty page, and ends it
@@ -84,7 +84,7 @@ async function properties(count) {
 }
 
 async function screenshots(count) {
-    const elements = (await page.$$(".item:not(.hidden)")).slice(0, count);
+    const elements = (await page.$$("section, .item:not(.hidden), .item:not(.hidden) *")).slice(0, count);
     if (elements.length < count) {
         throw new Error(`the page shows ${elements.length} such elements only`);
     }

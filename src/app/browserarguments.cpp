@@ -54,18 +54,17 @@ FunctionCallResult<std::unique_ptr<Host::TestSession>> openPage(
     auto session = Host::TestSession::start(sessionOptions(arguments));
     if (session.failed())
         return session;
-    const QString wanted = arguments.served.empty()
-        ? addressFrom(address)
-        : QUrl(session.value->serverAddress().value).resolved(QString::fromStdString(address)).toString();
-    const FunctionCallResult<void> opened = session.value->open(wanted);
+    const FunctionCallResult<void> opened = session.value->open(addressFrom(address, *session.value));
     if (opened.failed())
         return Failure(opened.error);
     return session;
 }
 
-QString addressFrom(const std::string &text)
+QString addressFrom(const std::string &text, const Host::TestSession &session)
 {
     const QString address = QString::fromStdString(text);
+    if (const FunctionCallResult<QString> served = session.serverAddress(); !served.failed())
+        return QUrl(served.value).resolved(QUrl(address)).toString();
     const QFileInfo file(address);
     return file.isFile() ? QUrl::fromLocalFile(file.absoluteFilePath()).toString() : address;
 }

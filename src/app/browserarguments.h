@@ -36,7 +36,8 @@ Host::SessionOptions sessionOptions(const BrowserArguments &arguments);
 FunctionCallResult<std::unique_ptr<Host::TestSession>> openPage(
     const BrowserArguments &arguments, const std::string &address);
 
-/// What a user gives as the address of a page: a file of that name, or else an address as it stands.
-QString addressFrom(const std::string &text);
+/// What a user gives as the address of a page: one of the folder that the session serves, if it serves one, a
+/// file of that name, or else an address as it stands.
+QString addressFrom(const std::string &text, const Host::TestSession &session);
 
 } // namespace Ostrel::App

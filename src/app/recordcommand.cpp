@@ -104,7 +104,7 @@ int record(const RecordOptions &options)
         QObject::connect(&recorder, &Recorder::explained, &loop,
             [&errors](const QString &line) { errors << line << Qt::endl; });
     }
-    const FunctionCallResult<void> opened = recorder.start(addressFrom(options.address));
+    const FunctionCallResult<void> opened = recorder.start(addressFrom(options.address, *session.value));
     if (opened.failed()) {
         errors << "pageprobe record: " << opened.error << Qt::endl;
         return Unusable;

@@ -95,7 +95,8 @@ private:
 
 QString times(const QString &output)
 {
-    static const QRegularExpression line(u"passed \\(([0-9.]+) s\\)$"_s, QRegularExpression::MultilineOption);
+    static const QRegularExpression line(
+        u": passed \\(([0-9.]+) s\\)$"_s, QRegularExpression::MultilineOption);
     QList<double> seconds;
     for (QRegularExpressionMatchIterator found = line.globalMatch(output); found.hasNext();)
         seconds.append(found.next().captured(1).toDouble());

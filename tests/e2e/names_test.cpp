@@ -237,6 +237,21 @@ TEST_F(NamesTest, AnExpressionWithoutEndRunsIntoTheLimit)
     EXPECT_EQ(textOf(u"{tagName='P' title~='^a+!$'}"_s, u"innerText"_s), u"Text"_s);
 }
 
+TEST_F(NamesTest, WhatDidNotMatchReachesTheFrameworkUntilTheNameIsFound)
+{
+    const QString name = u"{tagName='P' title='later & more'}"_s;
+    open("<!DOCTYPE html><p>Text</p>");
+    const auto isNoted
+        = [&] { return Inspector::self()->unmatchedProperties(name) == QStringList{u"title"_s}; };
+
+    EXPECT_EQ(toplevel->find(name), QString());
+    EXPECT_TRUE(waitFor(isNoted));
+
+    evaluate(u"document.querySelector('p').title = 'later & more'"_s);
+    EXPECT_EQ(textOf(name, u"innerText"_s), u"Text"_s);
+    EXPECT_EQ(Inspector::self()->unmatchedProperties(name), QStringList());
+}
+
 // --- frames
 
 const QByteArray framed = "<!DOCTYPE html><title>framed</title><button>Inside</button><p>Deep</p>";

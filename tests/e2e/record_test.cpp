@@ -424,7 +424,7 @@ TEST(WithoutRecording, AClickSendsNothing)
     file.write("<button id='b' type='button' onclick='document.title=\"clicked\"'>Do</button>");
     file.close();
     const StaticServer server(folder.path());
-    auto session = TestSession::start({});
+    auto session = TestSession::start(SessionOptions());
     ASSERT_FALSE(session.failed());
     ASSERT_FALSE(session.value->open(server.url(u"a.html"_s)).failed());
     QStringList texts;
@@ -451,7 +451,7 @@ TEST(Picking, HighlightsAndTellsWhatWasPicked)
                "style='position:absolute;left:40px;top:900px;width:120px;height:30px'>Do</button>");
     file.close();
     const StaticServer server(folder.path());
-    auto session = TestSession::start({});
+    auto session = TestSession::start(SessionOptions());
     ASSERT_FALSE(session.failed());
     ASSERT_FALSE(session.value->open(server.url(u"a.html"_s)).failed());
     Picker picker(session.value.get());

@@ -46,7 +46,7 @@ TEST_F(RecordCommand, WritesAScriptThatRunsUnchanged)
     EXPECT_EQ(recorded.out, u"startBrowser(\"%1\");\n"_s.arg(address()));
     EXPECT_EQ(recorded.err, QString());
     EXPECT_EQ(contentOf(script), expectedScript());
-    EXPECT_EQ(run.leftProcesses(), QStringList());
+    EXPECT_TRUE(waitFor([this] { return run.leftProcesses().isEmpty(); }));
     EXPECT_EQ(run.run({u"run"_s, script}).exitCode, 0);
 }
 
@@ -61,7 +61,7 @@ TEST_F(RecordCommand, EndsWithTheScriptWhenItIsInterrupted)
 
     EXPECT_EQ(recorded.exitCode, 0);
     EXPECT_EQ(contentOf(script), expectedScript());
-    EXPECT_EQ(run.leftProcesses(), QStringList());
+    EXPECT_TRUE(waitFor([this] { return run.leftProcesses().isEmpty(); }));
 }
 
 TEST_F(RecordCommand, HasTheScriptOnDiskWhenItIsKilled)
@@ -106,7 +106,7 @@ TEST_F(RecordCommand, PickTellsThatNothingWasPicked)
 
     EXPECT_EQ(picked.exitCode, 1);
     EXPECT_EQ(picked.err, u"pageprobe pick: nothing was picked.\n"_s);
-    EXPECT_EQ(run.leftProcesses(), QStringList());
+    EXPECT_TRUE(waitFor([this] { return run.leftProcesses().isEmpty(); }));
 }
 
 } // namespace

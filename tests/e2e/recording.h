@@ -87,7 +87,7 @@ class Recording : public testing::Test
 protected:
     void SetUp() override
     {
-        auto started = Host::TestSession::start({});
+        auto started = Host::TestSession::start(Host::SessionOptions());
         ASSERT_FALSE(started.failed()) << qPrintable(started.error);
         session = std::move(started.value);
         recorder = std::make_unique<Host::Recorder>(session.get());

@@ -370,9 +370,9 @@ TEST_F(Fields, TellTheirChangeWhenTheUserTurnsElsewhere)
         log(events());
     )js"_s),
         uR"js(focus text, input text, input text
-change text, blur text, focus link, mousedown* link, click* link, mouseup* link, mouseout* link
+change text, blur text, focus link, mouseover* link, mousedown* link, click* link, mouseup* link, mouseout* link
 change text, blur text, focus single, change* single
-change text, blur text, mousedown* host, click* host, mouseup* host, mouseout* host
+change text, blur text, mouseover* host, mousedown* host, click* host, mouseup* host, mouseout* host
 )js"_s);
 }
 
@@ -594,6 +594,7 @@ TEST_F(Dialogs, AreToldToEventHandlers)
         log(errorOf(() => installEventHandler("Nothing", () => 1)));
     )js"_s),
         uR"js(a confirm opened
+dialogs.html is left
 installEventHandler: there is no event 'Nothing'. Events are AlertOpened, ConfirmOpened, PromptOpened, WindowOpened, BodyUnloaded.
 )js"_s);
 }

@@ -33,7 +33,7 @@ void PendingCommands::rejectSession(const QString &sessionId, const QString &rea
             ids.append(command.key());
     }
     for (int id : std::as_const(ids))
-        finishWithError(id, reason);
+        giveUp(id, reason); // the browser may yet answer what was on its way
 }
 
 void PendingCommands::rejectAll(const QString &reason)

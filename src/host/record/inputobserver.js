@@ -11,9 +11,17 @@
     const wheelPauseMs = 500;
     const longestName = 30;
     let lastWheel = -wheelPauseMs;
+<<<<<<< HEAD
     let isPressWanted = false; // whether the pointer went down and no press has followed yet
     let pressed = ""; // what it went down on
+=======
+    let pointer = ""; // where the pointer was last
+>>>>>>> main
     let endHover = function () {}; // stops looking for an answer of the page to the last hover
+
+    function placeOf(event) {
+        return event.screenX + " " + event.screenY;
+    }
 
     function targetOf(event) {
         return event.composedPath()[0] || event.target;
@@ -162,13 +170,16 @@
     });
 
     // Follows each mouseover at once and ends what the page may do about that.
-    listen("mousemove", function () {});
+    listen("mousemove", function (event) {
+        pointer = placeOf(event);
+    });
 
     // A hover counts when the page answers it: when it changes while it hears of the pointer, before it hears of
     // anything else.
     listen("mouseover", function (event) {
-        // Over a frame the pointer's next event is the frame's.
-        if (event.buttons !== 0 || targetOf(event).tagName === "IFRAME") {
+        // Over a frame the pointer's next event is the frame's. A pointer that stays where it was hovers over what
+        // the page has moved under it, which is nothing that the user does.
+        if (event.buttons !== 0 || targetOf(event).tagName === "IFRAME" || placeOf(event) === pointer) {
             return;
         }
         const target = describe(targetOf(event));

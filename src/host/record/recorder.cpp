@@ -84,7 +84,8 @@ constexpr PlainVerdict plainVerdicts[] = {
 
 } // namespace
 
-Recorder::Recorder(TestSession *session) : m_session(session)
+Recorder::Recorder(TestSession *session)
+    : m_session(session), m_logger(&m_script, session->serverAddress().value)
 {
     static const bool once = (initWebEvents(), true);
     Q_UNUSED(once)
@@ -109,7 +110,7 @@ FunctionCallResult<void> Recorder::start(const QString &address)
     const FunctionCallResult<void> set = m_session->setPageVariable(u"window.__ostrel__recording"_s, true);
     if (set.failed())
         return set;
-    const QString opened = WebWrapper::addSchemeIfMissing(address);
+    const QString opened = completeAddress(address);
     m_logger.recordMethodCall(opened, "startBrowser", {}, nullptr);
     Q_EMIT changed();
     const CommandResult answer = m_session->activePage()->call(u"Page.navigate"_s, {{u"url"_s, opened}});

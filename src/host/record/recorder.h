@@ -83,7 +83,7 @@ private:
 
     TestSession *m_session;
     RecordedScript m_script;
-    RecordingLogger m_logger{&m_script};
+    RecordingLogger m_logger;
     std::deque<Happening> m_happenings;
     std::deque<PageText> m_texts;
     QHash<QString, QString> m_contexts; ///< of each tab, as it was last heard of

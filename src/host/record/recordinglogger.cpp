@@ -303,6 +303,7 @@ void RecordingLogger::recordAnswer(const QString &method, const ObjectList &argu
 void RecordingLogger::recordMethodCall(
     const QString &objectName, const char *methodName, const ObjectList &given, const QTime *timestamp)
 {
+<<<<<<< HEAD
     const QString named = QString::fromUtf8(methodName);
     // Only the true pointer sends the event that the page has taken.
     const bool isOfPointer = !m_pointer.isEmpty() && (named == "mouseClick"_L1 || named == "clickButton"_L1);
@@ -312,6 +313,11 @@ void RecordingLogger::recordMethodCall(
                                              : given;
     const QString line = statementText(method, objectName, withoutHiddenFolder(arguments));
     if (line != statementText(method, objectName, arguments))
+=======
+    const QString method = QString::fromUtf8(methodName);
+    const QString line = statementText(method, objectName, withoutHiddenFolder(arguments), m_servedAt);
+    if (line != statementText(method, objectName, arguments, m_servedAt))
+>>>>>>> main
         m_script->remark(u"the browser hides the folder of the file"_s);
     // Typed text and contexts come on the way to the statement of an event.
     const bool isOfEvent = timestamp && method != "typeText"_L1;

@@ -35,7 +35,11 @@ QString escapedMember(const QString &text);
 class RecordingLogger : public WebWrapper::EventLogger
 {
 public:
-    explicit RecordingLogger(RecordedScript *script) : m_script(script) { }
+    /// The script stays the caller's. `servedAt` is where the session serves a folder; empty for none.
+    explicit RecordingLogger(RecordedScript *script, const QString &servedAt = {})
+        : m_script(script), m_servedAt(servedAt)
+    {
+    }
 
     /// Handles a text behind which the given event of the user stands.
     Verdict handle(const QString &text, const InputEvent &input);
@@ -102,6 +106,7 @@ private:
     void logAsOurs(const QString &text);
 
     RecordedScript *m_script;
+    QString m_servedAt;
     EventData m_last;
     QString m_text; ///< that is being handled
     InputEvent m_input;

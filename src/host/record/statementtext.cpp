@@ -21,15 +21,23 @@ QString argumentText(const SharedPtr<Object> &argument)
     return scriptLiteral(unwrapDateTime(argument).date().toString(Qt::ISODate));
 }
 
+QString subjectText(Subject kind, const QString &subject, const QString &servedAt)
+{
+    if (kind != Subject::Address || servedAt.isEmpty() || !subject.startsWith(servedAt))
+        return scriptLiteral(subject);
+    return u"serverAddress() + %1"_s.arg(scriptLiteral(subject.mid(servedAt.size())));
+}
+
 } // namespace
 
-QString statementText(const QString &method, const QString &subject, const ObjectList &arguments)
+QString statementText(
+    const QString &method, const QString &subject, const ObjectList &arguments, const QString &servedAt)
 {
     const Statement *statement = findStatement(method);
     Q_ASSERT_X(statement, "statementText", qPrintable(method));
     QStringList written;
     if (statement->subject != Subject::Nothing)
-        written.append(scriptLiteral(subject));
+        written.append(subjectText(statement->subject, subject, servedAt));
     for (const SharedPtr<Object> &argument : arguments)
         written.append(argumentText(argument));
     return u"%1(%2);"_s.arg(method, written.join(u", "_s));

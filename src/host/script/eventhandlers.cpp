@@ -1,9 +1,14 @@
 #include "host/script/eventhandlers.h"
 
+#include "host/browser/browserpage.h"
 #include "host/channel/pagechannel.h"
+#include "host/script/windowlist.h"
 #include "ostrelhook/inspector.h"
 
 #include <QStringList>
+
+#include <memory>
+#include <utility>
 
 namespace Ostrel::Host {
 
@@ -30,6 +35,13 @@ const QList<PageEvent> &pageEvents()
     return events;
 }
 
+const QString bodyUnloaded = u"BodyUnloaded"_s;
+
+QString withoutFragment(const QString &address)
+{
+    return address.section(u'#', 0, 0);
+}
+
 const PageEvent *findPageEvent(const QString &name)
 {
     for (const PageEvent &event : pageEvents()) {
@@ -43,9 +55,41 @@ const PageEvent *findPageEvent(const QString &name)
 
 EventHandlers::EventHandlers(PageChannel &channel)
 {
-    connect(&channel, &PageChannel::eventHandlerCalled, this, &EventHandlers::call);
+    connect(&channel, &PageChannel::eventHandlerCalled, this, &EventHandlers::receive);
     m_functions.add("installEventHandler", {"event", "handler"},
         [this](const QString &event, const ScriptFunction &handler) { return install(event, handler); });
+}
+
+void EventHandlers::attend(BrowserPage *page)
+{
+    const auto shown = std::make_shared<QString>();
+    connect(page, &BrowserPage::documentGone, this, [this, shown](const QString &next) {
+        const QString gone = std::exchange(*shown, withoutFragment(next));
+        m_shown.removeOne(gone);
+        m_shown.append(*shown);
+        if (!gone.isEmpty() && gone != "about:blank"_L1)
+            noteDocumentGone(gone);
+    });
+}
+
+void EventHandlers::receive(const QString &event, const QMap<QString, QString> &parameters)
+{
+    if (event == bodyUnloaded) {
+        const QString location = withoutFragment(parameters.value(u"location"_s));
+        if (m_toldByHost.remove(location))
+            return;
+        if (m_shown.contains(location))
+            m_toldByPage.insert(location);
+    }
+    call(event, parameters);
+}
+
+void EventHandlers::noteDocumentGone(const QString &address)
+{
+    if (m_toldByPage.remove(address))
+        return;
+    m_toldByHost.insert(address);
+    call(bodyUnloaded, {{u"location"_s, address}, {u"context"_s, contextFile(address)}});
 }
 
 FunctionCallResult<void> EventHandlers::install(const QString &event, const ScriptFunction &handler)

@@ -39,8 +39,8 @@ public:
     /// Waits until the object is there, `timeoutMs` milliseconds at the most.
     FunctionCallResult<SharedPtr<Object>> waitUntilThere(const QString &name, int timeoutMs = defaultWaitMs);
 
-    /// The same until the object can be used, too: it is visible and not disabled. A name that asks for a hidden
-    /// object is waited for as waitUntilThere() does.
+    /// The same until the object can be used, too: it is visible and not disabled. A name that asks for a
+    /// hidden object is waited for as waitUntilThere() does.
     FunctionCallResult<SharedPtr<Object>> waitUntilReady(const QString &name, int timeoutMs = defaultWaitMs);
 
     /// Waits until an object that was found before can be used.

@@ -398,6 +398,12 @@ const StatementAction *findAction(const QString &name)
 const QString nativeTypeName = u"nativeType"_s;
 const QString closeWindowName = u"closeWindow"_s;
 
+/// The true pointer takes the focus along.
+bool movesFocusItself(const QString &statement)
+{
+    return statement == "nativeMouseClick"_L1;
+}
+
 bool isTyping(const QString &statement)
 {
     return statement == "typeText"_L1 || statement == "nativeType"_L1;
@@ -491,6 +497,8 @@ Replay::Done Replay::perform(
         return Failure(u"The object belongs to no page of this session."_s);
     m_windows->activate(page);
     m_current = page;
+    if (movesFocusItself(statement))
+        m_typedField.clear();
     leaveTypedField(page, element->jsReference());
     const QString reference = element->jsReference();
     const Done done = findAction(statement)->perform(

@@ -49,6 +49,11 @@ bool hasOwnContent(const QString &address)
 
 } // namespace
 
+QString completeAddress(const QString &address)
+{
+    return hasOwnContent(address) ? address : addSchemeIfMissing(address);
+}
+
 void registerObjectModel()
 {
     static const bool registered = [] {
@@ -86,6 +91,11 @@ TestSession::TestSession(const SessionOptions &options, ResultSink &results)
         m_server = std::make_unique<StaticServer>(options.servedDirectory);
     connect(&m_channel, &PageChannel::debugLineLogged, this,
         [](const QString &line) { PROBELOG_TRACE("WebWrapper", line); });
+    // A recorder and a picker listen for themselves, and pages report no lookups to them.
+    connect(&m_channel, &PageChannel::eventLogged, this, [this](const QString &text) {
+        if (!Inspector::self()->isRecording() && !Inspector::self()->isPicking())
+            m_lookupNotes.logEvent(text);
+    });
     m_dialogs.attend(m_channel);
     registerFunctions();
 }
@@ -131,6 +141,7 @@ FunctionCallResult<void> TestSession::preparePage(BrowserPage *page, Begun begun
     page->setConfig(&m_config);
     m_windows.add(page);
     m_dialogs.attend(page);
+    m_eventHandlers.attend(page);
     auto *carrier = new FetchCarrier(page, &m_channel, m_channelAddress);
     carrier->setParent(page);
     Injection injection = m_injection;
@@ -209,7 +220,7 @@ FunctionCallResult<void> TestSession::open(const QString &address)
     BrowserPage *page = activePage();
     if (!page)
         return Failure(u"Cannot open '%1': there is no open page."_s.arg(address));
-    return page->navigate(hasOwnContent(address) ? address : addSchemeIfMissing(address));
+    return page->navigate(completeAddress(address));
 }
 
 FunctionCallResult<HTML_Document *> TestSession::activeDocument() const

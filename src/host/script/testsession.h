@@ -10,6 +10,7 @@
 #include "host/script/dialoganswers.h"
 #include "host/script/eventhandlers.h"
 #include "host/script/lookup.h"
+#include "host/script/lookupnotes.h"
 #include "host/script/replay.h"
 #include "host/script/verifications.h"
 #include "host/script/windowlist.h"
@@ -39,6 +40,9 @@ struct SessionOptions
     /// A folder that is served on the loopback address while the session lasts; empty for none.
     QString servedDirectory;
 };
+
+/// The address that a user means by a text: "http://" stands in front where no scheme does.
+QString completeAddress(const QString &address);
 
 /// Registers the classes and functions of the object model with the framework, once in a process.
 void registerObjectModel();
@@ -111,6 +115,7 @@ private:
     Injection m_injection;
     WindowList m_windows;
     Lookup m_lookup{&m_windows};
+    LookupNotes m_lookupNotes;
     Replay m_replay{&m_windows, &m_lookup};
     DialogAnswers m_dialogs{[this](const QString &line) { m_results.logged(line); }};
     EventHandlers m_eventHandlers{m_channel};

@@ -171,6 +171,17 @@ TEST(PendingCommands, RejectsOneSessionOnly)
     EXPECT_EQ(replies.texts, (QStringList{u"A: gone"_s, u"B = 0"_s}));
 }
 
+TEST(PendingCommands, DropsTheLateAnswerOfASessionThatEnded)
+{
+    PendingCommands commands;
+    const int id = commands.add(u"S"_s, u"Page.enable"_s, nullptr);
+
+    commands.rejectSession(u"S"_s, u"gone"_s);
+
+    EXPECT_TRUE(commands.resolve(id, {}));
+    EXPECT_FALSE(commands.resolve(id, {}));
+}
+
 TEST(PendingCommands, AReplyMayAddAndRejectItself)
 {
     PendingCommands pending;

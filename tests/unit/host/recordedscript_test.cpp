@@ -7,6 +7,7 @@
 #include "ostrelhook/inspector.h"
 #include "ostrelhook/valueclasses.h"
 #include "wrappers/web/webevents.h"
+#include "wrappers/web/webutilities.h"
 
 #include "support/hostiletexts.h"
 #include "support/messagecapture.h"
@@ -41,6 +42,9 @@ TEST(StatementText, WritesEachKindOfArgument)
         statementText(u"chooseDate"_s, u"o"_s, {wrapDateTime(DateTime(QDate(2024, 2, 29), QTime(0, 0)))}),
         u"chooseDate(\"o\", \"2024-02-29\");"_s);
     EXPECT_EQ(statementText(u"answerConfirm"_s, {}, {value(true)}), u"answerConfirm(true);"_s);
+    EXPECT_EQ(statementText(u"startBrowser"_s, u"http://a/x?y"_s), u"startBrowser(\"http://a/x?y\");"_s);
+    EXPECT_EQ(statementText(u"startBrowser"_s, u"http://a:1/x?y"_s, {}, u"http://a:1/"_s),
+        u"startBrowser(serverAddress() + \"x?y\");"_s);
     EXPECT_EQ(statementText(u"answerPrompt"_s, {}), u"answerPrompt();"_s);
     EXPECT_EQ(statementText(u"startBrowser"_s, u"http://a/"_s), u"startBrowser(\"http://a/\");"_s);
 }
@@ -182,7 +186,8 @@ protected:
         return event;
     }
 
-    static inline quint64 time = 1700000000000;
+    // Shortly before the texts that the logger makes itself, whose time is now.
+    static inline quint64 time = WebWrapper::now() - 1000;
     MessageCapture messages;
     RecordedScript script;
     RecordingLogger logger{&script};

@@ -115,10 +115,10 @@ function __ostrel__xpath__compareNames(xpath) {
         return hasName(node, this, this.pattern, context);
     };
 
-    // a shadow root is a node, too
+    // a shadow root is a node, too, and so is a document type to every browser
     anyNode = xpath.NodeTest.nodeTest.matches;
     xpath.NodeTest.nodeTest.matches = function (node, context) {
-        return node.nodeType === 11 || anyNode(node, context);
+        return node.nodeType === 11 || node.nodeType === 10 || anyNode(node, context);
     };
 }
 
@@ -337,6 +337,7 @@ function __ostrel__xpath__correctFunctions(xpath) {
     var functions = new xpath.FunctionResolver().functions,
         id = functions["{}id"],
         localName = functions["{}local-name"],
+        name = functions["{}name"],
         lang = functions["{}lang"];
 
     // a node set names the elements by each node's text
@@ -362,6 +363,16 @@ function __ostrel__xpath__correctFunctions(xpath) {
             nameless = node && (node.nodeType === 3 || node.nodeType === 4 || node.nodeType > 7);
 
         return nameless ? new xpath.XString("") : localName.apply(this, arguments);
+    };
+
+    // to a browser the name of an HTML element is its local one, which is not in upper case
+    functions["{}name"] = function (context, argument) {
+        var node = argument ? argument.evaluate(context).first() : context.contextNode;
+
+        if (arguments.length > 2 || !node || node.nodeType !== 1) {
+            return name.apply(this, arguments);
+        }
+        return new xpath.XString((node.prefix ? node.prefix + ":" : "") + node.localName);
     };
 
     // JavaScript's substring swaps its limits when they are the wrong way round
