@@ -95,7 +95,8 @@ private:
 
 QString times(const QString &output)
 {
-    static const QRegularExpression line(u"passed \\(([0-9.]+) s\\)$"_s, QRegularExpression::MultilineOption);
+    static const QRegularExpression line(
+        u": passed \\(([0-9.]+) s\\)$"_s, QRegularExpression::MultilineOption);
     QList<double> seconds;
     for (QRegularExpressionMatchIterator found = line.globalMatch(output); found.hasNext();)
         seconds.append(found.next().captured(1).toDouble());
@@ -293,9 +294,7 @@ TEST_P(ToolkitReplay, LeavesThePageAsTheUserDid)
     QString script = recorder->script().text();
     script.replace(files.host(), u"127.0.0.1:PORT"_s);
     const QString name = QString::fromLatin1(GetParam().name);
-    // Which remarks there are on the pointer depends on what moves below it.
-    static const QRegularExpression hover(u"// not recorded: the pointer over .*\n"_s);
-    script.remove(hover);
+    script = withoutHovers(script);
     compareWithKept(recordingFile(name + u".js"_s), script);
     compareWithKept(recordingFile(name + u".state.json"_s), left);
     if (HasFailure())

@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <memory>
@@ -50,6 +51,13 @@ inline void compareWithKept(const QString &fileName, const QString &text)
         ASSERT_EQ(found.value(i), wanted.value(i)) << "line " << i + 1;
 }
 
+/// Which remarks there are on the pointer depends on what moves below it.
+inline QString withoutHovers(QString script)
+{
+    static const QRegularExpression hover(u"// not recorded: the pointer over .*\n"_s);
+    return script.remove(hover);
+}
+
 /// Expression for all that the shop knows at the end of the visit, and what its catalogue shows of it. The
 /// log of the visit is left out: it holds what no statement can express, such as keys on the wishlist.
 inline QString shopState()
@@ -79,7 +87,7 @@ class Recording : public testing::Test
 protected:
     void SetUp() override
     {
-        auto started = Host::TestSession::start({});
+        auto started = Host::TestSession::start(Host::SessionOptions());
         ASSERT_FALSE(started.failed()) << qPrintable(started.error);
         session = std::move(started.value);
         recorder = std::make_unique<Host::Recorder>(session.get());

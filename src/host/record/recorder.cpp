@@ -302,7 +302,8 @@ void Recorder::handleInput(const Happening &happening)
 
 Verdict Recorder::judge(const Happening &happening)
 {
-    const auto &[tab, input, act, limit] = happening;
+    const QString &tab = happening.tab;
+    const InputEvent &input = happening.input;
     if (input.isByPage) {
         forgetText(tab, input.kind);
         return {Verdict::Kind::LeftOut, u"the page does it, not the user"_s};

@@ -7,10 +7,6 @@
 
 namespace Ostrel::Host {
 
-/// The text without the characters that XML 1.0 forbids: most control characters, halves of surrogate pairs
-/// and the two that are no characters.
-QString withoutForbiddenCharacters(const QString &text);
-
 /// Writes a run as JUnit XML: a suite for each folder, a case for each script. A pass after a retry is marked
 /// by what failed before it (flakyFailure, flakyError), further tries of a failed script by rerunFailure and
 /// rerunError. Errors of the device stay in the device.

@@ -5,8 +5,8 @@
 
 namespace Ostrel::Host {
 
-/// Shows a dump in its XML form. A text that is none is shown as it stands; what lies deeper than browsers nest is
-/// left out.
+/// Shows a dump in its XML form. A text that is none is shown as it stands; what lies deeper than browsers
+/// nest is left out.
 Html objectTreeHtml(const QString &xml);
 
 } // namespace Ostrel::Host

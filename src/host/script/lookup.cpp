@@ -95,7 +95,7 @@ QString describeNearest(const QJsonObject &nearest)
 {
     QStringList differences;
     const QJsonArray failed = nearest.value("failed"_L1).toArray();
-    for (const QJsonValue &entry : failed) {
+    for (const auto &entry : failed) {
         const QJsonValue actual = entry.toObject().value("actual"_L1);
         differences.append(u"%1 is %2"_s.arg(entry.toObject().value("name"_L1).toString(),
             actual.isString() ? quotedText(actual.toString()) : u"missing"_s));
@@ -122,7 +122,7 @@ QString describeMiss(const ObjectName &name, const QJsonObject &facts)
 
     QStringList missing;
     const QJsonArray properties = facts.value("properties"_L1).toArray();
-    for (const QJsonValue &property : properties) {
+    for (const auto &property : properties) {
         if (property.toObject().value("having"_L1).toInt() == 0)
             missing.append(demand(name, property.toObject().value("name"_L1).toString()));
     }
@@ -130,7 +130,7 @@ QString describeMiss(const ObjectName &name, const QJsonObject &facts)
         ? u"found %1 %2, none with all of these properties at once"_s.arg(QString::number(candidates), tag)
         : u"found %1 %2, none with %3"_s.arg(QString::number(candidates), tag, missing.join(" or "_L1));
     const QJsonArray nearest = facts.value("nearest"_L1).toArray();
-    for (const QJsonValue &entry : nearest)
+    for (const auto &entry : nearest)
         text += describeNearest(entry.toObject());
     return text;
 }
@@ -152,7 +152,7 @@ BrowserPage *pageOfObject(const SharedPtr<Object> &object)
 ObjectList objectsFromRecords(BrowserPage *page, const QJsonArray &records)
 {
     ObjectList objects;
-    for (const QJsonValue &entry : records) {
+    for (const auto &entry : records) {
         const QJsonObject record = entry.toObject();
         HTML_Object *wrapper = htmlObjectFromReferenceInfo(page, record.value("typeString"_L1).toString(),
             record.value("reference"_L1).toString(), record.value("nameInLeaf"_L1).toString());
@@ -431,7 +431,7 @@ FunctionCallResult<QStringList> namesOfAllElements(BrowserPage *page)
         if (portion.failed())
             return Failure(portion.error);
         const QJsonArray more = portion.value.object().value("names"_L1).toArray();
-        for (const QJsonValue &name : more)
+        for (const auto &name : more)
             names.append(unescape(name.toString()));
         complete = portion.value.object().value("complete"_L1).toBool() || more.isEmpty();
     }

@@ -108,9 +108,10 @@ Done mouseClick(const Target &target, const Arguments &arguments)
     const int y = arguments.number(u"y"_s);
     constexpr int leftButton = 1;
     // A link's own click knows no modifiers.
-    if (state != 0 && dynamic_cast<HTML_Anchor *>(target.element))
-        return target.element->HTML_Object::click(state, x, y, leftButton);
-    return target.element->click(state, x, y, leftButton);
+    HTML_Object &element = *target.element;
+    if (state != 0 && dynamic_cast<HTML_Anchor *>(&element))
+        return element.HTML_Object::click(state, x, y, leftButton);
+    return element.click(state, x, y, leftButton);
 }
 
 Done doubleClick(const Target &target, const Arguments &arguments)
@@ -141,9 +142,10 @@ Done nativeMouseClick(const Target &target, const Arguments &arguments)
 
 Done focus(const Target &target, const Arguments &)
 {
-    if (auto *field = dynamic_cast<HTML_FormElement *>(target.element))
+    HTML_Object &element = *target.element;
+    if (auto *field = dynamic_cast<HTML_FormElement *>(&element))
         return field->focus();
-    return outcome(target.element->invoke("focus"));
+    return outcome(element.invoke("focus"));
 }
 
 Done typeKeys(const Target &target, const QString &keys)

@@ -209,7 +209,7 @@ bool EventLogger::eatEvent(const Event *event, const QString &objectName, const 
         {"ignoreEvent"_L1, &UserEvent::ignore},
     };
 
-    const QString name = event->name();
+    const QString &name = event->name();
     PROBELOG_TRACE("WebEventCompression",
         message(u"Consider compressing event '%1' for object name: '%2' data: %3", name, objectName,
             traceText(data)));
