@@ -35,18 +35,39 @@ inline QString kept(const QString &fileName)
     return QString::fromUtf8(file.readAll());
 }
 
+inline bool isUpdating()
+{
+    return qEnvironmentVariableIsSet("PAGEPROBE_UPDATE");
+}
+
+/// What varies from run to run is made the same by a normaliser before texts are compared.
+using Normaliser = QString (*)(QString text);
+
+inline QString asItIs(QString text)
+{
+    return text;
+}
+
+/// Where exactly a press hits what a page moves in at that moment.
+inline QString withoutPlaces(QString script)
+{
+    static const QRegularExpression place(
+        u"^(mouseClick\\(\".*\"), -?\\d+, -?\\d+\\);$"_s, QRegularExpression::MultilineOption);
+    return script.replace(place, u"\\1, X, Y);"_s);
+}
+
 /// Compares with a kept file, or writes it when PAGEPROBE_UPDATE is set. The difference is reviewed like
 /// code.
-inline void compareWithKept(const QString &fileName, const QString &text)
+inline void compareWithKept(const QString &fileName, const QString &text, Normaliser normalised = asItIs)
 {
-    if (qEnvironmentVariableIsSet("PAGEPROBE_UPDATE")) {
+    if (isUpdating()) {
         QFile file(fileName);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << qPrintable(fileName);
         file.write(text.toUtf8());
         return;
     }
-    const QStringList found = text.split(u'\n');
-    const QStringList wanted = kept(fileName).split(u'\n');
+    const QStringList found = normalised(text).split(u'\n');
+    const QStringList wanted = normalised(kept(fileName)).split(u'\n');
     for (qsizetype i = 0; i < qMax(found.size(), wanted.size()); ++i)
         ASSERT_EQ(found.value(i), wanted.value(i)) << "line " << i + 1;
 }
@@ -78,6 +99,21 @@ inline QString stateOf(Host::BrowserPage *page, const QString &state)
     const auto answer = page->evaluateJavaScript(stateText(state), 0);
     EXPECT_FALSE(answer.failed) << qPrintable(answer.result);
     return answer.result;
+}
+
+/// The state as soon as it is the kept one, since pages take their time; where it never gets so, as it is at
+/// last.
+inline QString settledState(Host::BrowserPage *page, const QString &state, const QString &fileName)
+{
+    if (isUpdating())
+        return stateOf(page, state);
+    const QString wanted = kept(fileName);
+    QString found;
+    static_cast<void>(waitFor([&] {
+        found = stateOf(page, state);
+        return found == wanted;
+    }));
+    return found;
 }
 
 /// A browser whose user is recorded. What became of each event is printed when a test fails, and with

@@ -662,7 +662,8 @@ TEST_P(RecordingReplay, OfAShopVisitBuysWhatTheUserBought)
     EXPECT_EQ(results.lines, uR"js(2 pellow-mug Small none
 3 pellow-mug Medium paper
 9855 for Ilse Marrow, 7 Harbour Lane, vell
-pickup: The blue door
+pickup: The blue
+door
 Orrin Lamp, Quill Vase, Brook Watering Can, My mug, Tea
 size guide Medium; add pellow-mug x3; notify hinkle-clock; board Renamed to “My mug”.; board “Vassel Teapot” selected.; board Renamed to “Tea”.; topic returns; useful returns Yes; status refreshed; question When?; question And why?; voucher unknown WRONG; voucher QUIET10; empty cart refused; quantity pellow-mug 2; check 1; check 0; order OD-1001 standard
 )js"_s);
