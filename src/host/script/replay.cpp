@@ -68,6 +68,13 @@ struct Target
     BrowserPage *page;
 };
 
+template <ScriptClass C>
+bool isA(const Target &target)
+{
+    return target.object->objectClass()->inherits(
+        Inspector::self()->findClass(QString::fromLatin1(C::ScriptName)));
+}
+
 SharedPtr<Object> number(int value)
 {
     return Inspector::self()->createPrimitive(value);
@@ -108,10 +115,9 @@ Done mouseClick(const Target &target, const Arguments &arguments)
     const int y = arguments.number(u"y"_s);
     constexpr int leftButton = 1;
     // A link's own click knows no modifiers.
-    HTML_Object &element = *target.element;
-    if (state != 0 && dynamic_cast<HTML_Anchor *>(&element))
-        return element.HTML_Object::click(state, x, y, leftButton);
-    return element.click(state, x, y, leftButton);
+    if (state != 0 && isA<HTML_Anchor>(target))
+        return target.element->HTML_Object::click(state, x, y, leftButton);
+    return target.element->click(state, x, y, leftButton);
 }
 
 Done doubleClick(const Target &target, const Arguments &arguments)
@@ -142,10 +148,9 @@ Done nativeMouseClick(const Target &target, const Arguments &arguments)
 
 Done focus(const Target &target, const Arguments &)
 {
-    HTML_Object &element = *target.element;
-    if (auto *field = dynamic_cast<HTML_FormElement *>(&element))
-        return field->focus();
-    return outcome(element.invoke("focus"));
+    if (isA<HTML_FormElement>(target))
+        return static_cast<HTML_FormElement *>(target.element)->focus();
+    return outcome(target.element->invoke("focus"));
 }
 
 Done typeKeys(const Target &target, const QString &keys)

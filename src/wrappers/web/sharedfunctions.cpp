@@ -123,14 +123,14 @@ Done selectIn(HTML_CustomSelectList &list, const QString &text)
 
 struct Chooser
 {
-    QLatin1StringView className;
+    const char *className;
     Done (*select)(HTML_Object &element, const QString &text);
 };
 
 template <typename Wrapper>
 constexpr Chooser chooser()
 {
-    return {QLatin1StringView(Wrapper::ScriptName), [](HTML_Object &element, const QString &text) -> Done {
+    return {Wrapper::ScriptName, [](HTML_Object &element, const QString &text) -> Done {
                 auto *wrapper = dynamic_cast<Wrapper *>(&element);
                 if (!wrapper) {
                     return Failure(
@@ -156,7 +156,7 @@ Done selectOption(const SharedPtr<Object> &object, const QString &text)
         return Failure(element.error);
     const QLatin1StringView className(element.value->className());
     for (const Chooser &chooser : choosers) {
-        if (chooser.className == className)
+        if (className == QLatin1StringView(chooser.className))
             return chooser.select(*element.value, text);
     }
     // Kept as is: the list leaves out HTML_CustomSelectList; scripts match on this text.
