@@ -177,8 +177,6 @@ Lookup::Lookup(WindowList *windows) : m_windows(windows) { }
 
 FunctionCallResult<SharedPtr<Object>> Lookup::find(const QString &name)
 {
-    if (const auto parsed = ObjectName::parse(ObjectMap::self()->realName(name)); parsed.failed())
-        return Failure(parsed.error);
     const Attempt attempt = lookInSettledPage(name);
     if (attempt.object)
         return attempt.object;
@@ -189,8 +187,6 @@ FunctionCallResult<SharedPtr<Object>> Lookup::find(const QString &name)
 
 FunctionCallResult<bool> Lookup::exists(const QString &name)
 {
-    if (const auto parsed = ObjectName::parse(ObjectMap::self()->realName(name)); parsed.failed())
-        return Failure(parsed.error);
     const Attempt attempt = lookInSettledPage(name);
     if (!attempt.error.isEmpty())
         return Failure(attempt.error);
