@@ -12,6 +12,7 @@ class BrowserPage;
 struct InputEvent
 {
     QString kind; ///< the browser's name of the event, or "hover"
+    double time = 0; ///< of the device, in milliseconds since the epoch
     QString target; ///< the element, as a remark names it
     QString key; ///< of key events
     QString value; ///< of a text field before the key, or of a field that has changed
@@ -25,6 +26,7 @@ struct InputEvent
     int scrolledX = 0; ///< of such a press: how far the parts of the page around it are scrolled
     int scrolledY = 0;
     bool isByPage = false; ///< the page itself has dispatched it
+    QString document; ///< in which it happened; documents of different windows differ, too
 
     bool operator==(const InputEvent &) const = default;
 };

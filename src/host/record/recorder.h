@@ -34,7 +34,7 @@ public:
     const RecordedScript &script() const { return m_script; }
 
     /// Whether all that happened until now has been handled.
-    bool isSettled() const { return m_happenings.empty() && m_texts.empty(); }
+    bool isSettled() const { return m_happenings.empty() && m_texts.empty() && m_typing.hasExpired(); }
 
 Q_SIGNALS:
     /// Lines were added or taken back.
@@ -65,6 +65,9 @@ private:
     void watch(BrowserPage *page);
     void take(const QString &text);
     void note(BrowserPage *page, const InputEvent &input);
+    bool mayComeLate(const Happening &happening) const;
+    bool isOver(const QString &tab, const QDeadlineTimer &limit) const;
+    void startLimitsAgain(const QString &tab);
     void noteNews(const QString &tab, std::function<void()> act);
     void noteDialogClosed(const Dialog &dialog, const QJsonObject &event);
     void noteDocumentGone(const QString &tab);
@@ -89,10 +92,12 @@ private:
     QHash<QString, QString> m_contexts; ///< of each tab, as it was last heard of
     QHash<QString, QDeadlineTimer> m_lastInputs; ///< how long what a tab does counts as caused by the user
     QHash<QString, InputEvent> m_keyDown; ///< the key of each tab that has done nothing visible yet
+    QDeadlineTimer m_typing; ///< how long a page may keep keys back that were typed
     QTimer m_timer;
     QStringList m_shown;
     quint64 m_order = 0; ///< counts what pages say
     bool m_handling = false;
+    bool m_finished = false;
 };
 
 } // namespace Ostrel::Host
