@@ -294,7 +294,8 @@ TEST_F(Keyboard, AtFullSpeedLosesNoCharacter)
 // Each document tells for itself, and keys may be kept back for a moment.
 TEST_F(Keyboard, AtFullSpeedKeepsItsPlaceAmongDocuments)
 {
-    serve(u"order-a.html"_s, "<input id='f' style='width:600px'><iframe id='inner' src='order-b.html'></iframe>");
+    serve(u"order-a.html"_s,
+        "<input id='f' style='width:600px'><iframe id='inner' src='order-b.html'></iframe>");
     serve(u"order-b.html"_s, "<button type='button' id='b'>Do</button>");
     record(server.url(u"order-a.html"_s));
     TrustedUser user(page());

@@ -32,10 +32,6 @@ private:
     ChannelAddress m_address;
 };
 
-/// How long a page may keep texts back that follow each other closely, in milliseconds, with a margin for
-/// their way.
-constexpr int longestBurstMs = 60;
-
 /// A script of the host for pages, from its resources, with the function burst(post) within its reach. The
 /// texts that it posts are parted by NUL.
 QString burstScript(const QString &resource);

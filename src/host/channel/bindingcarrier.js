@@ -4,7 +4,7 @@
 
     const binding = window.__ostrel__carryEvents;
     const sendOverNetwork = __ostrel__sendOverNetwork;
-    const add = burst(function (texts) {
+    const kept = burst(function (texts) {
         binding(window.__ostrel__port + "\0" + texts);
     });
 
@@ -14,7 +14,7 @@
             return sendOverNetwork(method, query, body, async);
         }
         const text = body === null ? query : query + body;
-        add(text, text.indexOf("&event=keyup&") !== -1);
+        kept.add(text, text.indexOf("&event=keyup&") !== -1);
         return { responseText: "" };
     };
 }());

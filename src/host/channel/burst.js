@@ -1,6 +1,6 @@
 // Sends texts to the host. Those that follow each other faster than a person types share a message, since each message
 // costs the page as much as a key press itself. Of those that may wait the first one behind a pause goes at once, so
-// that the host knows of the burst; one that must not wait goes at once with all that do. Stands in front of the
+// that the host knows of the burst and can ask for the rest; one that must not wait goes at once with all that do. Stands in front of the
 // scripts that send, in one function with them.
 function burst(post) {
     "use strict";
@@ -10,37 +10,42 @@ function burst(post) {
     const startTimer = setTimeout.bind(window);
     const now = performance.now.bind(performance);
     let waiting = "";
-    let patientAt = -lengthMs; // when texts that may wait were sent last
+    let burstAt = -lengthMs; // when the last message of the burst was sent
     let isTimed = false;
 
     function flush() {
         const texts = waiting;
         waiting = "";
+        burstAt = -lengthMs;
         if (texts !== "") {
             post(texts);
         }
     }
 
-    function flushPatient() {
-        patientAt = now();
+    function goOn() {
         flush();
+        burstAt = now();
     }
 
     window.addEventListener("beforeunload", flush, true);
     window.addEventListener("pagehide", flush, true);
 
-    return function add(text, mayWait) {
+    function add(text, mayWait) {
         waiting += waiting === "" ? text : "\0" + text;
         if (!mayWait) {
             flush();
-        } else if (now() - patientAt >= lengthMs) {
-            flushPatient();
+        } else if (now() - burstAt >= lengthMs) {
+            goOn();
         } else if (!isTimed) {
             isTimed = true;
             startTimer(function () {
                 isTimed = false;
-                flushPatient();
+                if (waiting !== "") {
+                    goOn();
+                }
             }, lengthMs);
         }
-    };
+    }
+
+    return { add: add, flush: flush };
 }

@@ -10,7 +10,8 @@
     const synthetic = ["mousedown", "click"]; // what pages like to dispatch as if a user had done it
     const wheelPauseMs = 500;
     const longestName = 30;
-    const add = burst(globalThis.__pageprobeInput);
+    const kept = burst(globalThis.__pageprobeInput);
+    globalThis.__pageprobeFlush = kept.flush;
     let lastWheel = -wheelPauseMs;
     let pointer = ""; // where the pointer was last
     let isPressWanted = false; // whether the pointer went down and no press has followed yet
@@ -65,7 +66,7 @@
     function tell(event, more) {
         const element = targetOf(event);
         const isText = isTextField(element);
-        add(JSON.stringify(Object.assign({
+        kept.add(JSON.stringify(Object.assign({
             kind: event.type,
             time: performance.timeOrigin + event.timeStamp,
             target: describe(element),
@@ -195,7 +196,7 @@
             answered = answered || changes.takeRecords().length > 0;
             changes.disconnect();
             if (answered) {
-                add(JSON.stringify({ kind: "hover", target: target }), false);
+                kept.add(JSON.stringify({ kind: "hover", target: target }), false);
             }
         };
     });

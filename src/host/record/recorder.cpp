@@ -7,7 +7,8 @@
 #include "wrappers/web/webevents.h"
 #include "wrappers/web/webutilities.h"
 
-#include <QEventLoop>
+#include <QCoreApplication>
+#include <QPointer>
 
 #include <algorithm>
 #include <iterator>
@@ -132,11 +133,12 @@ FunctionCallResult<void> Recorder::start(const QString &address)
 
 void Recorder::finish()
 {
-    // What was typed last may still be on its way.
-    if (m_session->browser()->isRunning()) {
-        QEventLoop loop;
-        QTimer::singleShot(longestBurstMs, &loop, &QEventLoop::quit);
-        loop.exec();
+    if (m_typedIn)
+        fetchTyped();
+    const QDeadlineTimer limit(textLimitMs);
+    while ((m_fetching || !isSettled()) && m_session->browser()->isRunning() && !limit.hasExpired()) {
+        waitForMore();
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
     m_finished = true;
     handleAll();
@@ -200,24 +202,44 @@ void Recorder::note(BrowserPage *page, const InputEvent &input)
 {
     if (!input.isByPage)
         m_lastInputs.insert(page->targetId(), QDeadlineTimer(consequenceMs));
+    // Keys that were typed in another document before may still be kept back there.
+    const bool isElsewhere
+        = m_typedIn && (m_typedIn->tab != page->targetId() || m_typedIn->observer != input.observer);
+    if (isElsewhere)
+        fetchTyped();
     auto place = m_happenings.end();
     if (isTyped(input)) {
-        m_typing.setRemainingTime(longestBurstMs);
-        // It may have been kept back while other documents told of what came behind it.
         const auto isEarlierThan = [&](const Happening &other) {
-            return !other.act && other.input.document != input.document && input.time < other.input.time;
+            return !other.act && (other.tab != page->targetId() || other.input.observer != input.observer)
+                && input.time < other.input.time;
         };
         while (place != m_happenings.begin() && isEarlierThan(*std::prev(place)))
             --place;
+        if (!m_fetching)
+            m_typedIn = TypedIn{page->targetId(), input.observer};
+    } else if (!isElsewhere) {
+        m_typedIn.reset();
     }
     m_happenings.insert(place, {page->targetId(), input, {}, QDeadlineTimer(textLimitMs)});
     handleAll();
 }
 
-/// Whether a key that came before the event may still be on its way.
-bool Recorder::mayComeLate(const Happening &happening) const
+/// Has the document in which keys were typed last tell of all of them. Nothing is handled until it has.
+void Recorder::fetchTyped()
 {
-    return !happening.act && !isTyped(happening.input) && !m_typing.hasExpired();
+    BrowserPage *page = pageOf(m_typedIn->tab);
+    const int observer = m_typedIn->observer;
+    m_typedIn.reset();
+    if (!page || page->openDialog())
+        return;
+    ++m_fetching;
+    const QPointer<Recorder> self(this);
+    InputObserver::flush(page, observer, [self] {
+        if (!self)
+            return;
+        --self->m_fetching;
+        self->handleAll();
+    });
 }
 
 /// A page says nothing while it shows a dialog.
@@ -329,7 +351,7 @@ bool Recorder::handleFirst()
     if (m_happenings.empty())
         return false;
     const Happening &first = m_happenings.front();
-    if (mayComeLate(first))
+    if (m_fetching && !first.limit.hasExpired() && !first.act)
         return false;
     if (!first.act && isToldByPage(first.input) && !isOver(first.tab, first.limit)) {
         const bool isTold = std::any_of(m_texts.begin(), m_texts.end(), [&](const PageText &text) {

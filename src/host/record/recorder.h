@@ -13,6 +13,7 @@
 
 #include <deque>
 #include <functional>
+#include <optional>
 
 namespace Ostrel::Host {
 
@@ -34,7 +35,7 @@ public:
     const RecordedScript &script() const { return m_script; }
 
     /// Whether all that happened until now has been handled.
-    bool isSettled() const { return m_happenings.empty() && m_texts.empty() && m_typing.hasExpired(); }
+    bool isSettled() const { return m_happenings.empty() && m_texts.empty(); }
 
 Q_SIGNALS:
     /// Lines were added or taken back.
@@ -65,7 +66,7 @@ private:
     void watch(BrowserPage *page);
     void take(const QString &text);
     void note(BrowserPage *page, const InputEvent &input);
-    bool mayComeLate(const Happening &happening) const;
+    void fetchTyped();
     bool isOver(const QString &tab, const QDeadlineTimer &limit) const;
     void startLimitsAgain(const QString &tab);
     void noteNews(const QString &tab, std::function<void()> act);
@@ -92,7 +93,14 @@ private:
     QHash<QString, QString> m_contexts; ///< of each tab, as it was last heard of
     QHash<QString, QDeadlineTimer> m_lastInputs; ///< how long what a tab does counts as caused by the user
     QHash<QString, InputEvent> m_keyDown; ///< the key of each tab that has done nothing visible yet
-    QDeadlineTimer m_typing; ///< how long a page may keep keys back that were typed
+    /// The document in which keys were typed last and that may keep some back.
+    struct TypedIn
+    {
+        QString tab;
+        int observer = 0;
+    };
+    std::optional<TypedIn> m_typedIn;
+    int m_fetching = 0; ///< how many documents are asked for what they keep back
     QTimer m_timer;
     QStringList m_shown;
     quint64 m_order = 0; ///< counts what pages say
