@@ -13,6 +13,7 @@
 #include <QFile>
 #include <QImage>
 #include <QTemporaryDir>
+#include <QTimer>
 
 using namespace Ostrel;
 using namespace Ostrel::Host;
@@ -290,6 +291,72 @@ TEST_F(Keyboard, AtFullSpeedLosesNoCharacter)
         u"typeText(\"{visible='true' tagName='TEXTAREA' id='t'}\", \"%1\");"_s.arg(text));
 }
 
+// Each document tells for itself, and keys may be kept back for a moment.
+TEST_F(Keyboard, AtFullSpeedKeepsItsPlaceAmongDocuments)
+{
+    serve(u"order-a.html"_s,
+        "<input id='f' style='width:600px'><iframe id='inner' src='order-b.html'></iframe>");
+    serve(u"order-b.html"_s, "<button type='button' id='b'>Do</button>");
+    record(server.url(u"order-a.html"_s));
+    TrustedUser user(page());
+    ASSERT_TRUE(waitUntil(page(), u"frameDocument('inner').__ostrel__hooked__events"_s));
+
+    user.click(u"q('#f')"_s);
+    for (int i = 0; i < 5; ++i) {
+        user.type(u"quick"_s);
+        user.click(u"inFrame('inner', '#b')"_s);
+        user.click(u"q('#f')"_s);
+    }
+
+    const QStringList typed = statements().filter(QRegularExpression(u"^(typeText|clickButton)"_s));
+    ASSERT_EQ(typed.size(), 10) << qPrintable(typed.join(u'\n'));
+    QString text;
+    for (int i = 0; i < 10; i += 2) {
+        text += u"quick"_s;
+        EXPECT_EQ(typed.at(i),
+            u"typeText(\"{visible='true' tagName='INPUT' type='text' id='f'}\", \"%1\");"_s.arg(text));
+        EXPECT_TRUE(typed.at(i + 1).startsWith("clickButton(\""_L1)) << qPrintable(typed.at(i + 1));
+    }
+}
+
+// A page that shows a dialog tells nothing, for as long as the user likes.
+TEST_F(Keyboard, ThatOpensADialogIsWaitedFor)
+{
+    serve(u"slow-a.html"_s,
+        "<input id='f' onkeyup='if (this.value.length === 5 && !this.told) { this.told = true; alert(5) }'>");
+    record(server.url(u"slow-a.html"_s));
+    TrustedUser user(page());
+    user.click(u"q('#f')"_s);
+
+    QTimer readingTime;
+    readingTime.setSingleShot(true);
+    QObject::connect(page(), &BrowserPage::dialogOpened, &readingTime, [&] { readingTime.start(1500); });
+    QObject::connect(&readingTime, &QTimer::timeout, page(), [this] { page()->answerDialog({true, {}}); });
+    user.type(u"abcde"_s);
+    ASSERT_TRUE(waitFor([&] { return !page()->openDialog() && !readingTime.isActive(); }));
+
+    EXPECT_EQ(statements().mid(2),
+        (QStringList{u"answerAlert();"_s,
+            u"typeText(\"{visible='true' tagName='INPUT' type='text' id='f'}\", \"abcde\");"_s}));
+}
+
+TEST_F(Keyboard, IsToldByPagesThatReplaceTheClock)
+{
+    serve(u"clock-a.html"_s, R"(<input id='f'><script>
+        window.setTimeout = window.requestAnimationFrame = function () { return 0; };
+        performance.now = Date.now = function () { return 7; };
+        Array.prototype.toJSON = String.prototype.toJSON = function () { return 'broken'; };
+    </script>)");
+    record(server.url(u"clock-a.html"_s));
+    TrustedUser user(page());
+
+    user.click(u"q('#f')"_s);
+    user.type(u"abcde"_s);
+
+    EXPECT_EQ(statements().constLast(),
+        u"typeText(\"{visible='true' tagName='INPUT' type='text' id='f'}\", \"abcde\");"_s);
+}
+
 using Presses = Recording;
 
 TEST_F(Presses, ThatThePageTakesByThePointerAreOfTheTruePointer)
@@ -403,6 +470,7 @@ TEST_F(Forgery, MakesNoStatements)
             var foreign = new XMLHttpRequest();
             foreign.open('GET', 'http://127.0.0.1:49151/?logevent6&event=mousedown&type=button&object=y');
             foreign.send();
+            __ostrel__carryEvents('49151/guess\0logevent7&event=mousedown&type=button&object=z');
             document.title = 'forged';
         }
         setTimeout(forge, 50);

@@ -92,6 +92,7 @@ QString Injection::script() const
     for (const PageVariable &variable : variables)
         parts.append(assignment(variable));
     parts.append(payload);
+    parts.append(companion);
     return parts.join(u'\n');
 }
 
@@ -102,9 +103,9 @@ QString Injection::newDocumentScript() const
     QStringList assignments;
     for (const PageVariable &variable : variables)
         assignments.append(assignment(variable));
-    return u"if (window === window.top) {\n(0, eval)(%1);\n(0, eval)(%2);\n(0, eval)(%3);\n%4 = document;\n}"_s
+    return u"if (window === window.top) {\n(0, eval)(%1);\n(0, eval)(%2);\n(0, eval)(%3);\n(0, eval)(%4);\n%5 = document;\n}"_s
         .arg(scriptLiteral(namespaceCode), scriptLiteral(assignments.join(u'\n')), scriptLiteral(payload),
-            injectedDocument);
+            scriptLiteral(companion), injectedDocument);
 }
 
 QString Injection::isMissingExpression()

@@ -33,6 +33,7 @@ struct Injection
     QString namespaceCode;
     QList<PageVariable> variables;
     QString payload;
+    QString companion{}; ///< script of the host that runs behind the payload; may be empty
 
     /// Sets a variable, or adds it when there is none of that name.
     void setVariable(const QString &name, const QJsonValue &value);

@@ -4,6 +4,8 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
+
 namespace Ostrel::Host {
 
 class BrowserPage;
@@ -12,6 +14,7 @@ class BrowserPage;
 struct InputEvent
 {
     QString kind; ///< the browser's name of the event, or "hover"
+    double time = 0; ///< of the device, in milliseconds since the epoch
     QString target; ///< the element, as a remark names it
     QString key; ///< of key events
     QString value; ///< of a text field before the key, or of a field that has changed
@@ -25,6 +28,7 @@ struct InputEvent
     int scrolledX = 0; ///< of such a press: how far the parts of the page around it are scrolled
     int scrolledY = 0;
     bool isByPage = false; ///< the page itself has dispatched it
+    int observer = 0; ///< the browser's number of the observer in this document, unique in its tab
 
     bool operator==(const InputEvent &) const = default;
 };
@@ -36,6 +40,10 @@ class InputObserver : public QObject
 
 public:
     explicit InputObserver(BrowserPage *page);
+
+    /// Has the observer of a document tell at once what it keeps back. `done` runs when all has been told, or
+    /// when the document is gone.
+    static void flush(BrowserPage *page, int observer, std::function<void()> done);
 
 Q_SIGNALS:
     void observed(Ostrel::Host::BrowserPage *page, const Ostrel::Host::InputEvent &event);

@@ -10,6 +10,8 @@
     const synthetic = ["mousedown", "click"]; // what pages like to dispatch as if a user had done it
     const wheelPauseMs = 500;
     const longestName = 30;
+    const kept = burst(globalThis.__pageprobeInput);
+    globalThis.__pageprobeFlush = kept.flush;
     let lastWheel = -wheelPauseMs;
     let pointer = ""; // where the pointer was last
     let isPressWanted = false; // whether the pointer went down and no press has followed yet
@@ -63,11 +65,13 @@
 
     function tell(event, more) {
         const element = targetOf(event);
-        globalThis.__pageprobeInput(JSON.stringify(Object.assign({
+        const isText = isTextField(element);
+        kept.add(JSON.stringify(Object.assign({
             kind: event.type,
+            time: performance.timeOrigin + event.timeStamp,
             target: describe(element),
-            isText: isTextField(element),
-        }, more)));
+            isText: isText,
+        }, more)), isText && event.type.startsWith("key") && event.key.length === 1);
     }
 
     function listen(type, listener) {
@@ -192,7 +196,7 @@
             answered = answered || changes.takeRecords().length > 0;
             changes.disconnect();
             if (answered) {
-                globalThis.__pageprobeInput(JSON.stringify({ kind: "hover", target: target }));
+                kept.add(JSON.stringify({ kind: "hover", target: target }), false);
             }
         };
     });

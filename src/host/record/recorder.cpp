@@ -1,10 +1,14 @@
 #include "host/record/recorder.h"
 
 #include "host/browser/navigation.h"
+#include "host/channel/bindingcarrier.h"
 #include "host/record/statementtext.h"
 #include "ostrelhook/inspector.h"
 #include "wrappers/web/webevents.h"
 #include "wrappers/web/webutilities.h"
+
+#include <QCoreApplication>
+#include <QPointer>
 
 #include <algorithm>
 #include <iterator>
@@ -25,6 +29,12 @@ bool isToldByPage(const InputEvent &input)
 {
     static const QStringList kinds{u"mousedown"_s, u"click"_s, u"dblclick"_s, u"keyup"_s, u"touchend"_s};
     return kinds.contains(input.kind) || (input.kind == "change"_L1 && input.isTold);
+}
+
+/// A page may tell of such a key together with those that follow.
+bool isTyped(const InputEvent &input)
+{
+    return input.isText && input.key.size() == 1;
 }
 
 /// The names of event texts that only an event of the user may cause. Those that a page extension makes up
@@ -91,6 +101,7 @@ Recorder::Recorder(TestSession *session)
     Q_UNUSED(once)
     Inspector::self()->setRecorderAttached(true);
     Inspector::self()->setRecording(true);
+    session->carryEventsQuickly();
     m_timer.setSingleShot(true);
     connect(&m_timer, &QTimer::timeout, this, &Recorder::handleAll);
     connect(session->channel(), &PageChannel::eventLogged, this, &Recorder::take);
@@ -122,6 +133,14 @@ FunctionCallResult<void> Recorder::start(const QString &address)
 
 void Recorder::finish()
 {
+    if (m_typedIn)
+        fetchTyped();
+    const QDeadlineTimer limit(textLimitMs);
+    while ((m_fetching || !isSettled()) && m_session->browser()->isRunning() && !limit.hasExpired()) {
+        waitForMore();
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    m_finished = true;
     handleAll();
     for (Happening &happening : m_happenings)
         happening.limit.setRemainingTime(0);
@@ -143,6 +162,7 @@ void Recorder::watch(BrowserPage *page)
     connect(page, &BrowserPage::dialogOpened, this, [dialog](const Dialog &opened) { *dialog = opened; });
     page->connection()->listen(
         page->sessionId(), u"Page.javascriptDialogClosed"_s, this, [=, this](const QJsonObject &event) {
+            startLimitsAgain(tab);
             noteNews(tab, [=, this] { noteDialogClosed(*dialog, event); });
         });
 }
@@ -182,8 +202,63 @@ void Recorder::note(BrowserPage *page, const InputEvent &input)
 {
     if (!input.isByPage)
         m_lastInputs.insert(page->targetId(), QDeadlineTimer(consequenceMs));
-    m_happenings.push_back({page->targetId(), input, {}, QDeadlineTimer(textLimitMs)});
+    // Keys that were typed in another document before may still be kept back there.
+    const bool isElsewhere
+        = m_typedIn && (m_typedIn->tab != page->targetId() || m_typedIn->observer != input.observer);
+    if (isElsewhere)
+        fetchTyped();
+    auto place = m_happenings.end();
+    if (isTyped(input)) {
+        const auto isEarlierThan = [&](const Happening &other) {
+            return !other.act && (other.tab != page->targetId() || other.input.observer != input.observer)
+                && input.time < other.input.time;
+        };
+        while (place != m_happenings.begin() && isEarlierThan(*std::prev(place)))
+            --place;
+        if (!m_fetching)
+            m_typedIn = TypedIn{page->targetId(), input.observer};
+    } else if (!isElsewhere) {
+        m_typedIn.reset();
+    }
+    m_happenings.insert(place, {page->targetId(), input, {}, QDeadlineTimer(textLimitMs)});
     handleAll();
+}
+
+/// Has the document in which keys were typed last tell of all of them. Nothing is handled until it has.
+void Recorder::fetchTyped()
+{
+    BrowserPage *page = pageOf(m_typedIn->tab);
+    const int observer = m_typedIn->observer;
+    m_typedIn.reset();
+    if (!page || page->openDialog())
+        return;
+    ++m_fetching;
+    const QPointer<Recorder> self(this);
+    InputObserver::flush(page, observer, [self] {
+        if (!self)
+            return;
+        --self->m_fetching;
+        self->handleAll();
+    });
+}
+
+/// A page says nothing while it shows a dialog.
+bool Recorder::isOver(const QString &tab, const QDeadlineTimer &limit) const
+{
+    const BrowserPage *page = pageOf(tab);
+    return limit.hasExpired() && (m_finished || !page || !page->openDialog());
+}
+
+void Recorder::startLimitsAgain(const QString &tab)
+{
+    for (Happening &happening : m_happenings) {
+        if (happening.tab == tab)
+            happening.limit.setRemainingTime(textLimitMs);
+    }
+    for (PageText &text : m_texts) {
+        if (text.tab == tab)
+            text.limit.setRemainingTime(textLimitMs);
+    }
 }
 
 void Recorder::noteNews(const QString &tab, std::function<void()> act)
@@ -276,7 +351,9 @@ bool Recorder::handleFirst()
     if (m_happenings.empty())
         return false;
     const Happening &first = m_happenings.front();
-    if (!first.act && isToldByPage(first.input) && !first.limit.hasExpired()) {
+    if (m_fetching && !first.limit.hasExpired() && !first.act)
+        return false;
+    if (!first.act && isToldByPage(first.input) && !isOver(first.tab, first.limit)) {
         const bool isTold = std::any_of(m_texts.begin(), m_texts.end(), [&](const PageText &text) {
             return text.tab == first.tab && (text.event == first.input.kind || !isBrowserEvent(text.event));
         });
@@ -368,7 +445,7 @@ Verdict Recorder::remark(const QString &text)
 /// A text that no event of the user stands behind is the page's own making.
 void Recorder::forgetTextsWithoutInput()
 {
-    while (!m_texts.empty() && m_texts.front().limit.hasExpired()) {
+    while (!m_texts.empty() && isOver(m_texts.front().tab, m_texts.front().limit)) {
         Q_EMIT explained(
             u"%1 told by the page  left out: the user did nothing of the kind"_s.arg(m_texts.front().event));
         m_texts.pop_front();

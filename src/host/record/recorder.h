@@ -13,6 +13,7 @@
 
 #include <deque>
 #include <functional>
+#include <optional>
 
 namespace Ostrel::Host {
 
@@ -65,6 +66,9 @@ private:
     void watch(BrowserPage *page);
     void take(const QString &text);
     void note(BrowserPage *page, const InputEvent &input);
+    void fetchTyped();
+    bool isOver(const QString &tab, const QDeadlineTimer &limit) const;
+    void startLimitsAgain(const QString &tab);
     void noteNews(const QString &tab, std::function<void()> act);
     void noteDialogClosed(const Dialog &dialog, const QJsonObject &event);
     void noteDocumentGone(const QString &tab);
@@ -89,10 +93,19 @@ private:
     QHash<QString, QString> m_contexts; ///< of each tab, as it was last heard of
     QHash<QString, QDeadlineTimer> m_lastInputs; ///< how long what a tab does counts as caused by the user
     QHash<QString, InputEvent> m_keyDown; ///< the key of each tab that has done nothing visible yet
+    /// The document in which keys were typed last and that may keep some back.
+    struct TypedIn
+    {
+        QString tab;
+        int observer = 0;
+    };
+    std::optional<TypedIn> m_typedIn;
+    int m_fetching = 0; ///< how many documents are asked for what they keep back
     QTimer m_timer;
     QStringList m_shown;
     quint64 m_order = 0; ///< counts what pages say
     bool m_handling = false;
+    bool m_finished = false;
 };
 
 } // namespace Ostrel::Host

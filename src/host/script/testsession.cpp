@@ -1,5 +1,6 @@
 #include "host/script/testsession.h"
 
+#include "host/channel/bindingcarrier.h"
 #include "host/channel/fetchcarrier.h"
 #include "host/script/elementvalue.h"
 #include "ostrelhook/globalfunction.h"
@@ -144,9 +145,26 @@ FunctionCallResult<void> TestSession::preparePage(BrowserPage *page, Begun begun
     m_eventHandlers.attend(page);
     auto *carrier = new FetchCarrier(page, &m_channel, m_channelAddress);
     carrier->setParent(page);
+    if (m_carriesQuickly)
+        new BindingCarrier(page, &m_channel, m_channelAddress);
+    return inject(page, begun);
+}
+
+FunctionCallResult<void> TestSession::inject(BrowserPage *page, Begun begun)
+{
     Injection injection = m_injection;
     injection.setVariable(u"window.top.__ostrel__browsertabid"_s, page->targetId());
     return page->setInjection(injection, begun == Begun::Already);
+}
+
+void TestSession::carryEventsQuickly()
+{
+    m_carriesQuickly = true;
+    m_injection.companion = BindingCarrier::pageScript();
+    for (BrowserPage *page : m_browser->pages()) {
+        new BindingCarrier(page, &m_channel, m_channelAddress);
+        static_cast<void>(inject(page, Begun::NotYet));
+    }
 }
 
 FunctionCallResult<void> TestSession::setPageVariable(const QString &name, const QJsonValue &value)

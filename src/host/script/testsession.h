@@ -69,6 +69,10 @@ public:
     /// Sets a variable of the page script in all pages, those that open later included.
     FunctionCallResult<void> setPageVariable(const QString &name, const QJsonValue &value);
 
+    /// From the next documents on the pages send their events in a way that does not slow them down. Costs
+    /// the browser some memory for what pages write to its console, so only a recording does it.
+    void carryEventsQuickly();
+
     /// The windows under test.
     WindowList *windows() { return &m_windows; }
     Lookup *lookup() { return &m_lookup; }
@@ -98,6 +102,7 @@ private:
     enum class Begun { NotYet, Already };
     /// An error tells that the payload does not load; it can only be seen where the document has begun.
     FunctionCallResult<void> preparePage(BrowserPage *page, Begun begun);
+    FunctionCallResult<void> inject(BrowserPage *page, Begun begun);
     void registerFunctions();
     void registerLookupFunctions();
 
@@ -113,6 +118,7 @@ private:
     std::unique_ptr<StaticServer> m_server;
     std::unique_ptr<Browser> m_browser;
     Injection m_injection;
+    bool m_carriesQuickly = false;
     WindowList m_windows;
     Lookup m_lookup{&m_windows};
     LookupNotes m_lookupNotes;
