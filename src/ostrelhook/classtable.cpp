@@ -2,9 +2,64 @@
 
 #include "ostrelhook/namespace.h"
 
+#include <algorithm>
+
 namespace Ostrel {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Whether a conversion to the type keeps what the script meant. Null is the empty text, and no number.
+bool converts(const SharedPtr<Object> &value, QLatin1StringView type)
+{
+    const bool isNumber = type == "int"_L1 || type == "double"_L1 || type == "bool"_L1;
+    if (!value)
+        return !isNumber;
+    bool ok = true;
+    if (type == "int"_L1)
+        static_cast<void>(value->toInt(&ok));
+    else if (type == "double"_L1)
+        static_cast<void>(value->toDouble(&ok));
+    else if (type == "bool"_L1)
+        static_cast<void>(value->toBool(&ok));
+    else if (type == "String"_L1)
+        static_cast<void>(value->toQString(&ok));
+    return ok;
+}
+
+/// The same of an array and each of its items.
+bool converts(const SharedPtr<Object> &value, const TypeName &type)
+{
+    if (!type.item)
+        return converts(value, QLatin1StringView(type.name));
+    bool isArray = false;
+    const ObjectList items = ArrayClass::unwrapObject(value, &isArray);
+    return isArray && std::all_of(items.begin(), items.end(), [&type](const SharedPtr<Object> &item) {
+        return converts(item, QLatin1StringView(type.item));
+    });
+}
+
+QString shownType(const TypeName &type)
+{
+    const QString name = QString::fromLatin1(type.name);
+    return type.item ? u"%1 of %2"_s.arg(name, QString::fromLatin1(type.item)) : name;
+}
+
+QString shownValue(const SharedPtr<Object> &value)
+{
+    if (!value)
+        return u"null"_s;
+    if (value->isPrimitive())
+        return u"'%1'"_s.arg(value->toQString());
+    bool isArray = false;
+    QStringList items;
+    for (const SharedPtr<Object> &item : ArrayClass::unwrapObject(value, &isArray))
+        items.append(shownValue(item));
+    return isArray ? u"[%1]"_s.arg(items.join(", "_L1)) : value->objectClass()->name();
+}
+
+} // namespace
 
 TableClass::TableClass(const ClassTable &table, const WrapperFamily &family, Namespace *home)
     : Class(QString::fromLatin1(table.name), home), m_table(table), m_family(family)
@@ -71,7 +126,16 @@ SharedPtr<Object> TableClass::invoke(
     const auto local = std::size_t(index - superClassOffset(Methods));
     if (local >= m_table.methods.size())
         return {};
-    CallResult result = m_table.methods[local].call(wrapper, arguments);
+    const MethodRow &row = m_table.methods[local];
+    for (std::size_t i = 0; i < row.parameterCount; ++i) {
+        const SharedPtr<Object> argument = arguments.value(qsizetype(i));
+        if (!converts(argument, row.parameters[i].type)) {
+            Inspector::self()->raiseError(u"%1.%2 expects %3, but %4 was given."_s.arg(
+                name(), method->name(), shownType(row.parameters[i].type), shownValue(argument)));
+            return {};
+        }
+    }
+    CallResult result = row.call(wrapper, arguments);
     if (result.failed()) {
         Inspector::self()->raiseError(result.error);
         return {};
@@ -107,6 +171,11 @@ bool TableClass::setProperty(
     const PropertyRow &row = m_table.properties[local];
     if (!row.write) {
         Inspector::self()->raiseError(u"Cannot set read-only property %1."_s.arg(property->name()));
+        return false;
+    }
+    if (!converts(value, row.type)) {
+        Inspector::self()->raiseError(u"Cannot set property %1 to %2, expected %3."_s.arg(
+            property->name(), shownValue(value), shownType(row.type)));
         return false;
     }
     const FunctionCallResult<void> result = row.write(wrapper, value);

@@ -574,6 +574,20 @@ TEST_F(BrowserTest, APageVariableHoldsForTheNextDocumentsToo)
     EXPECT_EQ(evaluate(u"window.__ostrel__recording + trace.join()"_s), u"true,1/s,payload"_s);
 }
 
+TEST_F(BrowserTest, AFieldThatGetsTheFocusTellsThePage)
+{
+    serve(u"focus.html"_s,
+        "<input id='a'><input id='b'><script>var seen = [];"
+        "['focus', 'blur'].forEach(function (type) { document.addEventListener(type, function (event) {"
+        "seen.push(type + ' ' + event.target.id); }, true); });</script>");
+    open(u"focus.html"_s);
+
+    EXPECT_EQ(evaluate(u"document.hasFocus()"_s), u"true"_s) << "before any input of a device";
+    EXPECT_EQ(evaluate(u"document.getElementById('a').focus(); document.getElementById('b').focus();"
+                       "seen.join(', ')"_s),
+        u"focus a, blur a, focus b"_s);
+}
+
 TEST_F(BrowserTest, WindowsThatAPageOpensArePagesAndGetThePayload)
 {
     BrowserPage *popup = nullptr;

@@ -177,6 +177,11 @@ void Browser::noteAttached(const QJsonObject &event)
         m_connection.get(), event.value("sessionId"_L1).toString(), target.value("targetId"_L1).toString()));
     BrowserPage *page = m_pages.back().get();
     page->setDefaultLimit(m_options.evaluationLimitMs);
+    // Without a desktop nobody gives a window the focus, and pages would hear nothing of fields that get it.
+    if (m_options.headless) {
+        m_connection->send(
+            page->sessionId(), u"Emulation.setFocusEmulationEnabled"_s, {{u"enabled"_s, true}});
+    }
     if (isFirst)
         m_startPage = page;
     Q_EMIT pageOpened(page);

@@ -7,6 +7,7 @@
 #include "wrappers/web/formelements.h"
 #include "wrappers/web/gentlesleep.h"
 #include "wrappers/web/objectfactory.h"
+#include "wrappers/web/reflection/webclasses.h"
 #include "wrappers/web/scripttext.h"
 
 #include <QDir>
@@ -63,6 +64,9 @@ FunctionCallResult<void> usePointer(const QString &event, const HTML_Object *ele
 FunctionCallResult<void> sendMouseEvent(
     const QString &event, const HTML_Object *element, const ObjectList &arguments)
 {
+    // The page function takes a missing element without a word, and the bridge may be gone.
+    if (!element->hasValidReference())
+        return Failure(QString::fromUtf16(deadElementMessage));
     if (std::find(mouseEvents.begin(), mouseEvents.end(), event) == mouseEvents.end())
         return Failure(message(u"Unknown event type: %1", event));
     const auto coordinate = [&arguments](int index) {

@@ -32,7 +32,7 @@ FunctionCallResult<HTML_Object *> elementIn(const SharedPtr<Object> &object, QSt
 /// The object of that name. What the lookup itself has to tell was raised as the script's error by then.
 FunctionCallResult<SharedPtr<Object>> objectNamed(const SharedPtr<Object> &name)
 {
-    const QString text = name->toQString();
+    const QString text = name ? name->toQString() : QString();
     FunctionCallResult<SharedPtr<Object>> found = Inspector::self()->findObject(text);
     if (found.failed() || !found.value)
         return Failure(message(u"Invalid object name '%1'", text));

@@ -291,6 +291,33 @@ TYPED_TEST(CheckableTest, ClickFocusesFirstAndReportsTheChange)
             u"__ostrel__sendChangeEvent( el )"_s}));
 }
 
+/// A field with a focus of its own, which fails.
+template <typename Wrapper>
+struct OwnFocus : Wrapper
+{
+    using Wrapper::Wrapper;
+    FunctionCallResult<void> focus() override
+    {
+        ++focused;
+        return Failure(u"not focusable"_s);
+    }
+    int focused = 0;
+};
+
+TYPED_TEST(CheckableTest, ClickUsesTheFocusOfTheWrapper)
+{
+    FakePage page;
+    auto element = elementOn<OwnFocus<TypeParam>>(page);
+
+    EXPECT_EQ(element.click(0, 0, 0, 1).error, QString());
+
+    EXPECT_EQ(element.focused, 1);
+    EXPECT_EQ(page.scripts(),
+        QStringList(
+            {u"setTimeout(function(e){__ostrel__clickButton(el, false, false, false, 0, 0, 1);}, 100);"_s,
+                u"__ostrel__sendChangeEvent( el )"_s}));
+}
+
 TYPED_TEST(CheckableTest, FailedClickReportsNoChange)
 {
     FakePage page;
@@ -364,6 +391,20 @@ TEST(TextField, SetValueFocusesClicksAndSets)
     EXPECT_EQ(page.scripts(),
         QStringList({rawRead(u"type"_s), u"el.focus();"_s, u"__ostrel__click(el);"_s,
             u"__ostrel__setTextFieldValue(el, 'it\\'s\\na \\\\');"_s}));
+}
+
+TEST(TextField, SetValueUsesTheFocusOfTheWrapper)
+{
+    FakePage page;
+    auto field = elementOn<OwnFocus<HTML_Text>>(page);
+    page.answer(u"text"_s);
+
+    EXPECT_EQ(field.setValue(u"a"_s).error, QString());
+
+    EXPECT_EQ(field.focused, 1);
+    EXPECT_EQ(page.scripts(),
+        QStringList(
+            {rawRead(u"type"_s), u"__ostrel__click(el);"_s, u"__ostrel__setTextFieldValue(el, 'a');"_s}));
 }
 
 TEST(TextField, ReturnIsTypedAndNotSet)

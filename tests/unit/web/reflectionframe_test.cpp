@@ -425,6 +425,65 @@ TEST(ReflectionWrites, ListsOfASelectGoToTheirSetters)
     }
 }
 
+TEST(ReflectionWrites, WhatIsNoValueOfThePropertyChangesNothing)
+{
+    FakePage page;
+    const SharedPtr<Object> select = wrapObject(new HTML_Select({}, u"el"_s, true, &page));
+    const SharedPtr<Object> box = scriptElement<HTML_CheckBox>(page);
+    struct Row
+    {
+        SharedPtr<Object> object;
+        const char *property;
+        SharedPtr<Object> value;
+        const char *error;
+    };
+    const Row rows[] = {
+        {select, "selectedIndex", argument(u"two"_s),
+            "Cannot set property selectedIndex to 'two', expected int."},
+        {select, "selectedIndex", argument(1.5), "Cannot set property selectedIndex to '1.5', expected int."},
+        {select, "selectedIndex", nullptr, "Cannot set property selectedIndex to null, expected int."},
+        {select, "selectedIndex", box, "Cannot set property selectedIndex to HTML_CheckBox, expected int."},
+        {select, "selectedTexts", argument(u"one"_s),
+            "Cannot set property selectedTexts to 'one', expected Array of String."},
+        {select, "selectedTexts", nullptr,
+            "Cannot set property selectedTexts to null, expected Array of String."},
+        {select, "selectedIndexes", argument(QList<QString>{u"0"_s, u"two"_s}),
+            "Cannot set property selectedIndexes to ['0', 'two'], expected Array of int."},
+        {select, "selectedOption", argument(QList<QString>{u"one"_s}),
+            "Cannot set property selectedOption to ['one'], expected String."},
+        {box, "checked", argument(u"yes"_s), "Cannot set property checked to 'yes', expected bool."},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.error);
+        const Property *property = row.object->objectClass()->findProperty(QString::fromLatin1(row.property));
+
+        EXPECT_FALSE(row.object->objectClass()->write(row.object, property, row.value));
+
+        EXPECT_EQ(Inspector::self()->takeError(), QString::fromLatin1(row.error));
+    }
+    EXPECT_EQ(callMethod(select, u"deselectByIndexes"_s, QList<QString>{u"two"_s}).error,
+        u"HTML_Select.deselectByIndexes expects Array of int, but ['two'] was given."_s);
+    EXPECT_EQ(page.scripts(), QStringList());
+}
+
+TEST(ReflectionWrites, ValuesOfOtherTypesThatMeanTheSameAreTaken)
+{
+    FakePage page;
+    const SharedPtr<Object> select = wrapObject(new HTML_Select({}, u"el"_s, true, &page));
+    const SharedPtr<Object> option = scriptElement<HTML_Option>(page);
+
+    EXPECT_EQ(writeProperty(select, u"selectedIndex"_s, u"2"_s), QString());
+    EXPECT_EQ(writeProperty(select, u"selectedIndex"_s, 2.0), QString());
+    EXPECT_EQ(writeProperty(select, u"disabled"_s, u"true"_s), QString());
+    EXPECT_EQ(writeProperty(option, u"text"_s, 7), QString());
+    EXPECT_TRUE(
+        option->objectClass()->write(option, option->objectClass()->findProperty(u"text"_s), nullptr));
+
+    EXPECT_EQ(page.scripts(),
+        QStringList({u"el.selectedIndex=2;"_s, u"el.selectedIndex=2;"_s, u"el.disabled=true;"_s,
+            u"el.text='7';"_s, u"el.text='';"_s}));
+}
+
 // Dead references
 
 TEST(DeadReferences, EveryMemberRaisesTheErrorAndAsksNothing)

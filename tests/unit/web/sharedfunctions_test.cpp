@@ -22,14 +22,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The page of lookups by name: one link of the name "home".
+/// The page of lookups by name: one element of the name "zurück".
 class OnePage : public ObjectHierarchyDelegate
 {
 public:
     explicit OnePage(const SharedPtr<Object> &link) : ObjectHierarchyDelegate(u"OnePage"_s), m_link(link) { }
     SharedPtr<Object> objectByQualifiedName(SharedPtr<Object>, const ObjectName &name) const override
     {
-        return name.qualifiedName() == "home"_L1 ? m_link : nullptr;
+        return name.qualifiedName() == u"zurück"_s ? m_link : nullptr;
     }
     QString name(SharedPtr<Object>) const override { return {}; }
     QString qualifiedName(SharedPtr<Object>) const override { return {}; }
@@ -111,6 +111,17 @@ TEST_F(SharedFunctions, TheAccessorsGiveThem)
     EXPECT_EQ(sharedScrollToByObjectAndAlignmentFn(), all[5]);
 }
 
+TEST_F(SharedFunctions, OnlyClickLinkIsOfThePast)
+{
+    const QString advice
+        = u"The clickLink function has been deprecated, please consider using mouseClick instead."_s;
+    QStringList advices;
+    for (const GlobalMethod *method : Inspector::self()->globalClass()->globalMethods())
+        advices.append(method->deprecationAdvice());
+
+    EXPECT_EQ(advices, (QStringList{advice, advice, {}, {}, {}, {}}));
+}
+
 TEST_F(ClickLink, ClicksALink)
 {
     const ScriptAnswer answer = call(u"clickLink"_s, {element<HTML_Anchor>()});
@@ -127,7 +138,7 @@ TEST_F(ClickLink, ByNameLooksTheLinkUp)
         = Inspector::self()->findClass(u"OnePage"_s)->wrap(&page, ObjectAttribute::Pointer());
     Inspector::self()->addToplevel(toplevel);
 
-    EXPECT_EQ(call(u"clickLink"_s, {argument(u"home"_s)}).error, QString());
+    EXPECT_EQ(call(u"clickLink"_s, {argument(u"zurück"_s)}).error, QString());
     EXPECT_EQ(call(u"clickLink"_s, {argument(u"away"_s)}).error, u"Invalid object name 'away'"_s);
 
     Inspector::self()->removeToplevel(toplevel);
@@ -329,8 +340,25 @@ TEST_F(SelectOption, ALinkHasNoOptions)
         "HTML_CustomComboBox or HTML_BackBaseComboBox"_s);
 }
 
+TEST_F(SelectOption, ByNameLooksTheFieldUp)
+{
+    const OnePage delegate(element<HTML_KiwiChoice>());
+    const SharedPtr<Object> toplevel
+        = Inspector::self()->findClass(u"OnePage"_s)->wrap(&page, ObjectAttribute::Pointer());
+    Inspector::self()->addToplevel(toplevel);
+
+    EXPECT_EQ(call(u"selectOption"_s, {argument(u"zurück"_s), argument(u"Mars"_s)}).error, QString());
+
+    Inspector::self()->removeToplevel(toplevel);
+    ASSERT_EQ(page.scripts().size(), 1);
+    EXPECT_TRUE(page.scripts().first().contains("__ostrel__kiwi__choice__setSelectedOption"_L1));
+}
+
 TEST_F(SelectOption, AnUnknownNameIsAnError)
 {
+    EXPECT_EQ(
+        sharedSelectOptionByNameFn()->call({nullptr, argument(u"Mars"_s)}).error, u"Invalid object name ''"_s)
+        << "a host that calls it has no overload to choose";
     EXPECT_EQ(call(u"selectOption"_s, {argument(u"nobody"_s), argument(u"Mars"_s)}).error,
         u"Invalid object name 'nobody'"_s);
 }
