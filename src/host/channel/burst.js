@@ -1,7 +1,7 @@
 // Sends texts to the host. Those that follow each other faster than a person types share a message, since each message
 // costs the page as much as a key press itself. Of those that may wait the first one behind a pause goes at once, so
-// that the host knows of the burst and can ask for the rest; one that must not wait goes at once with all that do. Stands in front of the
-// scripts that send, in one function with them.
+// that the host knows of the burst and can ask for the rest; one that must not wait goes at once with all that do.
+// Stands in front of the scripts that send, in one function with them.
 function burst(post) {
     "use strict";
 
