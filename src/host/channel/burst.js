@@ -5,16 +5,16 @@
 function burst(post) {
     "use strict";
 
-    const lengthMs = 30;
-    // Pages replace the clock and the timers.
-    const startTimer = setTimeout.bind(window);
-    const now = performance.now.bind(performance);
-    let waiting = "";
-    let burstAt = -lengthMs; // when the last message of the burst was sent
-    let isTimed = false;
+    var lengthMs = 30,
+        // Pages replace the clock and the timers.
+        startTimer = setTimeout.bind(window),
+        now = performance.now.bind(performance),
+        waiting = "",
+        burstAt = -lengthMs, // when the last message of the burst was sent
+        isTimed = false;
 
     function flush() {
-        const texts = waiting;
+        var texts = waiting;
         waiting = "";
         burstAt = -lengthMs;
         if (texts !== "") {
