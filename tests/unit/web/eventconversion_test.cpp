@@ -150,7 +150,16 @@ INSTANTIATE_TEST_SUITE_P(PressOnAClickHandler, Events,
         + eachType(down, {u"DIV"_s}, withControl + u"&clickHandler"_s, {u"mouseClick('<o>', 2, 3, 4)"_s})
         + eachType(down, {u"calendarevent_x"_s}, withControl + u"&clickHandler"_s, {u"mouseClick('<o>')"_s})
         + eachType(down, {u"file"_s}, at + u"&clickHandler"_s, {})
+        + eachType(down, {u"file_x"_s}, at + u"&clickHandler"_s, {u"mouseClick('<o>', 3, 4)"_s})
         + eachType(down, {u"DIV"_s, u"calendarevent_x"_s, u"file"_s, QString()}, at, {})));
+
+// Names are compared exactly, and a prefix has to stand in front.
+INSTANTIATE_TEST_SUITE_P(PressOnATypeOfNoGroup, Events,
+    testing::ValuesIn(eachType(down,
+        {u"Text"_s, u"textfield"_s, u"xcustom_text_"_s, u"Submit"_s, u"buttonx"_s, u"xmenuitem_"_s,
+            u"xselect"_s, u"a"_s, u"AREA2"_s, u"kiwi_choices"_s, u"kiwi_treenode_handle2"_s,
+            u"gwc_tableitems"_s, u"bb_combobox2"_s, u"xtabitem_"_s},
+        at + u"&clickHandler&value=v&itemText=t"_s, {u"mouseClick('<o>', 3, 4)"_s})));
 
 INSTANTIATE_TEST_SUITE_P(Tap, Events,
     testing::ValuesIn(
@@ -180,7 +189,9 @@ INSTANTIATE_TEST_SUITE_P(Change, Events,
     testing::ValuesIn(
         eachType(u"change"_s, selectTypes, u"value=a%2Cb%3B"_s, {u"selectOption('<o>', 'a,b;')"_s})
         + eachType(u"change"_s, {u"file"_s}, u"value=C%3A%5Ca.txt"_s, {u"setText('<o>', 'C:\\a.txt')"_s})
-        + eachType(u"change"_s, {u"text"_s, u"checkbox"_s, u"radio"_s, QString()}, u"value=a"_s, {})));
+        + eachType(u"change"_s, {u"file_x"_s}, u"value=a"_s, {u"setText('<o>', 'a')"_s})
+        + eachType(u"change"_s, {u"text"_s, u"checkbox"_s, u"radio"_s, u"xfile"_s, u"xselect"_s, QString()},
+            u"value=a"_s, {})));
 
 INSTANTIATE_TEST_SUITE_P(Others, Events,
     testing::ValuesIn(eachType(u"unload"_s, {QString()}, QString(), {u"closeWindow('<o>')"_s})
@@ -202,6 +213,14 @@ TEST_F(Conversion, ReadsWhatIsMissingAsNothing)
     EXPECT_EQ(recorder.take(),
         (QStringList{u"noteDoubleClick  x="_s, u"doubleClick('', 0, 0)"_s, u"clickItem('', '')"_s,
             u"clickItem('o', 0, 0)"_s, u"chooseColor('o', '')"_s}));
+}
+
+TEST_F(Conversion, ReadsADateThatIsMissingOrNoneAsNoDate)
+{
+    press(u"datechooser_x"_s, u"o"_s);
+    press(u"datechooser_x"_s, u"o"_s, u"selectedYear=2023&selectedMonth=2&selectedDay=29"_s);
+
+    EXPECT_EQ(recorder.take(), QStringList(2, u"chooseDate('o', )"_s));
 }
 
 TEST_F(Conversion, GivesStatementsTheTimeOfTheirEvent)
@@ -400,6 +419,18 @@ TEST_F(Typing, OutOfOrderKeepsTheNewerText)
     text.setTime(start - 10);
     key(u"field"_s, u"a"_s);
     text.setTime(start + 20);
+    recorder.flushRecordedTextInput();
+
+    EXPECT_EQ(recorder.take(), QStringList{u"typeText('field', 'ab')"_s});
+}
+
+TEST_F(Typing, AtTheSameTimeKeepsTheLaterText)
+{
+    const quint64 start = text.time() + 1000;
+    text.setTime(start);
+    key(u"field"_s, u"a"_s);
+    text.setTime(start);
+    key(u"field"_s, u"ab"_s);
     recorder.flushRecordedTextInput();
 
     EXPECT_EQ(recorder.take(), QStringList{u"typeText('field', 'ab')"_s});
