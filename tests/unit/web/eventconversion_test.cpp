@@ -113,8 +113,10 @@ INSTANTIATE_TEST_SUITE_P(PressOnALink, Events,
             down, {u"A"_s, u"AREA"_s}, at + u"&button=2&shiftKey=true"_s, {u"mouseClick('<o>', 20)"_s})));
 
 INSTANTIATE_TEST_SUITE_P(PressOnAChoice, Events,
-    testing::ValuesIn(eachType(
-        down, {u"kiwi_choice"_s}, u"value=red"_s, {u"noteOptionChoice"_s, u"selectOption('<o>', 'red')"_s})));
+    testing::ValuesIn(eachType(down, {u"kiwi_choice"_s}, u"value=red"_s,
+                          {u"noteOptionChoice"_s, u"selectOption('<o>', 'red')"_s})
+        + eachType(
+            down, {u"kiwi_choice"_s}, u"value="_s, {u"noteOptionChoice"_s, u"selectOption('<o>', '')"_s})));
 
 INSTANTIATE_TEST_SUITE_P(PressOnATreeHandle, Events,
     testing::ValuesIn(
@@ -131,7 +133,8 @@ INSTANTIATE_TEST_SUITE_P(PressOnAnItem, Events,
         + eachType(down, itemTypes, u"itemText=t&ctrlKey=true"_s, {u"clickItem('<o>', 't', 2)"_s})
         + eachType(
             down, itemTypes, u"itemText=t&checkTreeItem=1&ctrlKey=true"_s, {u"checkTreeItem('<o>', 't')"_s})
-        + eachType(down, {u"custom_item_x"_s}, u"itemText=t&itemRow=5"_s, {u"clickItem('<o>', 't')"_s})));
+        + eachType(down, {u"custom_item_x"_s}, u"itemText=t&itemRow=5"_s, {u"clickItem('<o>', 't')"_s})
+        + eachType(down, {u"custom_item_x"_s}, u"itemText=t&itemColumn=5"_s, {u"clickItem('<o>', 't')"_s})));
 
 INSTANTIATE_TEST_SUITE_P(PressOnATableItem, Events,
     testing::ValuesIn(eachType(down, {u"kiwi_table_item"_s, u"kiwi_treetable_item"_s},
@@ -201,6 +204,8 @@ INSTANTIATE_TEST_SUITE_P(Others, Events,
             u"chooseColor"_s, {u"x"_s}, u"colorFieldValue=%23ff0000"_s, {u"chooseColor('<o>', '#ff0000')"_s})
         + eachType(u"chooseColor"_s, {u"x"_s}, u"colorFieldValue=red&colorFieldName=f"_s,
             {u"chooseColor('<f>', 'red')"_s})
+        + eachType(u"chooseColor"_s, {u"x"_s}, u"colorFieldValue=red&colorFieldName="_s,
+            {u"chooseColor('<>', 'red')"_s})
         + eachType(u"ignoreEvent"_s, {u"text"_s}, u"value=a"_s, {})));
 
 TEST_F(Conversion, ReadsWhatIsMissingAsNothing)
@@ -390,6 +395,14 @@ TEST_F(Typing, OfReturnIsAStatementOfItsOwn)
 
     press(u"A"_s, u"link"_s);
     EXPECT_EQ(recorder.take(), (QStringList{u"typeText('search', '<Return>')"_s, u"mouseClick('link')"_s}));
+}
+
+TEST_F(Typing, OfReturnIsKnownByItsCodeAsItStands)
+{
+    recorder.logEvent(text(u"keyup"_s, u"text"_s, u"field"_s, u"keyCode=013&value=a"_s));
+    recorder.flushRecordedTextInput();
+
+    EXPECT_EQ(recorder.take(), QStringList{u"typeText('field', 'a')"_s});
 }
 
 TEST_F(Typing, BehindAReturnReplacesItInATextArea)

@@ -130,6 +130,18 @@ TEST_F(Duplicates, OfAnUnloadWithoutAPrefixAreKept)
     EXPECT_EQ(recorder.take(), (QStringList{u"closeWindow('w')"_s, u"closeWindow('w')"_s}));
 }
 
+TEST_F(Duplicates, AreNoneBehindAnUnload)
+{
+    const QString press = link(u"o"_s);
+
+    recorder.logEvent(press);
+    recorder.logEvent(u"event=unload&object=w"_s);
+    recorder.logEvent(press);
+
+    EXPECT_EQ(
+        recorder.take(), (QStringList{u"mouseClick('o')"_s, u"closeWindow('w')"_s, u"mouseClick('o')"_s}));
+}
+
 TEST_F(Duplicates, OfAnUnloadWithAPrefixAreDropped)
 {
     const QString unload = text(u"unload"_s, QString(), u"w"_s);
