@@ -407,6 +407,35 @@ TEST_F(Presses, OfThePageItselfAreNoneOfTheUser)
             u"mouseClick(\"{visible='true' tagName='A' simplifiedInnerText='On' id='l'}\");"_s}));
 }
 
+using ObjectInfo = Recording;
+
+TEST_F(ObjectInfo, IsOpenedAndClosedWithoutAStatement)
+{
+    serve(u"info-a.html"_s,
+        "<p style='height:200px'></p><input type='checkbox' id='c' style='margin-left:100px'>"
+        "<p style='height:900px' onclick='document.title += \"below\"'>Below</p>");
+    record(server.url(u"info-a.html"_s));
+    static_cast<void>(
+        page()->evaluateJavaScript(u"window.__ostrel__enableObjectInfoOverlay = true; ''"_s, 0));
+    TrustedUser user(page());
+
+    user.click(u"q('#c')"_s, TrustedUser::control | TrustedUser::alt);
+    ASSERT_TRUE(waitUntil(page(), u"q('#__ostrel__web__info__overlay button')"_s));
+    EXPECT_EQ(
+        page()->evaluateJavaScript(u"document.getElementById('__ostrel__info__name').value"_s, 0).result,
+        u"{visible='true' tagName='INPUT' type='checkbox' id='c' value='on'}"_s);
+    EXPECT_EQ(page()->evaluateJavaScript(u"document.getElementById('c').checked"_s, 0).result, u"false"_s);
+    user.click(u"q('#__ostrel__info__name')"_s);
+    user.key(u"End"_s);
+    user.click(u"q('#__ostrel__web__info__overlay button')"_s);
+    ASSERT_TRUE(waitUntil(page(), u"!q('#__ostrel__web__info__overlay')"_s));
+
+    EXPECT_EQ(page()->evaluateJavaScript(u"document.title"_s, 0).result, QString());
+    EXPECT_EQ(statements().mid(1),
+        QStringList{
+            u"mouseClick(\"{visible='true' tagName='INPUT' type='checkbox' id='c' value='on'}\", 3);"_s});
+}
+
 using Unexpressed = Recording;
 
 TEST_F(Unexpressed, InputIsNamedInTheScript)

@@ -113,8 +113,10 @@ INSTANTIATE_TEST_SUITE_P(PressOnALink, Events,
             down, {u"A"_s, u"AREA"_s}, at + u"&button=2&shiftKey=true"_s, {u"mouseClick('<o>', 20)"_s})));
 
 INSTANTIATE_TEST_SUITE_P(PressOnAChoice, Events,
-    testing::ValuesIn(eachType(
-        down, {u"kiwi_choice"_s}, u"value=red"_s, {u"noteOptionChoice"_s, u"selectOption('<o>', 'red')"_s})));
+    testing::ValuesIn(eachType(down, {u"kiwi_choice"_s}, u"value=red"_s,
+                          {u"noteOptionChoice"_s, u"selectOption('<o>', 'red')"_s})
+        + eachType(
+            down, {u"kiwi_choice"_s}, u"value="_s, {u"noteOptionChoice"_s, u"selectOption('<o>', '')"_s})));
 
 INSTANTIATE_TEST_SUITE_P(PressOnATreeHandle, Events,
     testing::ValuesIn(
@@ -131,7 +133,8 @@ INSTANTIATE_TEST_SUITE_P(PressOnAnItem, Events,
         + eachType(down, itemTypes, u"itemText=t&ctrlKey=true"_s, {u"clickItem('<o>', 't', 2)"_s})
         + eachType(
             down, itemTypes, u"itemText=t&checkTreeItem=1&ctrlKey=true"_s, {u"checkTreeItem('<o>', 't')"_s})
-        + eachType(down, {u"custom_item_x"_s}, u"itemText=t&itemRow=5"_s, {u"clickItem('<o>', 't')"_s})));
+        + eachType(down, {u"custom_item_x"_s}, u"itemText=t&itemRow=5"_s, {u"clickItem('<o>', 't')"_s})
+        + eachType(down, {u"custom_item_x"_s}, u"itemText=t&itemColumn=5"_s, {u"clickItem('<o>', 't')"_s})));
 
 INSTANTIATE_TEST_SUITE_P(PressOnATableItem, Events,
     testing::ValuesIn(eachType(down, {u"kiwi_table_item"_s, u"kiwi_treetable_item"_s},
@@ -150,7 +153,16 @@ INSTANTIATE_TEST_SUITE_P(PressOnAClickHandler, Events,
         + eachType(down, {u"DIV"_s}, withControl + u"&clickHandler"_s, {u"mouseClick('<o>', 2, 3, 4)"_s})
         + eachType(down, {u"calendarevent_x"_s}, withControl + u"&clickHandler"_s, {u"mouseClick('<o>')"_s})
         + eachType(down, {u"file"_s}, at + u"&clickHandler"_s, {})
+        + eachType(down, {u"file_x"_s}, at + u"&clickHandler"_s, {u"mouseClick('<o>', 3, 4)"_s})
         + eachType(down, {u"DIV"_s, u"calendarevent_x"_s, u"file"_s, QString()}, at, {})));
+
+// Names are compared exactly, and a prefix has to stand in front.
+INSTANTIATE_TEST_SUITE_P(PressOnATypeOfNoGroup, Events,
+    testing::ValuesIn(eachType(down,
+        {u"Text"_s, u"textfield"_s, u"xcustom_text_"_s, u"Submit"_s, u"buttonx"_s, u"xmenuitem_"_s,
+            u"xselect"_s, u"a"_s, u"AREA2"_s, u"kiwi_choices"_s, u"kiwi_treenode_handle2"_s,
+            u"gwc_tableitems"_s, u"bb_combobox2"_s, u"xtabitem_"_s},
+        at + u"&clickHandler&value=v&itemText=t"_s, {u"mouseClick('<o>', 3, 4)"_s})));
 
 INSTANTIATE_TEST_SUITE_P(Tap, Events,
     testing::ValuesIn(
@@ -180,7 +192,9 @@ INSTANTIATE_TEST_SUITE_P(Change, Events,
     testing::ValuesIn(
         eachType(u"change"_s, selectTypes, u"value=a%2Cb%3B"_s, {u"selectOption('<o>', 'a,b;')"_s})
         + eachType(u"change"_s, {u"file"_s}, u"value=C%3A%5Ca.txt"_s, {u"setText('<o>', 'C:\\a.txt')"_s})
-        + eachType(u"change"_s, {u"text"_s, u"checkbox"_s, u"radio"_s, QString()}, u"value=a"_s, {})));
+        + eachType(u"change"_s, {u"file_x"_s}, u"value=a"_s, {u"setText('<o>', 'a')"_s})
+        + eachType(u"change"_s, {u"text"_s, u"checkbox"_s, u"radio"_s, u"xfile"_s, u"xselect"_s, QString()},
+            u"value=a"_s, {})));
 
 INSTANTIATE_TEST_SUITE_P(Others, Events,
     testing::ValuesIn(eachType(u"unload"_s, {QString()}, QString(), {u"closeWindow('<o>')"_s})
@@ -190,6 +204,8 @@ INSTANTIATE_TEST_SUITE_P(Others, Events,
             u"chooseColor"_s, {u"x"_s}, u"colorFieldValue=%23ff0000"_s, {u"chooseColor('<o>', '#ff0000')"_s})
         + eachType(u"chooseColor"_s, {u"x"_s}, u"colorFieldValue=red&colorFieldName=f"_s,
             {u"chooseColor('<f>', 'red')"_s})
+        + eachType(u"chooseColor"_s, {u"x"_s}, u"colorFieldValue=red&colorFieldName="_s,
+            {u"chooseColor('<>', 'red')"_s})
         + eachType(u"ignoreEvent"_s, {u"text"_s}, u"value=a"_s, {})));
 
 TEST_F(Conversion, ReadsWhatIsMissingAsNothing)
@@ -202,6 +218,14 @@ TEST_F(Conversion, ReadsWhatIsMissingAsNothing)
     EXPECT_EQ(recorder.take(),
         (QStringList{u"noteDoubleClick  x="_s, u"doubleClick('', 0, 0)"_s, u"clickItem('', '')"_s,
             u"clickItem('o', 0, 0)"_s, u"chooseColor('o', '')"_s}));
+}
+
+TEST_F(Conversion, ReadsADateThatIsMissingOrNoneAsNoDate)
+{
+    press(u"datechooser_x"_s, u"o"_s);
+    press(u"datechooser_x"_s, u"o"_s, u"selectedYear=2023&selectedMonth=2&selectedDay=29"_s);
+
+    EXPECT_EQ(recorder.take(), QStringList(2, u"chooseDate('o', )"_s));
 }
 
 TEST_F(Conversion, GivesStatementsTheTimeOfTheirEvent)
@@ -373,6 +397,14 @@ TEST_F(Typing, OfReturnIsAStatementOfItsOwn)
     EXPECT_EQ(recorder.take(), (QStringList{u"typeText('search', '<Return>')"_s, u"mouseClick('link')"_s}));
 }
 
+TEST_F(Typing, OfReturnIsKnownByItsCodeAsItStands)
+{
+    recorder.logEvent(text(u"keyup"_s, u"text"_s, u"field"_s, u"keyCode=013&value=a"_s));
+    recorder.flushRecordedTextInput();
+
+    EXPECT_EQ(recorder.take(), QStringList{u"typeText('field', 'a')"_s});
+}
+
 TEST_F(Typing, BehindAReturnReplacesItInATextArea)
 {
     key(u"area"_s, u"a"_s, 65, u"textarea"_s);
@@ -400,6 +432,18 @@ TEST_F(Typing, OutOfOrderKeepsTheNewerText)
     text.setTime(start - 10);
     key(u"field"_s, u"a"_s);
     text.setTime(start + 20);
+    recorder.flushRecordedTextInput();
+
+    EXPECT_EQ(recorder.take(), QStringList{u"typeText('field', 'ab')"_s});
+}
+
+TEST_F(Typing, AtTheSameTimeKeepsTheLaterText)
+{
+    const quint64 start = text.time() + 1000;
+    text.setTime(start);
+    key(u"field"_s, u"a"_s);
+    text.setTime(start);
+    key(u"field"_s, u"ab"_s);
     recorder.flushRecordedTextInput();
 
     EXPECT_EQ(recorder.take(), QStringList{u"typeText('field', 'ab')"_s});

@@ -61,6 +61,17 @@ TEST_F(Blocking, LosesTheEventsOfPages)
     EXPECT_EQ(recorder.take(), QStringList{u"mouseClick('kept')"_s});
 }
 
+TEST_F(Blocking, ForgetsWhatItLost)
+{
+    const QString press = link(u"again"_s);
+    recorder.enableLogEventBlocking();
+    recorder.logEvent(press);
+    recorder.disableLogEventBlocking();
+    recorder.logEvent(press);
+
+    EXPECT_EQ(recorder.take(), QStringList{u"mouseClick('again')"_s});
+}
+
 TEST_F(Blocking, LeavesNoTrace)
 {
     recorder.enableLogEventBlocking();
@@ -119,6 +130,18 @@ TEST_F(Duplicates, OfAnUnloadWithoutAPrefixAreKept)
     EXPECT_EQ(recorder.take(), (QStringList{u"closeWindow('w')"_s, u"closeWindow('w')"_s}));
 }
 
+TEST_F(Duplicates, AreNoneBehindAnUnload)
+{
+    const QString press = link(u"o"_s);
+
+    recorder.logEvent(press);
+    recorder.logEvent(u"event=unload&object=w"_s);
+    recorder.logEvent(press);
+
+    EXPECT_EQ(
+        recorder.take(), (QStringList{u"mouseClick('o')"_s, u"closeWindow('w')"_s, u"mouseClick('o')"_s}));
+}
+
 TEST_F(Duplicates, OfAnUnloadWithAPrefixAreDropped)
 {
     const QString unload = text(u"unload"_s, QString(), u"w"_s);
@@ -138,6 +161,28 @@ TEST_F(Duplicates, AreRememberedByAllLoggersTogether)
     other.logEvent(press);
 
     EXPECT_EQ(other.take(), QStringList());
+}
+
+TEST_F(Duplicates, OfTextsFromBeforeTheRecordingAreDropped)
+{
+    const QString press = link(u"early"_s);
+
+    Inspector::self()->setRecording(false);
+    recorder.logEvent(press);
+    Inspector::self()->setRecording(true);
+    recorder.logEvent(press);
+
+    EXPECT_EQ(recorder.take(), QStringList());
+}
+
+TEST_F(Duplicates, OfAnUnloadAreKnownByTheirBeginning)
+{
+    const QString press = link(u"o"_s, u"note=event=unload"_s);
+
+    recorder.logEvent(press);
+    recorder.logEvent(press);
+
+    EXPECT_EQ(recorder.take(), QStringList{u"mouseClick('o')"_s});
 }
 
 TEST_F(Duplicates, OfPickedObjectsAreDroppedToo)
@@ -385,6 +430,32 @@ TEST_F(Copies, KeepTheBlocking)
     EXPECT_EQ(copy.take(), QStringList());
 }
 
+TEST_F(Copies, KnowOfTheSubmitButtonThatWasPressed)
+{
+    recorder.logEvent(text(u"mousedown"_s, u"submit"_s, u"b"_s));
+    EventRecorder copy(recorder);
+    copy.take();
+
+    copy.logEvent(text(u"keyup"_s, u"text"_s, u"field"_s, u"keyCode=13"_s));
+    copy.flushRecordedTextInput();
+
+    EXPECT_EQ(copy.take(), QStringList());
+}
+
+TEST_F(Copies, ByAssignmentDoTheSame)
+{
+    EventRecorder copy;
+    recorder.enableLogEventBlocking();
+    copy = recorder;
+    recorder.disableLogEventBlocking();
+    recorder.logEvent(text(u"keyup"_s, u"text"_s, u"field"_s, u"value=ab"_s));
+
+    copy.logEvent(link(u"lost"_s));
+    copy.flushRecordedTextInput();
+
+    EXPECT_EQ(copy.take(), QStringList{u"typeText('field', 'ab')"_s});
+}
+
 TEST_F(Copies, LoseTheirTextWhenOneOfThemGoes)
 {
     {
@@ -394,6 +465,56 @@ TEST_F(Copies, LoseTheirTextWhenOneOfThemGoes)
     recorder.flushRecordedTextInput();
 
     EXPECT_EQ(recorder.take(), QStringList());
+}
+
+/// A host that answers only what it has to.
+class BareLogger : public WebWrapper::EventLogger
+{
+public:
+    using EventLogger::adaptQualifiedName;
+    using EventLogger::compressedNonRecordingEventData;
+    using EventLogger::doCheckWindowClosedOrHook;
+    using EventLogger::recordClickOnTextField;
+    using EventLogger::shouldRecordWaitForContextExists;
+
+    void recordMethodCall(const QString &, const char *, const ObjectList &, const QTime *) override { }
+    void addUnmatchedProperty(const QString &, const QString &) override { }
+    void removeUnmatchedProperties(const QString &) override { }
+    void noteDoubleClick(const QString &, const QMap<QString, QString> &) override { }
+    void noteKeyUp(const QString &) override { }
+    EventData lastRecordedEventData() override { return {}; }
+    void noteOptionChoice() override { }
+    bool isRecordedAlready(const QString &, const QString &) override { return false; }
+};
+
+TEST(LoggerDefaults, AreThoseOfAHostWithoutWishes)
+{
+    BareLogger logger;
+
+    logger.doCheckWindowClosedOrHook();
+
+    EXPECT_EQ(logger.adaptQualifiedName(u"{id='a'}"_s, {{u"event"_s, u"click"_s}}), u"{id='a'}"_s);
+    EXPECT_TRUE(logger.shouldRecordWaitForContextExists());
+    EXPECT_FALSE(logger.recordClickOnTextField());
+}
+
+TEST(LoggerDefaults, TakeFourEventsThatNeedNoRecording)
+{
+    BareLogger logger;
+    QStringList taken;
+
+    for (const char *event :
+        {"clear", "pickedObject", "addUnmatchedProperty", "removeUnmatchedProperties", "alert", "confirm",
+            "prompt", "disableFallbackWrapper", "enableFallbackWrapper", "mousedown", "Clear", ""}) {
+        const QString name = QString::fromLatin1(event);
+        if (logger.compressedNonRecordingEventData(u"o"_s, {{u"event"_s, name}}))
+            taken.append(name);
+    }
+
+    EXPECT_EQ(taken,
+        (QStringList{
+            u"clear"_s, u"pickedObject"_s, u"addUnmatchedProperty"_s, u"removeUnmatchedProperties"_s}));
+    EXPECT_FALSE(logger.compressedNonRecordingEventData(u"o"_s, {}));
 }
 
 } // namespace

@@ -3,9 +3,9 @@
 // Defines  __ostrel__overrideNativeDialogFunction, __ostrel__alert2, __ostrel__confirm, __ostrel__prompt,
 //          __ostrel__doEventHandlerAsync, __ostrel__showRecordedDialog, __ostrel__showsRealDialog,
 //          __ostrel__showsNativeDialogInReplay, __ostrel__hasFallbackWindow, __ostrel__logDialogEvent,
-//          __ostrel__reportAlertOpened, __ostrel__reportDialogOpened, __ostrel__askHost, __ostrel__promptAnswer,
-//          __ostrel__lastAlertMessage, __ostrel__lastConfirmMessage, __ostrel__lastPromptMessage,
-//          __ostrel__lastPromptDefaultValue
+//          __ostrel__notifyOfDialog, __ostrel__reportAlertOpened, __ostrel__reportDialogOpened, __ostrel__askHost,
+//          __ostrel__promptAnswer, __ostrel__lastAlertMessage, __ostrel__lastConfirmMessage,
+//          __ostrel__lastPromptMessage, __ostrel__lastPromptDefaultValue
 // Calls    __ostrel__getLogEventUrl (01a-log-event), __ostrel__sendXMLHttpRequest (02a-channel),
 //          __ostrel__needToOverrideNativeFunction (02h-window-hookup), __ostrel__isEmbeddedIntoHookableToolkit,
 //          __ostrel__isSafariUsingWebDriver (07-browser-detection)
@@ -176,7 +176,22 @@ function __ostrel__showsNativeDialogInReplay() {
  * @param {boolean=} async the channel's default when left out
  */
 function __ostrel__logDialogEvent(text, async) {
-    __ostrel__sendXMLHttpRequest(document, __ostrel__getLogEventUrl(text), async);
+    __ostrel__notifyOfDialog(__ostrel__getLogEventUrl(text), async);
+}
+
+/**
+ * Tells the host something about a dialog. A failure never keeps the dialog from working, nor its outcome from the
+ * page.
+ *
+ * @param {string} payload
+ * @param {boolean=} async the channel's default when left out
+ */
+function __ostrel__notifyOfDialog(payload, async) {
+    try {
+        __ostrel__sendXMLHttpRequest(document, payload, async);
+    } catch (ignored) {
+        // A host that is not there misses a statement, or asks the page about the dialog.
+    }
 }
 
 /**
@@ -195,17 +210,12 @@ function __ostrel__reportAlertOpened() {
 }
 
 /**
- * Tells the host of a confirm or prompt while replaying. A failure never keeps the dialog from working.
+ * Tells the host of a confirm or prompt while replaying.
  *
  * @param {string} name
  */
 function __ostrel__reportDialogOpened(name) {
-    try {
-        __ostrel__sendXMLHttpRequest(document, 'eventHandler' + new Date().getTime() + '&name=' + name,
-            __ostrel__doEventHandlerAsync());
-    } catch (ignored) {
-        // The host asks the page when it misses the notification.
-    }
+    __ostrel__notifyOfDialog('eventHandler' + new Date().getTime() + '&name=' + name, __ostrel__doEventHandlerAsync());
 }
 
 /**

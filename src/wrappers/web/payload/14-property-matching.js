@@ -7,9 +7,8 @@
 //          __ostrel__styleHides, __ostrel__matchesSimplifiedText, __ostrel__canHaveText, __ostrel__bareAsciiText,
 //          __ostrel__isLeftOver, __ostrel__matchesBoolean, __ostrel__matchesMemberOrAttribute, __ostrel__matchesText,
 //          __ostrel__propMatches, __ostrel__wildcardToRegExp, __ostrel__addUnmatchedProperty, __ostrel__sentPairs,
-//          __ostrel__hasSentUnmatchedProperty, __ostrel__noteUnmatchedProperty, __ostrel__indexPair,
-//          __ostrel__removeUnmatchedProperties, __ostrel__reportsUnmatchedProperties,
-//          __ostrel.sentUnmatchedProperties, __ostrel.StandardPropertyMatcher
+//          hasSentUnmatchedProperty, __ostrel__indexPair, __ostrel__removeUnmatchedProperties,
+//          __ostrel__reportsUnmatchedProperties, __ostrel.sentUnmatchedProperties, __ostrel.StandardPropertyMatcher
 // Calls    __ostrel__getLogEventUrl (01a-log-event), __ostrel__sendXMLHttpRequest (02a-channel),
 //          __ostrel__matchObject__hooks, __ostrel__propertyMatcherFactories (02e-hook-lists), __ostrel__idHelper
 //          (03b-name-properties), __ostrel.getSimplifiedInnerText, __ostrel__clean (11-text-simplification),
@@ -288,10 +287,9 @@ function __ostrel__wildcardToRegExp(s) {
  * @param {string} property
  */
 function __ostrel__addUnmatchedProperty(objname, property) {
-    if (__ostrel__hasSentUnmatchedProperty(objname, property) || !__ostrel__reportsUnmatchedProperties()) {
+    if (!__ostrel__reportsUnmatchedProperties() || hasSentUnmatchedProperty(objname, property)) {
         return;
     }
-    __ostrel__noteUnmatchedProperty(objname, property);
     __ostrel__sendXMLHttpRequest(document, __ostrel__getLogEventUrl('event=addUnmatchedProperty&name=' +
         escape(objname) + '&property=' + escape(property)), true);
 }
@@ -300,34 +298,32 @@ function __ostrel__addUnmatchedProperty(objname, property) {
 var __ostrel__sentPairs = { list: null, length: 0, known: null };
 
 /**
- * This is asked for every failing element, and naming many objects makes a long list.
+ * Tells whether a pair was sent, and counts it as sent from here on. This is asked for every failing element, and
+ * naming many objects makes a long list.
+ *
+ * Kept as is: it bears its name without the prefix of our other functions.
  * @param {string} name
  * @param {string} prop
  * @return {boolean}
  */
-function __ostrel__hasSentUnmatchedProperty(name, prop) {
+function hasSentUnmatchedProperty(name, prop) {
     var sent = __ostrel.sentUnmatchedProperties,
         pairs = __ostrel__sentPairs,
         i;
     if (pairs.list !== sent || pairs.length !== sent.length) {
         pairs.list = sent;
-        pairs.length = sent.length;
         pairs.known = Object.create(null);
         for (i = 0; i < sent.length; ++i) {
             __ostrel__indexPair(sent[i].name, sent[i].prop);
         }
+        pairs.length = sent.length;
     }
-    return pairs.known[name] !== undefined && pairs.known[name][prop] === true;
-}
-
-/**
- * Puts a pair that is not there yet into the list and its index.
- * @param {string} name
- * @param {string} prop
- */
-function __ostrel__noteUnmatchedProperty(name, prop) {
-    __ostrel__sentPairs.length = __ostrel.sentUnmatchedProperties.push({ name: name, prop: prop });
+    if (pairs.known[name] && pairs.known[name][prop]) {
+        return true;
+    }
+    pairs.length = sent.push({ name: name, prop: prop });
     __ostrel__indexPair(name, prop);
+    return false;
 }
 
 /**
@@ -336,7 +332,7 @@ function __ostrel__noteUnmatchedProperty(name, prop) {
  */
 function __ostrel__indexPair(name, prop) {
     var known = __ostrel__sentPairs.known;
-    known[name] = known[name] || {};
+    known[name] = known[name] || Object.create(null);
     known[name][prop] = true;
 }
 
