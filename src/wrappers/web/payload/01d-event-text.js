@@ -71,8 +71,9 @@ function __ostrel__eventType(o, e, type) {
  * @return {string} the parts from `x` to `keyCode`
  */
 function __ostrel__positionAndKeys(e, o) {
-    var xy = __ostrel__elementPos(o);
     var coords = __ostrel__getPageCoordsFromEvent(e);
+    // Keys have no position, wherever their element is, and to ask where that is costs a page in which somebody types.
+    var xy = isNaN(coords.x) ? coords : __ostrel__elementPos(o);
     var buttonAndKey = e.type === 'touchend'
         ? '&button=0&keyCode=undefined'
         : '&button=' + e.button + '&keyCode=' + e.keyCode;
