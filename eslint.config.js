@@ -59,21 +59,39 @@ module.exports = [
         rules: { "no-unused-vars": "off" },
     },
     {
-        files: ["scripts/*.js", "eslint.config.js"],
+        // Expressions that the host evaluates in pages beside the page script.
+        files: ["src/host/script/pagequeries/*.js"],
+        languageOptions: {
+            ecmaVersion: 5,
+            sourceType: "script",
+            globals: { ...browser, __ostrel: "readonly", ...payload },
+        },
+        rules: { ...rules, "no-unused-vars": ["error", { caughtErrors: "none" }] },
+    },
+    {
+        files: ["scripts/*.js", "bench/*.js", "eslint.config.js"],
         languageOptions: {
             ecmaVersion: 2022,
             sourceType: "commonjs",
-            globals: named(["require", "module", "process", "console", "__dirname"], "readonly"),
+            globals: named(["require", "module", "process", "console", "performance", "__dirname"], "readonly"),
         },
         rules: { ...rules, "no-unused-vars": "error" },
     },
     {
-        // What people open in a browser of today.
-        files: ["src/host/dump/*.js"],
+        // Some of its functions run in a page.
+        files: ["bench/playwright-peer.js"],
+        languageOptions: {
+            globals: named(["document", "scrollX", "scrollY", "screenX", "screenY"], "readonly"),
+        },
+    },
+    {
+        // What only runs in a browser of today or in the host's own script engine.
+        files: ["src/host/dump/*.js", "src/host/record/*.js", "src/host/script/*.js"],
         languageOptions: {
             ecmaVersion: 2022,
             sourceType: "script",
-            globals: named(["document", "getSelection"], "readonly"),
+            globals: named(["window", "document", "getSelection", "MutationObserver", "setTimeout", "clearTimeout"],
+                "readonly"),
         },
         rules: { ...rules, "no-unused-vars": "error" },
     },

@@ -1,8 +1,10 @@
 #include "benchmarks.h"
 #include "contest.h"
 #include "host/script/testsession.h"
+#include "pagenumber.h"
 #include "playwrightpeer.h"
-#include "support/pagetoplevel.h"
+#include "wrappers/web/objectfactory.h"
+#include "wrappers/web/webobjectdelegate.h"
 
 #include <memory>
 
@@ -74,23 +76,15 @@ FunctionCallResult<OpenList> startSession()
     return OpenList{std::move(session.value), page};
 }
 
-FunctionCallResult<double> evaluateNumber(const BrowserPage &page, const QString &script)
+Turn lookUp(Lookup *lookup, const QString &name, bool isThere)
 {
-    const BrowserPage::EvalResult answer = page.evaluateJavaScript(script, 0);
-    bool isNumber = false;
-    const double number = answer.result.toDouble(&isNumber);
-    if (answer.failed || !isNumber)
-        return Failure(u"'%1' gave: %2"_s.arg(script, answer.result));
-    return number;
-}
-
-Turn lookup(const Test::PageToplevel &toplevel, const QString &name, bool isThere)
-{
-    return [&toplevel, name, isThere] {
+    return [lookup, name, isThere] {
         return timed([&]() -> FunctionCallResult<void> {
-            const QString found = toplevel.find(name);
-            if (found.startsWith("error"_L1) || found.isEmpty() == isThere)
-                return Failure(u"The name '%1' gave '%2'."_s.arg(name, found));
+            const FunctionCallResult<bool> found = lookup->exists(name);
+            if (found.failed())
+                return Failure(found.error);
+            if (found.value != isThere)
+                return Failure(u"The name '%1' %2."_s.arg(name, isThere ? u"is missing"_s : u"is there"_s));
             return {};
         });
     };
@@ -106,17 +100,16 @@ FunctionCallResult<QList<Row>> measureLookups(const Effort &effort, const OpenLi
         return Failure(started.error);
     if (const auto opened = peer.ask(u"open %1"_s.arg(address)); opened.failed())
         return Failure(opened.error);
-    const Test::PageToplevel toplevel(list.page);
+    Lookup *const lookup = list.session->lookup();
 
     const FunctionCallResult<QList<double>> times = medianTimes(
         {
-            lookup(toplevel,
+            lookUp(lookup,
                 u"{tagName='BUTTON' simplifiedInnerText='Take article 7' visible='true' "
                 "occurrence='20'}"_s,
                 true),
             [&] { return peer.ask(u"locate Take_article_7 20"_s); },
-            lookup(
-                toplevel, u"{visible='true' tagName='BUTTON' simplifiedInnerText='Take nothing'}"_s, false),
+            lookUp(lookup, u"{visible='true' tagName='BUTTON' simplifiedInnerText='Take nothing'}"_s, false),
             [&] { return peer.ask(u"locate Take_nothing 0"_s); },
         },
         {effort.rounds});
@@ -160,7 +153,7 @@ FunctionCallResult<QList<Row>> measureGrowth(const Effort &effort, const OpenLis
 
     const auto turn = [&](const BrowserPage *page, const QString &function) {
         const QString call = u"%1(%2)"_s.arg(function, QString::number(effort.names));
-        return [page, call] { return evaluateNumber(*page, call); };
+        return [page, call] { return pageNumber(*page, call); };
     };
     const FunctionCallResult<QList<double>> times
         = medianTimes({turn(list.page, u"timeNames"_s), turn(list.page, u"timeSearches"_s),

@@ -6,7 +6,7 @@
 //     page ADDRESS      opens a page, whatever is in it
 //     properties COUNT  returns the properties that a dump shows of all elements of that page, COUNT at least
 //     screenshots COUNT takes a picture of each of the first COUNT elements that are not hidden
-//     locate TEXT N     takes hold of the Nth visible button of exactly this text ("_" for blanks); with 0 there is none
+//     locate TEXT N     takes hold of the Nth visible button of exactly this text ("_" for blanks); 0: there is none
 //     children COUNT    takes hold of all children of the element "list"
 //     session           starts a browser of its own, opens an empty page, and ends it
 "use strict";

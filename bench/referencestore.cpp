@@ -1,6 +1,7 @@
 #include "benchmarks.h"
 #include "contest.h"
 #include "host/script/testsession.h"
+#include "pagenumber.h"
 
 #include <memory>
 
@@ -49,16 +50,6 @@ function timeKnown(count, storeSize) {
     return performance.now() - begin;
 })"_s;
 
-FunctionCallResult<double> evaluateNumber(const BrowserPage &page, const QString &script)
-{
-    const BrowserPage::EvalResult answer = page.evaluateJavaScript(script, 0);
-    bool isNumber = false;
-    const double number = answer.result.toDouble(&isNumber);
-    if (answer.failed || !isNumber)
-        return Failure(u"'%1' gave: %2"_s.arg(script, answer.result));
-    return number;
-}
-
 } // namespace
 
 FunctionCallResult<QList<Row>> measureReferenceStore(const Effort &effort)
@@ -74,7 +65,7 @@ FunctionCallResult<QList<Row>> measureReferenceStore(const Effort &effort)
     const auto turn = [&](const QString &function, int storeSize) {
         const QString call = u"%1(%2, %3)"_s.arg(
             function, QString::number(effort.elements), QString::number(qMin(storeSize, effort.elements)));
-        return [page, call] { return evaluateNumber(*page, call); };
+        return [page, call] { return pageNumber(*page, call); };
     };
     const FunctionCallResult<QList<double>> times = medianTimes(
         {

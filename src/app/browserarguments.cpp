@@ -25,6 +25,12 @@ void addBrowserOptions(CLI::App &command, BrowserArguments &arguments)
         ->capture_default_str();
 }
 
+void addPageOptions(CLI::App &command, std::string &address, BrowserArguments &arguments)
+{
+    command.add_option("url", address, "The page's address, or a file")->required();
+    addBrowserOptions(command, arguments);
+}
+
 QStringList argumentsFor(const BrowserArguments &arguments)
 {
     constexpr int allDigits = 17;

@@ -26,7 +26,10 @@ struct BrowserArguments
 /// Adds --headed, --browser-path, --serve and --timeout to a command. The arguments must live until it runs.
 void addBrowserOptions(CLI::App &command, BrowserArguments &arguments);
 
-/// The same as arguments, for another process of this program.
+/// The same, behind the address of the page that the command is about.
+void addPageOptions(CLI::App &command, std::string &address, BrowserArguments &arguments);
+
+/// The options of addBrowserOptions() as arguments, for another process of this program.
 QStringList argumentsFor(const BrowserArguments &arguments);
 
 Host::SessionOptions sessionOptions(const BrowserArguments &arguments);

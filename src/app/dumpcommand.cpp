@@ -1,6 +1,6 @@
 #include "app/browserarguments.h"
 #include "app/commands.h"
-#include "app/exitcodes.h"
+#include "app/complaint.h"
 #include "host/dump/dumpwriter.h"
 #include "host/dump/pagedump.h"
 #include "host/run/interruption.h"
@@ -35,11 +35,6 @@ struct DumpCommandOptions
     double wait = Lookup::defaultWaitMs / 1000.0; ///< seconds
     BrowserArguments browser;
 };
-
-void complain(const QString &text)
-{
-    QTextStream(stderr) << "pageprobe dump: " << text << Qt::endl;
-}
 
 /// The format that was asked for, or that of the file's name.
 DumpFormat formatOf(const DumpCommandOptions &options)
@@ -90,34 +85,26 @@ FunctionCallResult<PageDump> takeDump(TestSession &session, const DumpCommandOpt
     dump.properties = wantedProperties(options);
     dump.screenshots = options.screenshots;
     dump.picture = formatOf(options) == DumpFormat::Html;
-    dump.log = complain;
+    dump.log = [](const QString &line) { complain("dump", line); };
     return dumpPage(page, element, dump);
 }
 
 int dump(const DumpCommandOptions &options)
 {
     registerObjectModel();
-    if (const auto known = checkProperties(wantedProperties(options)); known.failed()) {
-        complain(known.error);
-        return Unusable;
-    }
+    if (const auto known = checkProperties(wantedProperties(options)); known.failed())
+        return complain("dump", known.error);
     const auto session = openPage(options.browser, options.address);
-    if (session.failed()) {
-        complain(session.error);
-        return Unusable;
-    }
+    if (session.failed())
+        return complain("dump", session.error);
     const Interruption interruption([] {}, [&] { session.value->stop(); });
     const FunctionCallResult<PageDump> taken = takeDump(*session.value, options);
-    if (taken.failed()) {
-        complain(taken.error);
-        return Failed;
-    }
+    if (taken.failed())
+        return complain("dump", taken.error, Failed);
     const FunctionCallResult<void> written
         = write(writeDump(taken.value, formatOf(options)), QString::fromStdString(options.file));
-    if (written.failed()) {
-        complain(written.error);
-        return Unusable;
-    }
+    if (written.failed())
+        return complain("dump", written.error);
     return Passed;
 }
 
@@ -127,7 +114,8 @@ Command addDumpCommand(CLI::App &commandLine)
 {
     CLI::App *command = commandLine.add_subcommand("dump", "Write the object tree of a page to a file");
     auto options = std::make_shared<DumpCommandOptions>();
-    command->add_option("url", options->address, "The page's address, or a file")->required();
+    options->browser.timeout = defaultTimeout;
+    addPageOptions(*command, options->address, options->browser);
     command->add_option(
         "name", options->name, "The element to begin with, by its name; the document when left out");
     command->add_option("-o,--output", options->file, "The file to write; standard output when left out");
@@ -144,8 +132,6 @@ Command addDumpCommand(CLI::App &commandLine)
     command->add_option("--wait", options->wait, "How long to wait for the element of that name, in seconds")
         ->check(CLI::Range(0.0, longestWait))
         ->capture_default_str();
-    options->browser.timeout = defaultTimeout;
-    addBrowserOptions(*command, options->browser);
     return [options] { return dump(*options); };
 }
 

@@ -1,6 +1,6 @@
 #include "app/browserarguments.h"
 #include "app/commands.h"
-#include "app/exitcodes.h"
+#include "app/complaint.h"
 #include "ostrelhook/class.h"
 #include "ostrelhook/delegates.h"
 #include "ostrelhook/objectname.h"
@@ -50,20 +50,15 @@ FunctionCallResult<ObjectList> findWithin(Lookup &lookup, const QString &name, d
 
 int find(const FindOptions &options)
 {
-    QTextStream errors(stderr);
     const QString name = QString::fromStdString(options.name);
-    if (const FunctionCallResult<ObjectName> parsed = ObjectName::parse(name); parsed.failed()) {
-        errors << "pageprobe find: " << parsed.error << Qt::endl;
-        return Unusable;
-    }
+    if (const FunctionCallResult<ObjectName> parsed = ObjectName::parse(name); parsed.failed())
+        return complain("find", parsed.error);
     const auto session = openPage(options.browser, options.address);
-    if (session.failed()) {
-        errors << "pageprobe find: " << session.error << Qt::endl;
-        return Unusable;
-    }
+    if (session.failed())
+        return complain("find", session.error);
     const FunctionCallResult<ObjectList> found = findWithin(*session.value->lookup(), name, options.wait);
     if (found.failed()) {
-        errors << found.error << Qt::endl;
+        QTextStream(stderr) << found.error << Qt::endl;
         return Failed;
     }
     QTextStream out(stdout);
@@ -78,12 +73,11 @@ Command addFindCommand(CLI::App &commandLine)
 {
     CLI::App *command = commandLine.add_subcommand("find", "Print every element of a page that has a name");
     auto options = std::make_shared<FindOptions>();
-    command->add_option("url", options->address, "The page's address, or a file")->required();
+    addPageOptions(*command, options->address, options->browser);
     command->add_option("name", options->name, "The name, such as {tagName='BUTTON' visible='true'}")
         ->required();
     command->add_option("--wait", options->wait, "How long to wait for the first one, in seconds")
         ->check(CLI::Range(0.0, longestWait));
-    addBrowserOptions(*command, options->browser);
     return [options] { return find(*options); };
 }
 

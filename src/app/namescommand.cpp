@@ -1,6 +1,6 @@
 #include "app/browserarguments.h"
 #include "app/commands.h"
-#include "app/exitcodes.h"
+#include "app/complaint.h"
 
 #include <QTextStream>
 
@@ -18,17 +18,12 @@ struct NamesOptions
 
 int printNames(const NamesOptions &options)
 {
-    QTextStream errors(stderr);
     const auto session = openPage(options.browser, options.address);
-    if (session.failed()) {
-        errors << "pageprobe names: " << session.error << Qt::endl;
-        return Unusable;
-    }
+    if (session.failed())
+        return complain("names", session.error);
     const FunctionCallResult<QStringList> names = Host::namesOfAllElements(session.value->activePage());
-    if (names.failed()) {
-        errors << "pageprobe names: " << names.error << Qt::endl;
-        return Failed;
-    }
+    if (names.failed())
+        return complain("names", names.error, Failed);
     QTextStream out(stdout);
     for (const QString &name : names.value)
         out << name << '\n';
@@ -42,8 +37,7 @@ Command addNamesCommand(CLI::App &commandLine)
     CLI::App *command
         = commandLine.add_subcommand("names", "Print the name of every element of a page, in tree order");
     auto options = std::make_shared<NamesOptions>();
-    command->add_option("url", options->address, "The page's address, or a file")->required();
-    addBrowserOptions(*command, options->browser);
+    addPageOptions(*command, options->address, options->browser);
     return [options] { return printNames(*options); };
 }
 

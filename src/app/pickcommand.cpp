@@ -1,6 +1,6 @@
 #include "app/browserarguments.h"
 #include "app/commands.h"
-#include "app/exitcodes.h"
+#include "app/complaint.h"
 #include "host/record/picker.h"
 #include "host/run/interruption.h"
 
@@ -24,14 +24,11 @@ struct PickOptions
 
 int pick(const PickOptions &options)
 {
-    QTextStream errors(stderr);
     QEventLoop loop;
     const Interruption interruption([] {}, [&loop] { loop.quit(); });
     const auto session = openPage(options.browser, options.address);
-    if (session.failed()) {
-        errors << "pageprobe pick: " << session.error << Qt::endl;
-        return Unusable;
-    }
+    if (session.failed())
+        return complain("pick", session.error);
     Picker picker(session.value.get());
     QString name;
     QObject::connect(&picker, &Picker::picked, &loop, [&](const QString &picked) {
@@ -47,22 +44,16 @@ int pick(const PickOptions &options)
                 loop.quit();
         },
         Qt::QueuedConnection);
-    if (const FunctionCallResult<void> started = picker.start(); started.failed()) {
-        errors << "pageprobe pick: " << started.error << Qt::endl;
-        return Unusable;
-    }
+    if (const FunctionCallResult<void> started = picker.start(); started.failed())
+        return complain("pick", started.error);
     QTextStream(stdout) << "Point at an element and press to pick it. Press Ctrl+C to end." << Qt::endl;
     if (!Interruption::wasInterrupted())
         loop.exec();
-    if (name.isEmpty()) {
-        errors << "pageprobe pick: nothing was picked." << Qt::endl;
-        return Failed;
-    }
+    if (name.isEmpty())
+        return complain("pick", u"nothing was picked."_s, Failed);
     const FunctionCallResult<PickedObject> object = picker.describe(name);
-    if (object.failed()) {
-        errors << "pageprobe pick: " << object.error << Qt::endl;
-        return Failed;
-    }
+    if (object.failed())
+        return complain("pick", object.error, Failed);
     QTextStream(stdout) << object.value.text() << Qt::flush;
     return Passed;
 }
@@ -74,8 +65,7 @@ Command addPickCommand(CLI::App &commandLine)
     CLI::App *command
         = commandLine.add_subcommand("pick", "Point at an element of a page and print what it is");
     auto options = std::make_shared<PickOptions>();
-    command->add_option("url", options->address, "The page's address, or a file")->required();
-    addBrowserOptions(*command, options->browser);
+    addPageOptions(*command, options->address, options->browser);
     return [options] { return pick(*options); };
 }
 

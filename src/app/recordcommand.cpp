@@ -1,6 +1,6 @@
 #include "app/browserarguments.h"
 #include "app/commands.h"
-#include "app/exitcodes.h"
+#include "app/complaint.h"
 #include "host/record/recorder.h"
 #include "host/run/interruption.h"
 
@@ -54,7 +54,7 @@ public:
             out << lines.at(i) << Qt::endl;
         }
         if (saved.failed())
-            QTextStream(stderr) << "pageprobe record: " << saved.error << Qt::endl;
+            complain("record", saved.error);
         return !saved.failed();
     }
 
@@ -82,15 +82,12 @@ void waitForEnd(const TestSession &session, double seconds, QEventLoop &loop)
 
 int record(const RecordOptions &options)
 {
-    QTextStream errors(stderr);
     QEventLoop loop;
     // Watches from the start of the browser on, so that none is left behind.
     const Interruption interruption([] {}, [&loop] { loop.quit(); });
     auto session = TestSession::start(sessionOptions(options.browser));
-    if (session.failed()) {
-        errors << "pageprobe record: " << session.error << Qt::endl;
-        return Unusable;
-    }
+    if (session.failed())
+        return complain("record", session.error);
 
     Recorder recorder(session.value.get());
     Progress progress(recorder.script(), QString::fromStdString(options.output));
@@ -102,13 +99,11 @@ int record(const RecordOptions &options)
     QObject::connect(&pause, &QTimer::timeout, &loop, [&] { saved = progress.show(); });
     if (options.explain) {
         QObject::connect(&recorder, &Recorder::explained, &loop,
-            [&errors](const QString &line) { errors << line << Qt::endl; });
+            [](const QString &line) { QTextStream(stderr) << line << Qt::endl; });
     }
     const FunctionCallResult<void> opened = recorder.start(addressFrom(options.address, *session.value));
-    if (opened.failed()) {
-        errors << "pageprobe record: " << opened.error << Qt::endl;
-        return Unusable;
-    }
+    if (opened.failed())
+        return complain("record", opened.error);
     // A file that cannot be written must not be found out at the end.
     if (!progress.show())
         return Unusable;

@@ -1,6 +1,6 @@
 #include "app/browserarguments.h"
 #include "app/commands.h"
-#include "app/exitcodes.h"
+#include "app/complaint.h"
 #include "host/report/htmlreport.h"
 #include "host/report/junitreport.h"
 #include "host/report/reportfile.h"
@@ -43,17 +43,6 @@ struct RunOptions
     std::string html;
     bool worker = false;
 };
-
-void say(FILE *stream, const QString &line)
-{
-    QTextStream(stream) << line << Qt::endl;
-}
-
-int complain(const QString &text)
-{
-    say(stderr, u"pageprobe run: %1"_s.arg(text));
-    return Unusable;
-}
 
 int inMilliseconds(double seconds)
 {
@@ -140,13 +129,13 @@ int run(const RunOptions &options)
         return work(options);
     const FunctionCallResult<QStringList> scripts = chosenScripts(options);
     if (scripts.failed())
-        return complain(scripts.error);
+        return complain("run", scripts.error);
     if (options.keepOpen && scripts.value.size() > 1)
-        return complain(u"--keep-open takes a single script."_s);
+        return complain("run", u"--keep-open takes a single script."_s);
     const std::vector<Report> reports = wantedReports(options);
     for (const Report &report : reports) {
         if (const auto writable = probeReportFile(report.fileName); writable.failed())
-            return complain(writable.error);
+            return complain("run", writable.error);
     }
 
     const RunPlan plan{scripts.value, options.jobs, options.retries, inMilliseconds(options.scriptTimeout),
@@ -163,7 +152,7 @@ int run(const RunOptions &options)
         const auto written
             = writeReportFile(report.fileName, [&](QIODevice *device) { report.write(result, device); });
         if (written.failed())
-            exitCode = complain(written.error);
+            exitCode = complain("run", written.error);
     }
     return exitCode;
 }

@@ -1,4 +1,4 @@
-// StaticServer: serves the files of one directory on the loopback address, for the demo and for tests.
+// StaticServer: serves the files of one directory on the loopback address.
 #pragma once
 
 #include "host/channel/httpserver.h"

@@ -154,6 +154,16 @@ QList<qint64> CommandRun::childrenOf(const QList<qint64> &parents)
 
 QStringList CommandRun::leftProcesses() const
 {
+    QStringList left;
+    waitFor([&] {
+        left = processesOfRun();
+        return left.isEmpty();
+    });
+    return left;
+}
+
+QStringList CommandRun::processesOfRun() const
+{
     QStringList found;
     const QStringList ids = processIds();
     for (const QString &id : ids) {

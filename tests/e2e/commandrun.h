@@ -66,7 +66,8 @@ public:
     /// The browsers of these.
     QList<qint64> browsers() const { return childrenOf(workers()); }
 
-    /// Processes that are left of this run: each that was started with its temporary folder.
+    /// Processes that stay behind: each that was started with the temporary folder of this run and does not
+    /// end by itself. The browser's crash handlers notice only after a while that their browser is gone.
     QStringList leftProcesses() const;
 
     /// What lies in the temporary folder of this run.
@@ -74,6 +75,7 @@ public:
 
 private:
     static QList<qint64> childrenOf(const QList<qint64> &parents);
+    QStringList processesOfRun() const;
     void collect();
 
     QTemporaryDir m_folder;

@@ -265,7 +265,7 @@ TEST_F(HostileTest, DialogsDuringACall)
             attempt('then', () => heading.title);
         });
         button.click();
-        attempt('after the click', () => heading.title);
+        attempt('after the click', () => { for (var tries = 0; tries < 500; tries++) { heading.title; snooze(0.02); } });
         attempt('then', () => heading.title);
     )"_s),
         uR"(alert! Error invoking function 'alert': The page is blocked by an alert: 'stop "here"'

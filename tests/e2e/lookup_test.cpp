@@ -31,7 +31,8 @@ protected:
     /// The message of the error that an expression of a script throws.
     QString errorOf(const QByteArray &expression)
     {
-        return logOf("try { " + expression + "; log('no error'); } catch (error) { log(error.message); }");
+        return logOf("waitForObject(\"{tagName='BUTTON' simplifiedInnerText='Framed'}\");\ntry { "
+            + expression + "; log('no error'); } catch (error) { log(error.message); }");
     }
 
     CommandRun run;
@@ -159,9 +160,9 @@ TEST_F(LookupTest, WindowsAreFoundByTheirContextAndInvalidateWhatTheyHeld)
 
         waitForContextExists("popup.html");
         close.click();
-        snooze(0.2);
+        while (objectExists("{tagName='BUTTON' simplifiedInnerText='Close me'}"))
+            snooze(0.02);
         try { close.click(); } catch (error) { log(error.message); }
-        log(objectExists("{tagName='BUTTON' simplifiedInnerText='Close me'}"));
 
         findObject("{tagName='A' simplifiedInnerText='Open another'}").click();
         waitForContextExists("index.html<2>");
@@ -172,9 +173,21 @@ TEST_F(LookupTest, WindowsAreFoundByTheirContextAndInvalidateWhatTheyHeld)
 true
 true
 Object reference deleted in browser already, please obtain a new reference using waitForObject or findObject
-false
 pay
 )"_s);
+}
+
+TEST_F(LookupTest, PathsStartInTheContextThatWasWaitedFor)
+{
+    EXPECT_EQ(logOf(R"js(
+        function firstButton() { return findObject("DOCUMENT.HTML1.BODY1.BUTTON1").innerText; }
+        log(firstButton());
+        waitForContextExists("index.html.FRAME1");
+        log(firstButton());
+        waitForContextExists("index.html");
+        log(firstButton());
+    )js"),
+        u"Pay now\nFramed\nPay now\n"_s);
 }
 
 TEST_F(LookupTest, SymbolicNamesStandInAFileBesideTheScript)

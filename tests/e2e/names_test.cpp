@@ -4,10 +4,12 @@
 #include "host/script/testsession.h"
 #include "ostrelhook/reflection.h"
 #include "support/hostiletexts.h"
-#include "support/pagetoplevel.h"
 #include "support/printqt.h"
 #include "support/scopedvariable.h"
 #include "support/waitfor.h"
+#include "wrappers/web/objectfactory.h"
+#include "wrappers/web/webobject.h"
+#include "wrappers/web/webobjectdelegate.h"
 
 #include <gtest/gtest.h>
 
@@ -17,7 +19,6 @@
 #include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
-using Ostrel::Test::PageToplevel;
 using Ostrel::Test::waitFor;
 
 namespace Ostrel::Host {
@@ -41,7 +42,6 @@ protected:
         ASSERT_TRUE(session);
         page = session->activePage();
         ASSERT_TRUE(page);
-        toplevel = std::make_unique<PageToplevel>(page);
     }
 
     void serve(const QString &name, const QByteArray &content) const
@@ -54,7 +54,6 @@ protected:
     {
         serve(u"page.html"_s, content);
         ASSERT_EQ(page->navigate(server.url(u"page.html"_s)).error, QString());
-        toplevel->forget();
     }
 
     QString evaluate(const QString &script) const
@@ -80,10 +79,18 @@ protected:
     {
         return retrieveObject(object)->jsReference();
     }
+    // The reference of what a name leads to; empty when it leads nowhere, or the error after "error: ".
+    static QString find(const QString &name)
+    {
+        const FunctionCallResult<SharedPtr<Object>> found = session->lookup()->find(name);
+        if (!found.failed())
+            return reference(found.value);
+        return found.error.startsWith("Object not found"_L1) ? QString() : u"error: "_s + found.error;
+    }
     // What a property of the object of that name is; empty when there is none.
     QString textOf(const QString &name, const QString &property) const
     {
-        const QString found = toplevel->find(name);
+        const QString found = find(name);
         return found.isEmpty() || found.startsWith("error"_L1) ? found : evaluate(found + u'.' + property);
     }
 
@@ -91,7 +98,6 @@ protected:
     QTemporaryDir files;
     StaticServer server{files.path()};
     BrowserPage *page = nullptr;
-    std::unique_ptr<PageToplevel> toplevel;
 };
 
 std::unique_ptr<TestSession> NamesTest::session;
@@ -163,10 +169,8 @@ TEST_F(NamesTest, HardTextsInNamesLeadBack)
             // An equal one behind it is told apart by its occurrence.
             const SharedPtr<Object> second = object(make);
 
-            EXPECT_EQ(toplevel->find(nameOf(first)), reference(first))
-                << nameOf(first).left(300).toStdString();
-            EXPECT_EQ(toplevel->find(nameOf(second)), reference(second))
-                << nameOf(second).left(300).toStdString();
+            EXPECT_EQ(find(nameOf(first)), reference(first)) << nameOf(first).left(300).toStdString();
+            EXPECT_EQ(find(nameOf(second)), reference(second)) << nameOf(second).left(300).toStdString();
             EXPECT_NE(reference(first), reference(second));
         }
     }
@@ -181,7 +185,7 @@ TEST_F(NamesTest, ATabBehindABlankAtTheStartOfAValueIsNotFound)
     const QString name = nameOf(object(u"document.querySelector('input')"_s));
 
     EXPECT_EQ(name, u"{visible='true' tagName='INPUT' type='button' value='   x'}"_s);
-    EXPECT_EQ(toplevel->find(name), QString());
+    EXPECT_EQ(find(name), QString());
 }
 
 // Kept as is: an ampersand may come from a page as an entity, so a name cannot hold the text of one.
@@ -192,16 +196,16 @@ TEST_F(NamesTest, TheEntityOfAnAmpersandInATextIsLost)
     const QString name = nameOf(object(u"document.querySelector('button')"_s));
 
     EXPECT_EQ(name, u"{visible='true' tagName='BUTTON' type='submit' simplifiedInnerText='&'}"_s);
-    EXPECT_EQ(toplevel->find(name), QString());
+    EXPECT_EQ(find(name), QString());
 }
 
 TEST_F(NamesTest, WhatIsNoNameIsRefusedWithThePlace)
 {
     open("<!DOCTYPE html><p title='x'>Text</p>");
 
-    EXPECT_EQ(toplevel->find(u"{tagName='P' title=x}"_s),
+    EXPECT_EQ(find(u"{tagName='P' title=x}"_s),
         u"error: Invalid object name '{tagName='P' title=x}': value in quotes or braces expected at character 20."_s);
-    EXPECT_EQ(toplevel->find(u"{tagName='P' title='it's'}"_s),
+    EXPECT_EQ(find(u"{tagName='P' title='it's'}"_s),
         u"error: Invalid object name '{tagName='P' title='it's'}': '=', '?=' or '~=' expected at character 25."_s);
     EXPECT_EQ(textOf(u"{tagName='P' title='x'}"_s, u"innerText"_s), u"Text"_s);
 }
@@ -213,8 +217,8 @@ TEST_F(NamesTest, ABadExpressionFindsNothingOrIsAnError)
     open("<!DOCTYPE html><div title='box'><p title='x'>Text</p></div>");
 
     // A search of all windows goes on behind what fails in one of them.
-    EXPECT_EQ(toplevel->find(u"{tagName='P' title~='('}"_s), QString());
-    EXPECT_TRUE(toplevel->find(u"{container={tagName='DIV' title='box'} tagName='P' title~='('}"_s)
+    EXPECT_EQ(find(u"{tagName='P' title~='('}"_s), QString());
+    EXPECT_TRUE(find(u"{container={tagName='DIV' title='box'} tagName='P' title~='('}"_s)
                     .contains("Invalid regular expression"_L1));
 
     EXPECT_EQ(textOf(u"{tagName='P' title~='^x$'}"_s, u"innerText"_s), u"Text"_s);
@@ -227,7 +231,7 @@ TEST_F(NamesTest, AnExpressionWithoutEndRunsIntoTheLimit)
     QElapsedTimer clock;
     clock.start();
 
-    const QString endless = toplevel->find(u"{tagName='P' title~='^(a+)+$'}"_s);
+    const QString endless = find(u"{tagName='P' title~='^(a+)+$'}"_s);
 
     EXPECT_TRUE(endless.startsWith("error: Failed to lookup object name '{tagName='P' title~='^(a+)+$'}'"_L1))
         << endless.toStdString();
@@ -244,7 +248,7 @@ TEST_F(NamesTest, WhatDidNotMatchReachesTheFrameworkUntilTheNameIsFound)
     const auto isNoted
         = [&] { return Inspector::self()->unmatchedProperties(name) == QStringList{u"title"_s}; };
 
-    EXPECT_EQ(toplevel->find(name), QString());
+    EXPECT_EQ(find(name), QString());
     EXPECT_TRUE(waitFor(isNoted));
 
     evaluate(u"document.querySelector('p').title = 'later & more'"_s);
@@ -261,20 +265,20 @@ TEST_F(NamesTest, AFrameThatArrivesLateIsSearched)
 {
     serve(u"framed.html"_s, framed);
     open("<!DOCTYPE html><title>late</title><button>Outside</button>");
-    ASSERT_EQ(toplevel->find(inside), QString());
+    ASSERT_EQ(find(inside), QString());
 
     evaluate(u"setTimeout(function () { var frame = document.createElement('iframe'); "
              "frame.src = 'framed.html'; document.body.appendChild(frame); }, 200);"_s);
 
-    ASSERT_TRUE(waitFor([&] { return !toplevel->find(inside).isEmpty(); }));
+    ASSERT_TRUE(waitFor([&] { return !find(inside).isEmpty(); }));
     const SharedPtr<Object> button = object(u"frames[0].document.querySelector('button')"_s);
     EXPECT_EQ(nameOf(button),
         u"{context='page.html.FRAME1' visible='true' tagName='BUTTON' type='submit' "
         "simplifiedInnerText='Inside'}"_s);
-    EXPECT_EQ(toplevel->find(nameOf(button)), reference(button));
+    EXPECT_EQ(find(nameOf(button)), reference(button));
     const SharedPtr<Object> paragraph = object(u"frames[0].document.querySelector('p')"_s);
     EXPECT_EQ(nameOf(paragraph), u"DOCUMENT[page|html|FRAME1].HTML1.BODY1.P1"_s);
-    EXPECT_EQ(toplevel->find(nameOf(paragraph)), reference(paragraph));
+    EXPECT_EQ(find(nameOf(paragraph)), reference(paragraph));
 }
 
 TEST_F(NamesTest, AFrameThatReloadsIsSearchedAnew)
@@ -282,7 +286,7 @@ TEST_F(NamesTest, AFrameThatReloadsIsSearchedAnew)
     serve(u"framed.html"_s, framed);
     open("<!DOCTYPE html><title>reloads</title><iframe src='framed.html'></iframe>");
     const QString name = nameOf(object(u"frames[0].document.querySelector('button')"_s));
-    const QString before = toplevel->find(name);
+    const QString before = find(name);
     ASSERT_FALSE(before.isEmpty());
 
     serve(u"framed.html"_s, framed + "<p>New</p>");
@@ -290,9 +294,8 @@ TEST_F(NamesTest, AFrameThatReloadsIsSearchedAnew)
 
     ASSERT_TRUE(
         waitFor([&] { return evaluate(u"frames[0].document.querySelectorAll('p').length"_s) == u"2"_s; }));
-    EXPECT_NE(toplevel->find(name), before);
-    EXPECT_EQ(
-        evaluate(toplevel->find(name) + u" === frames[0].document.querySelector('button')"_s), u"true"_s);
+    EXPECT_NE(find(name), before);
+    EXPECT_EQ(evaluate(find(name) + u" === frames[0].document.querySelector('button')"_s), u"true"_s);
 }
 
 TEST_F(NamesTest, AFrameOfAnotherOriginStaysClosedAndQuiet)
@@ -321,13 +324,12 @@ TEST_F(NamesTest, AFrameOfAnotherOriginStaysClosedAndQuiet)
 
     EXPECT_EQ(evaluate(u"document.getElementById('foreign').contentDocument"_s), u"null"_s);
     const SharedPtr<Object> frame = object(u"document.getElementById('foreign')"_s);
-    EXPECT_EQ(toplevel->find(nameOf(frame)), reference(frame));
+    EXPECT_EQ(find(nameOf(frame)), reference(frame));
     EXPECT_EQ(nameOf(object(u"frames[1].document.querySelector('button')"_s)),
         u"{context='page.html.FRAME2' visible='true' tagName='BUTTON' type='submit' "
         "simplifiedInnerText='Inside'}"_s);
-    EXPECT_EQ(toplevel->find(u"{context='page.html.FRAME1' tagName='BUTTON'}"_s), QString());
-    EXPECT_EQ(
-        evaluate(toplevel->find(inside) + u" === frames[1].document.querySelector('button')"_s), u"true"_s);
+    EXPECT_EQ(find(u"{context='page.html.FRAME1' tagName='BUTTON'}"_s), QString());
+    EXPECT_EQ(evaluate(find(inside) + u" === frames[1].document.querySelector('button')"_s), u"true"_s);
 
     // The frame is asked for a while whether it can be read.
     ASSERT_TRUE(waitFor([&] {
@@ -342,7 +344,7 @@ TEST_F(NamesTest, AFrameOfAnotherOriginStaysClosedAndQuiet)
     EXPECT_EQ(requests, 0);
     constexpr int lookups = 20;
     for (int i = 0; i < lookups; ++i)
-        EXPECT_EQ(toplevel->find(u"{tagName='BLINK'}"_s), QString());
+        EXPECT_EQ(find(u"{tagName='BLINK'}"_s), QString());
     EXPECT_EQ(messages, 0);
 }
 

@@ -1,9 +1,10 @@
 // The round trip: each element of the demo shop and of pages that are made with well-known toolkits gets its
 // name, and the name leads back to the same element.
 #include "host/script/testsession.h"
-#include "support/pagetoplevel.h"
 #include "support/printqt.h"
 #include "support/waitfor.h"
+#include "wrappers/web/objectfactory.h"
+#include "wrappers/web/webobject.h"
 #include "wrappers/web/webutilities.h"
 
 #include <gtest/gtest.h>
@@ -17,7 +18,6 @@
 #include <iostream>
 
 using namespace Qt::StringLiterals;
-using Ostrel::Test::PageToplevel;
 using Ostrel::Test::waitFor;
 
 namespace Ostrel::Host {
@@ -68,13 +68,6 @@ struct NamedElement
     QString name;
 };
 
-// Makes the window of the page the search window; true when that was another one.
-const QString moveToTop = uR"((function () {
-    var moved = window.__ostrel__ctxwin !== window;
-    window.__ostrel__ctxwin = window;
-    return moved;
-}()))"_s;
-
 // What came of the names of one page.
 struct Tally
 {
@@ -117,7 +110,6 @@ protected:
         ASSERT_TRUE(page);
         constexpr int limitMs = 120000;
         page->setDefaultLimit(limitMs);
-        m_toplevel = std::make_unique<PageToplevel>(page);
     }
 
     QString evaluate(const QString &script) const
@@ -141,7 +133,6 @@ protected:
         evaluate(QString::fromUtf8(rules.readAll()));
         ASSERT_TRUE(waitFor(
             [&] { return evaluate(u"roundTrip.hasLoaded() && (%1)"_s.arg(row.isReady)) == u"true"_s; }));
-        m_toplevel->forget();
     }
 
     QList<NamedElement> nameAll() const
@@ -157,9 +148,10 @@ protected:
     QString lookUp(const QString &name) const
     {
         // A lookup leaves the search window where it found the object. That may be a frame.
-        if (evaluate(moveToTop) == u"true"_s)
-            m_toplevel->forget();
-        return m_toplevel->find(name);
+        const auto moved = session->lookup()->waitForContext(contextFile(page->address()));
+        EXPECT_EQ(moved.error, QString());
+        const FunctionCallResult<SharedPtr<Object>> found = session->lookup()->find(name);
+        return found.failed() ? QString() : retrieveObject(found.value)->jsReference();
     }
 
     Tally takeRoundTrip()
@@ -188,9 +180,6 @@ protected:
     static QMap<QString, Tally> tallies;
     StaticServer server{QStringLiteral(PAGEPROBE_SOURCE_DIR)};
     BrowserPage *page = nullptr;
-
-private:
-    std::unique_ptr<PageToplevel> m_toplevel;
 };
 
 std::unique_ptr<TestSession> OneName::session;

@@ -44,6 +44,18 @@ inline void createWebObjectClassesOnce()
     (void)created;
 }
 
+/// For tests of what scripts see.
+class WebClasses : public testing::Test
+{
+protected:
+    static void SetUpTestSuite() { createWebObjectClassesOnce(); }
+};
+
+/// The same for each row of a table.
+class EachWebClass : public WebClasses, public testing::WithParamInterface<ClassCase>
+{
+};
+
 /// The same text of a class of the framework.
 inline QString classText(const QString &name)
 {

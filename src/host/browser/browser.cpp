@@ -1,5 +1,7 @@
 #include "host/browser/browser.h"
 
+#include "host/inseconds.h"
+
 #include <QJsonArray>
 
 #include <algorithm>
@@ -112,7 +114,7 @@ CommandResult Browser::call(const QString &method, const QJsonObject &parameters
     });
     wait.run(m_options.startLimitMs);
     m_connection->giveUp(
-        id, u"The browser did not answer within %1 s"_s.arg(m_options.startLimitMs / 1000.0));
+        id, u"The browser did not answer within %1"_s.arg(inSeconds(m_options.startLimitMs)));
     return result;
 }
 

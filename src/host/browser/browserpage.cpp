@@ -2,6 +2,7 @@
 
 #include "host/browser/evaluation.h"
 #include "host/browser/navigation.h"
+#include "host/inseconds.h"
 #include "wrappers/web/controls/customcontrols.h"
 #include "wrappers/web/formelements.h"
 
@@ -21,11 +22,6 @@ constexpr int answerGraceMs = 1000;
 constexpr int errorPageLimitMs = 2000;
 // Each wait stands on the stack of the one before it.
 constexpr int deepestNesting = 50;
-
-QString inSeconds(int milliseconds)
-{
-    return u"%1 s"_s.arg(milliseconds / 1000.0);
-}
 
 } // namespace
 

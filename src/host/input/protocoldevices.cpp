@@ -13,6 +13,19 @@ Failure noPage()
     return Failure(u"There is no open page."_s);
 }
 
+/// Lets `act` work at a position of the desktop; it gets the page's input and the position in the viewport.
+template <typename Action>
+FunctionCallResult<void> actAt(BrowserPage *page, const Point<1> &position, const Action &act)
+{
+    if (!page)
+        return noPage();
+    const PageInput input(page);
+    const FunctionCallResult<QPointF> inViewport = input.fromScreen(position.x, position.y);
+    if (inViewport.failed())
+        return Failure(inViewport.error);
+    return act(input, inViewport.value);
+}
+
 } // namespace
 
 ProtocolDevices::ProtocolDevices(std::function<BrowserPage *()> target) : m_target(std::move(target))
@@ -28,26 +41,15 @@ ProtocolDevices::~ProtocolDevices()
 
 FunctionCallResult<void> ProtocolDevices::movePointer(const Point<1> &position)
 {
-    BrowserPage *page = m_target();
-    if (!page)
-        return noPage();
-    const PageInput input(page);
-    const FunctionCallResult<QPointF> inViewport = input.fromScreen(position.x, position.y);
-    if (inViewport.failed())
-        return Failure(inViewport.error);
-    return input.movePointer(inViewport.value);
+    return actAt(m_target(), position,
+        [](const PageInput &input, const QPointF &inViewport) { return input.movePointer(inViewport); });
 }
 
 FunctionCallResult<void> ProtocolDevices::pointerClick(MouseButton::Value button, const Point<1> &position)
 {
-    BrowserPage *page = m_target();
-    if (!page)
-        return noPage();
-    const PageInput input(page);
-    const FunctionCallResult<QPointF> inViewport = input.fromScreen(position.x, position.y);
-    if (inViewport.failed())
-        return Failure(inViewport.error);
-    return input.click(inViewport.value, button);
+    return actAt(m_target(), position, [button](const PageInput &input, const QPointF &inViewport) {
+        return input.click(inViewport, button);
+    });
 }
 
 FunctionCallResult<void> ProtocolDevices::typeKeys(const QString &keys)

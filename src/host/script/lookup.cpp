@@ -1,6 +1,7 @@
 #include "host/script/lookup.h"
 
 #include "host/browser/evaluation.h"
+#include "host/inseconds.h"
 #include "ostrelhook/inspector.h"
 #include "ostrelhook/objectname.h"
 #include "wrappers/web/objectfactory.h"
@@ -45,11 +46,6 @@ QString pageQuery(const QString &name)
     return QString::fromUtf8(file.readAll());
 }
 
-QString inSeconds(int milliseconds)
-{
-    return u"%1 s"_s.arg(milliseconds / 1000.0);
-}
-
 QString shortened(const QString &text, qsizetype limit = shownOfName)
 {
     return text.size() <= limit ? text : text.left(limit) + u"…"_s;
@@ -74,6 +70,12 @@ FunctionCallResult<QJsonDocument> ask(
 QString windowsOfPage()
 {
     return pageQuery(u"windows"_s) + u"()"_s;
+}
+
+/// What a name as users write it stands for; an error shows where it is no proper name.
+FunctionCallResult<ObjectName> parseName(const QString &name)
+{
+    return ObjectName::parse(ObjectMap::self()->realName(name));
 }
 
 /// The demand of a name on one property, as a person would say it.
@@ -195,7 +197,7 @@ FunctionCallResult<bool> Lookup::exists(const QString &name)
 
 FunctionCallResult<SharedPtr<Object>> Lookup::waitUntilThere(const QString &name, int timeoutMs)
 {
-    if (const auto parsed = ObjectName::parse(ObjectMap::self()->realName(name)); parsed.failed())
+    if (const auto parsed = parseName(name); parsed.failed())
         return Failure(parsed.error);
     Attempt attempt;
     const auto look = [&] {
@@ -260,6 +262,8 @@ FunctionCallResult<void> Lookup::waitForContext(const QString &context, int time
             u"__ostrel__setContext(%1);"_s.arg(scriptLiteral(wanted.insidePage())), 0);
         if (chosen.failed || chosen.result != "true"_L1)
             return false;
+        // Paths start at the document of the context.
+        m_windows->forgetDocument();
         m_windows->activate(page);
         return true;
     };
@@ -275,7 +279,7 @@ FunctionCallResult<void> Lookup::waitForContext(const QString &context, int time
 
 FunctionCallResult<ObjectList> Lookup::findAll(const QString &name)
 {
-    const auto parsed = ObjectName::parse(ObjectMap::self()->realName(name));
+    const auto parsed = parseName(name);
     if (parsed.failed())
         return Failure(parsed.error);
     ObjectName inner = parsed.value;

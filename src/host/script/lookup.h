@@ -33,7 +33,7 @@ public:
     /// Looks once. An object that is not there is an error that tells what did not match.
     FunctionCallResult<SharedPtr<Object>> find(const QString &name);
 
-    /// Looks once; nothing that is not there is an error.
+    /// Looks once. That nothing has the name is no error; a page that cannot be asked is one.
     FunctionCallResult<bool> exists(const QString &name);
 
     /// Waits until the object is there, `timeoutMs` milliseconds at the most.
@@ -80,12 +80,12 @@ private:
     bool m_stopped = false;
 };
 
-/// The names of all elements of a page in tree order, as a recording would write them.
+/// The names of all elements of a page in tree order, as a recording would write them. A page that changes
+/// meanwhile may give one twice.
 FunctionCallResult<QStringList> namesOfAllElements(BrowserPage *page);
 
 /// Loads the symbolic names of the file beside a script, which has the script's name with ".names" in the
-/// place of
-/// ".js"; forgets those of other scripts. A script without such a file has none.
+/// place of ".js"; forgets those of other scripts. A script without such a file has none.
 FunctionCallResult<void> loadNamesBeside(const QString &scriptFile);
 
 } // namespace Ostrel::Host

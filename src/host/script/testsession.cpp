@@ -13,6 +13,7 @@
 #include "wrappers/web/replay.h"
 #include "wrappers/web/sharedfunctions.h"
 #include "wrappers/web/webobjectdelegate.h"
+#include "wrappers/web/webtopleveldelegate.h"
 #include "wrappers/web/webutilities.h"
 
 #include <QEventLoop>
@@ -27,11 +28,6 @@ using namespace Qt::StringLiterals;
 using namespace WebWrapper;
 
 namespace {
-
-/// The document of the window that lookups start in.
-const QString contextDocument
-    = u"(function() { if( !window.__ostrel__ctxwin ) { window.__ostrel__ctxwin = window } return "
-      "window.__ostrel__ctxwin.document; }());"_s;
 
 FunctionCallResult<SharedPtr<Object>> whenReady(
     const SharedPtr<Object> &object, const FunctionCallResult<void> &ready)
@@ -246,7 +242,7 @@ FunctionCallResult<HTML_Document *> TestSession::activeDocument() const
     BrowserPage *page = activePage();
     if (!page)
         return Failure(u"There is no open page."_s);
-    FunctionCallResult<HTML_Object *> object = htmlObjectFromJavaScriptResult(page, contextDocument, {}, 0);
+    const FunctionCallResult<HTML_Object *> object = documentOfContext(page);
     if (object.failed())
         return Failure(object.error);
     auto *document = dynamic_cast<HTML_Document *>(object.value);

@@ -98,7 +98,7 @@ void WindowList::add(BrowserPage *page)
     publish(before);
     connect(page, &BrowserPage::documentGone, this, [this, page] {
         ++m_documentChanges;
-        windowDelegate().clearDocumentReference();
+        forgetDocument();
         HTMLObjectHierarchyDelegate::registered()->clearAllJSReferences(page);
     });
     connect(page, &BrowserPage::closed, this, [this, page] { remove(page); });
@@ -131,6 +131,11 @@ void WindowList::activate(BrowserPage *page)
     });
     publish(before);
     Q_EMIT activated(page);
+}
+
+void WindowList::forgetDocument() const
+{
+    windowDelegate().clearDocumentReference();
 }
 
 QList<BrowserPage *> WindowList::pages() const

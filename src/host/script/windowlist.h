@@ -47,6 +47,9 @@ public:
     /// Where lookups start, or null when no window is open.
     BrowserPage *active() const;
     void activate(BrowserPage *page);
+    /// Lets the next path start at the document of the window or frame in which lookups start then; until
+    /// this is called, that is the document at which the last path started.
+    void forgetDocument() const;
     /// The open windows in search order.
     QList<BrowserPage *> pages() const;
 

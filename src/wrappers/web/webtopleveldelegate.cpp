@@ -16,11 +16,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The document of the window that lookups start in; the page's own window at the first use.
-const QString contextDocument
-    = u"(function() { if( !window.__ostrel__ctxwin ) { window.__ostrel__ctxwin = window } return "
-      "window.__ostrel__ctxwin.document; }());"_s;
-
 constexpr auto documentName = "DOCUMENT"_L1;
 
 /// The document that was wrapped last, shared by all toplevel objects.
@@ -38,6 +33,14 @@ QString contextIn(const QString &name)
 }
 
 } // namespace
+
+FunctionCallResult<HTML_Object *> documentOfContext(HTMLComponent *component)
+{
+    return htmlObjectFromJavaScriptResult(component,
+        u"(function() { if( !window.__ostrel__ctxwin ) { window.__ostrel__ctxwin = window } return "
+        "window.__ostrel__ctxwin.document; }());"_s,
+        {}, 0);
+}
 
 WebToplevelDelegate::WebToplevelDelegate(const QString &className) : ObjectHierarchyDelegate(className) { }
 
@@ -58,8 +61,7 @@ SharedPtr<Object> WebToplevelDelegate::child(SharedPtr<Object> object, int index
         clearDocumentReference();
     }
 
-    const FunctionCallResult<HTML_Object *> document
-        = htmlObjectFromJavaScriptResult(component, contextDocument, {}, 0);
+    const FunctionCallResult<HTML_Object *> document = documentOfContext(component);
     if (document.failed()) {
         Inspector::self()->raiseError(message(
             u"Failed to retrieve child object number %1: %2", QString::number(index), document.error));

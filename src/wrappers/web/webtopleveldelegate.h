@@ -2,11 +2,17 @@
 #pragma once
 
 #include "ostrelhook/delegates.h"
+#include "ostrelhook/functioncallresult.h"
 #include "wrappers/web/export.h"
 
 namespace Ostrel::WebWrapper {
 
+class HTML_Object;
 class HTMLComponent;
+
+/// A new wrapper of the document of the window that lookups in a page start in; that is the page's own window
+/// at first. Null when the page has none.
+PAGEPROBELIB_EXPORT FunctionCallResult<HTML_Object *> documentOfContext(HTMLComponent *component);
 
 /// Its only child is the document of the context window; all lookups that start at the top pass through it. A
 /// host derives from it and says which page an object stands for. Used from one thread.

@@ -545,22 +545,12 @@ TEST(CustomButton, TooltipProtectsItselfInThePage)
 
 // What scripts see
 
-namespace {
-
-class CustomControlClass : public testing::TestWithParam<ClassCase>
-{
-protected:
-    static void SetUpTestSuite() { createWebObjectClassesOnce(); }
-};
-
-} // namespace
-
-TEST_P(CustomControlClass, HasItsMembersInOrder)
+TEST_P(EachWebClass, HasItsMembersInOrder)
 {
     EXPECT_EQ(classText(QString::fromLatin1(GetParam().name)), QString::fromLatin1(GetParam().text));
 }
 
-INSTANTIATE_TEST_SUITE_P(CustomControls, CustomControlClass,
+INSTANTIATE_TEST_SUITE_P(CustomControls, EachWebClass,
     testing::ValuesIn(std::initializer_list<ClassCase>{
         {"HTML_CustomButtonBase", R"(base HTML_Object
 disabled bool

@@ -581,17 +581,9 @@ TEST(CustomItem, TextFallsBackToThatOfThePage)
 
 namespace {
 
-class ItemViewClass : public testing::TestWithParam<ClassCase>
+class ItemViewScript : public WebClasses
 {
 protected:
-    static void SetUpTestSuite() { createWebObjectClassesOnce(); }
-};
-
-class ItemViewScript : public testing::Test
-{
-protected:
-    static void SetUpTestSuite() { createWebObjectClassesOnce(); }
-
     SharedPtr<Object> script(HTML_Object *wrapper) { return wrapObject(wrapper); }
 
     FakePage page;
@@ -599,12 +591,12 @@ protected:
 
 } // namespace
 
-TEST_P(ItemViewClass, HasItsMembersInOrder)
+TEST_P(EachWebClass, HasItsMembersInOrder)
 {
     EXPECT_EQ(classText(QString::fromLatin1(GetParam().name)), QString::fromLatin1(GetParam().text));
 }
 
-INSTANTIATE_TEST_SUITE_P(ItemViews, ItemViewClass,
+INSTANTIATE_TEST_SUITE_P(ItemViews, EachWebClass,
     testing::ValuesIn(std::initializer_list<ClassCase>{
         {"HTML_CustomItem", R"(base HTML_Object
 realType String read-only

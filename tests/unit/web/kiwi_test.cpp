@@ -1,8 +1,8 @@
 // Tests of the controls of the Kiwi toolkit.
 #include "wrappers/web/controls/kiwi.h"
 #include "wrappers/web/objectfactory.h"
-#include "wrappers/web/reflection/webclasses.h"
 
+#include "support/classcase.h"
 #include "support/fakepage.h"
 #include "support/operationcase.h"
 #include "support/pagescript.h"
@@ -809,17 +809,7 @@ TEST(KiwiMoreMenu, SaysWhetherTheListOrTheItemFailed)
 
 // What scripts see
 
-namespace {
-
-class KiwiClasses : public testing::Test
-{
-protected:
-    static void SetUpTestSuite() { createWebObjectClasses(); }
-};
-
-} // namespace
-
-TEST_F(KiwiClasses, FillInWhatAScriptLeavesOut)
+TEST_F(WebClasses, FillInWhatAScriptLeavesOut)
 {
     FakePage page;
     const SharedPtr<Object> table = wrapObject(new HTML_KiwiTable({}, u"el"_s, &page));
@@ -844,7 +834,7 @@ TEST_F(KiwiClasses, FillInWhatAScriptLeavesOut)
               "count++;  }"_s);
 }
 
-TEST_F(KiwiClasses, LetAScriptClickARow)
+TEST_F(WebClasses, LetAScriptClickARow)
 {
     FakePage page;
     page.fail(u"gone"_s);
@@ -855,7 +845,7 @@ TEST_F(KiwiClasses, LetAScriptClickARow)
     EXPECT_EQ(clicked.error, u"Error while clicking on row 3 with modifier '0': gone"_s);
 }
 
-TEST_F(KiwiClasses, ReachTheTreeThroughItsBase)
+TEST_F(WebClasses, ReachTheTreeThroughItsBase)
 {
     FakePage page;
     page.answer(u"true"_s);
@@ -868,7 +858,7 @@ TEST_F(KiwiClasses, ReachTheTreeThroughItsBase)
     EXPECT_EQ(doubleClicked.error, u"Not implemented"_s);
 }
 
-TEST_F(KiwiClasses, LetAScriptWriteAChoice)
+TEST_F(WebClasses, LetAScriptWriteAChoice)
 {
     FakePage page;
     const SharedPtr<Object> choice = wrapObject(new HTML_KiwiChoice({}, u"el"_s, &page));

@@ -351,22 +351,12 @@ TEST(CalendarView, IsAnItemViewOfTheExtension)
 
 // What scripts see
 
-namespace {
-
-class MenusTabsCalendarsClass : public testing::TestWithParam<ClassCase>
-{
-protected:
-    static void SetUpTestSuite() { createWebObjectClassesOnce(); }
-};
-
-} // namespace
-
-TEST_P(MenusTabsCalendarsClass, HasItsMembersInOrder)
+TEST_P(EachWebClass, HasItsMembersInOrder)
 {
     EXPECT_EQ(classText(QString::fromLatin1(GetParam().name)), QString::fromLatin1(GetParam().text));
 }
 
-INSTANTIATE_TEST_SUITE_P(Classes, MenusTabsCalendarsClass,
+INSTANTIATE_TEST_SUITE_P(Classes, EachWebClass,
     testing::ValuesIn(std::initializer_list<ClassCase>{
         {"HTML_Menu", R"(base HTML_Object
 numItems int read-only

@@ -1,11 +1,11 @@
 // Tests of the widgets of the Backbase, Dojo, GWC and qooxdoo toolkits.
 #include "wrappers/web/objectfactory.h"
-#include "wrappers/web/reflection/webclasses.h"
 #include "wrappers/web/toolkits/backbase.h"
 #include "wrappers/web/toolkits/dojo.h"
 #include "wrappers/web/toolkits/gwc.h"
 #include "wrappers/web/toolkits/qooxdoo.h"
 
+#include "support/classcase.h"
 #include "support/fakepage.h"
 #include "support/hostiletexts.h"
 #include "support/operationcase.h"
@@ -357,17 +357,7 @@ TEST(QxWidget, SaysWhichAnswerIsNoNumber)
 
 // What scripts see
 
-namespace {
-
-class ToolkitClasses : public testing::Test
-{
-protected:
-    static void SetUpTestSuite() { createWebObjectClasses(); }
-};
-
-} // namespace
-
-TEST_F(ToolkitClasses, OptionOfAComboBoxIsATextAndOneOfASelectAnObject)
+TEST_F(WebClasses, OptionOfAComboBoxIsATextAndOneOfASelectAnObject)
 {
     FakePage page;
     page.answer(u"Blue"_s);
@@ -386,7 +376,7 @@ TEST_F(ToolkitClasses, OptionOfAComboBoxIsATextAndOneOfASelectAnObject)
     EXPECT_EQ(option.value->objectClass()->name(), u"HTML_Option"_s);
 }
 
-TEST_F(ToolkitClasses, ComboBoxInheritsTheMembersOfSelects)
+TEST_F(WebClasses, ComboBoxInheritsTheMembersOfSelects)
 {
     FakePage page;
     page.answer(u"1"_s);
@@ -399,7 +389,7 @@ TEST_F(ToolkitClasses, ComboBoxInheritsTheMembersOfSelects)
             u"__ostrel__backbase__selectComboBoxValue(el, 'Red');"_s}));
 }
 
-TEST_F(ToolkitClasses, ValueOfASpinnerThatIsNoNumberIsAScriptError)
+TEST_F(WebClasses, ValueOfASpinnerThatIsNoNumberIsAScriptError)
 {
     FakePage page;
     page.answer(u"many"_s);
@@ -411,7 +401,7 @@ TEST_F(ToolkitClasses, ValueOfASpinnerThatIsNoNumberIsAScriptError)
     EXPECT_EQ(writeProperty(spinner, u"step"_s, 4), u"Cannot set read-only property step."_s);
 }
 
-TEST_F(ToolkitClasses, WidgetsAreWrittenThroughTheirSetters)
+TEST_F(WebClasses, WidgetsAreWrittenThroughTheirSetters)
 {
     FakePage page;
     const SharedPtr<Object> widget = wrapObject(new HTML_QxWidget({}, u"el"_s, &page));
