@@ -117,7 +117,7 @@ FunctionCallResult<Json::Value> evaluateAsJson(
         return Failure(answer.result);
 
     const QString call = shortForm(expression);
-    const ParsedJson parsed = parseJson(answer.result);
+    ParsedJson parsed = parseJson(answer.result);
     if (parsed.outcome != ParsedJson::Outcome::Parsed) {
         return Failure(message(
             u"Calling %1 failed to parse JSON return value '%2': %3", call, answer.result, parsed.error));
@@ -128,7 +128,10 @@ FunctionCallResult<Json::Value> evaluateAsJson(
         return Failure(message(u"Calling %1: Error evaluating JavaScript: %3", call,
             detailText(PageException::fromJson(parsed.root["error"]))));
     }
-    return parsed.root.get("result", Json::Value());
+    // The value of a dump is large: it is taken out of the answer rather than copied from it.
+    Json::Value value;
+    parsed.root.removeMember("result", &value);
+    return value;
 }
 
 template <>
@@ -136,6 +139,11 @@ FunctionCallResult<QString> fromJson(const Json::Value &value)
 {
     if (!value.isConvertibleTo(Json::stringValue))
         return unexpectedType("a text", value);
+    // Most values are texts, and a dump has very many of them.
+    const char *begin = nullptr;
+    const char *end = nullptr;
+    if (value.getString(&begin, &end))
+        return QString::fromUtf8(begin, end - begin);
     return QString::fromStdString(value.asString());
 }
 

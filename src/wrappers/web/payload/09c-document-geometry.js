@@ -65,7 +65,8 @@ function __ostrel__stableRectangle(e) {
     var corner = __ostrel__oncePerReading("corner", win, __ostrel__stableCorner);
     var position = __ostrel__addPositions(corner, __ostrel__documentOffset(e));
 
-    return { x: position.x, y: position.y, width: e.offsetWidth, height: e.offsetHeight };
+    // Documents and drawings have no such size. A value that is left out would be asked for once more, one by one.
+    return { x: position.x, y: position.y, width: e.offsetWidth || 0, height: e.offsetHeight || 0 };
 }
 
 /**
