@@ -197,6 +197,44 @@ TEST_F(DumpTest, TakesTwoEvaluationsHoweverLargeThePageIs)
     EXPECT_EQ(counting.evaluations, 2);
 }
 
+/// A page with that many elements in each other. They are hidden: the browser cannot draw as many.
+QByteArray nested(int levels)
+{
+    return "<!DOCTYPE html><body><div id=outermost style='display:none'></div><script>"
+           "for (let i = 1, parent = outermost; i < "
+        + QByteArray::number(levels) + "; ++i) parent = parent.appendChild(document.createElement('div'));"
+        + "</script>";
+}
+
+TEST_F(DumpTest, APageMayBeNestedDeeply)
+{
+    begin();
+    open(nested(1000));
+    PageDumpOptions options;
+    options.properties = {u"id"_s};
+
+    const PageDump taken = dump(options);
+
+    ASSERT_TRUE(taken.root);
+    EXPECT_EQ(countOf(*taken.root), 4 + 1000 + 1);
+    EXPECT_EQ(writeDump(taken, DumpFormat::Json).count("HTML_Object"), countOf(*taken.root) - 1);
+}
+
+TEST_F(DumpTest, APageThatIsNestedTooDeeplyIsAnError)
+{
+    begin();
+    open(nested(3000));
+
+    const auto taken = dumpPage(page, {}, {});
+
+    EXPECT_TRUE(taken.error.startsWith("Error preparing object dump for 'HTML_Document': Calling "
+                                       "window.top.__ostrel.objectTreeInformation("_L1))
+        << taken.error.toStdString();
+    EXPECT_TRUE(taken.error.contains("RangeError: Maximum call stack size exceeded"_L1))
+        << taken.error.toStdString();
+    EXPECT_EQ(evaluate(u"document.querySelectorAll('div').length"_s), u"3000"_s);
+}
+
 TEST_F(DumpTest, BoundsFitThePicture)
 {
     begin();

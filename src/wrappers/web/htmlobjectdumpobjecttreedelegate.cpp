@@ -25,6 +25,10 @@ constexpr auto textContentKey = "__ostrel__textContent"_L1;
 /// The limit of the two large calls: none, since a page may be of any size.
 constexpr unsigned int noLimit = 0;
 
+/// Levels of the tree as it comes from the page, two for a level of elements. Dumping recurses, so that the
+/// stack sets the limit.
+constexpr int deepestTree = 9000;
+
 /// The element with the page that it belongs to; null where one is missing.
 HTML_Object *reachableElement(const SharedPtr<Object> &object)
 {
@@ -113,8 +117,9 @@ FunctionCallResult<void> HtmlObjectDumpObjectTreeDelegate::Snapshot::take(const 
     const HTML_Object *wrapper = reachableElement(root);
     if (!wrapper)
         return Failure(u"The object belongs to no page"_s);
-    const FunctionCallResult<Json::Value> tree = evaluateAsJson(wrapper->component(),
-        script(u"window.top.__ostrel.objectTreeInformation( %1 )", Expr{wrapper->jsReference()}), noLimit);
+    const FunctionCallResult<Json::Value> tree = evaluateAsDeepJson(wrapper->component(),
+        script(u"window.top.__ostrel.objectTreeInformation( %1 )", Expr{wrapper->jsReference()}), noLimit,
+        deepestTree);
     if (tree.failed())
         return Failure(tree.error);
     FunctionCallResult<void> added = add(root, tree.value);
