@@ -197,6 +197,31 @@ TEST_F(DumpTest, TakesTwoEvaluationsHoweverLargeThePageIs)
     EXPECT_EQ(counting.evaluations, 2);
 }
 
+TEST_F(DumpTest, FieldsMayHaveTheNamesOfAFormsOwnMembers)
+{
+    begin();
+    for (const char *name : {"id", "name", "title", "tagName", "nodeName", "className", "style", "type",
+             "value", "parentNode", "parentElement", "offsetParent", "firstChild", "nextSibling", "children",
+             "childNodes", "attributes", "innerHTML", "innerText", "textContent", "ownerDocument",
+             "shadowRoot", "alert", "submit", "getAttribute", "getBoundingClientRect"}) {
+        open("<!DOCTYPE html><body><form id=order class=wide title=Order><input name=" + QByteArray(name)
+            + "><p id=text>text</p></form></body>");
+
+        const PageDump taken = dump();
+
+        ASSERT_TRUE(taken.root) << name;
+        const UIElement *form = elementWithId(*taken.root, u"order"_s);
+        ASSERT_TRUE(form) << name;
+        EXPECT_EQ(form->className(), u"HTML_Form"_s) << name;
+        EXPECT_EQ(nameOf(*form), u"DOCUMENT.HTML1.BODY1.FORM1"_s) << name;
+        EXPECT_EQ(property(*form, u"domClassName"_s), u"wide"_s) << name;
+        EXPECT_EQ(property(*form, u"title"_s), u"Order"_s) << name;
+        EXPECT_EQ(property(*form, u"tagName"_s), u"FORM"_s) << name;
+        EXPECT_EQ(property(*form, u"innerText"_s), u"text"_s) << name;
+        EXPECT_EQ(nameOf(*elementWithId(*taken.root, u"text"_s)), u"DOCUMENT.HTML1.BODY1.FORM1.P1"_s) << name;
+    }
+}
+
 /// A page with that many elements in each other. They are hidden: the browser cannot draw as many.
 QByteArray nested(int levels)
 {
