@@ -142,6 +142,41 @@ protected:
         return waitFor([&] { return evaluate(script) == expected; });
     }
 
+    static QRect boundsOf(const UIElement &element)
+    {
+        return {element.bounds().x, element.bounds().y, element.bounds().width, element.bounds().height};
+    }
+    /// A page with a frame that is scrolled, at half its size, in a frame that is scrolled too, on a scrolled
+    /// page.
+    void openFrames()
+    {
+        open(R"(<!DOCTYPE html><body style="margin:0;height:3000px"><script>
+            function frame(document, style, content) {
+                const added = document.createElement('iframe');
+                added.style.cssText = 'position:absolute;' + style;
+                document.body.append(added);
+                added.contentDocument.write('<!DOCTYPE html><body style="margin:0;height:900px">' + content);
+                added.contentDocument.close();
+                return added.contentWindow;
+            }
+            const outer = frame(document, 'left:100px;top:200px;width:400px;height:300px;border:2px solid #444', '');
+            const inner = frame(outer.document, 'left:20px;top:80px;width:200px;height:100px;border:4px solid #888;'
+                    + 'padding:6px;transform:scale(0.5);transform-origin:0 0',
+                '<div id=red style="position:absolute;left:40px;top:140px;width:60px;height:40px;background:#f00"></div>'
+                    + '<div id=above style="position:absolute;left:0;top:10px;width:9px;height:9px"></div>');
+            inner.scrollTo(0, 100);
+            outer.scrollTo(0, 50);
+            scrollTo(0, 30);
+        </script>)");
+        ASSERT_EQ(
+            evaluate(u"[scrollY, frames[0].scrollY, frames[0].frames[0].scrollY].join()"_s), u"30,50,100"_s);
+    }
+    SharedPtr<Object> bodyOfInnerFrame() const
+    {
+        return WebWrapper::wrapObject(WebWrapper::htmlObjectFromReferenceInfo(page, u"BODY"_s,
+            evaluate(u"__ostrel__idForObject(frames[0].frames[0].document.body)"_s), u"BODY1"_s));
+    }
+
     void expectBoxesWhereThePictureShowsThem()
     {
         open(boxes);
@@ -285,6 +320,33 @@ TEST_F(DumpTest, BoundsFitThePictureOfAZoomedTab)
     EXPECT_EQ(evaluate(u"window.devicePixelRatio"_s), u"1.25"_s);
 }
 
+TEST_F(DumpTest, BoundsInAFrameFitThePictureOfThePage)
+{
+    for (const QStringList &arguments : {QStringList(), QStringList{u"--force-device-scale-factor=2"_s}}) {
+        begin(arguments);
+        const int ratio = evaluate(u"devicePixelRatio"_s).toInt();
+        openFrames();
+        PageDumpOptions options;
+        options.picture = true;
+        options.screenshots = true;
+
+        const auto taken = dumpPage(page, bodyOfInnerFrame(), options);
+
+        ASSERT_EQ(taken.error, QString());
+        const UIElement *red = elementWithId(*taken.value.root, u"red"_s);
+        ASSERT_TRUE(red);
+        // 102, 202: inside the outer frame; 20, 30: the inner one; 5: half of its edge; then half of 40, 40.
+        EXPECT_EQ(boundsOf(*red), QRect(147 * ratio, 257 * ratio, 30 * ratio, 20 * ratio));
+        EXPECT_EQ(red->image().size(), boundsOf(*red).size());
+        for (const QPoint &corner : {boundsOf(*red).topLeft(), boundsOf(*red).bottomRight()})
+            EXPECT_EQ(taken.value.picture.pixelColor(corner), QColor(255, 0, 0));
+        EXPECT_EQ(red->image().pixelColor(0, 0), QColor(255, 0, 0));
+        // The frame is scrolled past it.
+        EXPECT_EQ(elementWithId(*taken.value.root, u"above"_s)->bounds(), (Rect<2>{0, 0, -1, -1, -1}));
+        session.reset();
+    }
+}
+
 TEST_F(DumpTest, AnElementThatCannotBeSeenHasNoBoundsAndNoPicture)
 {
     begin();
@@ -399,6 +461,23 @@ TEST_F(ViewerTest, HoveringARowOutlinesTheElement)
 
     moveTo(row(u"gone"_s));
     EXPECT_TRUE(waitFor([&] { return outlined(u"hover"_s) == "hidden"_L1; }));
+}
+
+TEST_F(ViewerTest, AnElementInAFrameIsOutlinedWhereThePictureShowsIt)
+{
+    openFrames();
+    PageDumpOptions options;
+    options.picture = true;
+    const auto taken = dumpPage(page, bodyOfInnerFrame(), options);
+    ASSERT_EQ(taken.error, QString());
+    ASSERT_EQ(
+        session->open(write(u"viewer.html"_s, writeDump(taken.value, DumpFormat::Html))).error, QString());
+    ASSERT_TRUE(becomes(u"document.getElementById('picture').naturalWidth > 0"_s, u"true"_s));
+
+    moveTo(row(u"red"_s));
+
+    EXPECT_TRUE(waitFor([&] { return outlined(u"hover"_s) == "147,257,30,20"_L1; }))
+        << outlined(u"hover"_s).toStdString();
 }
 
 TEST_F(ViewerTest, ClickingARowShowsItsPropertiesAndItsName)
