@@ -142,6 +142,41 @@ protected:
         return waitFor([&] { return evaluate(script) == expected; });
     }
 
+    static QRect boundsOf(const UIElement &element)
+    {
+        return {element.bounds().x, element.bounds().y, element.bounds().width, element.bounds().height};
+    }
+    /// A page with a frame that is scrolled, at half its size, in a frame that is scrolled too, on a scrolled
+    /// page.
+    void openFrames()
+    {
+        open(R"(<!DOCTYPE html><body style="margin:0;height:3000px"><script>
+            function frame(document, style, content) {
+                const added = document.createElement('iframe');
+                added.style.cssText = 'position:absolute;' + style;
+                document.body.append(added);
+                added.contentDocument.write('<!DOCTYPE html><body style="margin:0;height:900px">' + content);
+                added.contentDocument.close();
+                return added.contentWindow;
+            }
+            const outer = frame(document, 'left:100px;top:200px;width:400px;height:300px;border:2px solid #444', '');
+            const inner = frame(outer.document, 'left:20px;top:80px;width:200px;height:100px;border:4px solid #888;'
+                    + 'padding:6px;transform:scale(0.5);transform-origin:0 0',
+                '<div id=red style="position:absolute;left:40px;top:140px;width:60px;height:40px;background:#f00"></div>'
+                    + '<div id=above style="position:absolute;left:0;top:10px;width:9px;height:9px"></div>');
+            inner.scrollTo(0, 100);
+            outer.scrollTo(0, 50);
+            scrollTo(0, 30);
+        </script>)");
+        ASSERT_EQ(
+            evaluate(u"[scrollY, frames[0].scrollY, frames[0].frames[0].scrollY].join()"_s), u"30,50,100"_s);
+    }
+    SharedPtr<Object> bodyOfInnerFrame() const
+    {
+        return WebWrapper::wrapObject(WebWrapper::htmlObjectFromReferenceInfo(page, u"BODY"_s,
+            evaluate(u"__ostrel__idForObject(frames[0].frames[0].document.body)"_s), u"BODY1"_s));
+    }
+
     void expectBoxesWhereThePictureShowsThem()
     {
         open(boxes);
@@ -178,10 +213,11 @@ TEST_F(DumpTest, TakesTwoEvaluationsHoweverLargeThePageIs)
     QByteArray list = "<!DOCTYPE html><body>";
     for (int i = 0; i < 500; ++i)
         list += "<p id=p" + QByteArray::number(i) + ">one <b>two</b></p>";
-    open(list);
+    // Neither drawings nor the document have all that elements of text have.
+    open(list + "<svg id=drawing><circle r=5 /></svg>");
     CountingPage counting(page);
     const auto root = WebWrapper::wrapObject(WebWrapper::htmlObjectFromReferenceInfo(
-        &counting, u"BODY"_s, evaluate(u"__ostrel__idForObject(document.body)"_s), u"BODY1"_s));
+        &counting, u"DOCUMENT"_s, evaluate(u"__ostrel__idForObject(document)"_s), u"DOCUMENT"_s));
     const WebWrapper::HtmlObjectDumpObjectTreeDelegate delegate(nullptr);
     DumpFilter wanted(DumpFilter::Only, quickProperties());
     DumpOptions options;
@@ -190,9 +226,73 @@ TEST_F(DumpTest, TakesTwoEvaluationsHoweverLargeThePageIs)
     const auto taken = dumpObjectTree(root, {{"HTML_Object", &wanted}}, options);
 
     ASSERT_EQ(taken.error, QString());
-    EXPECT_EQ(countOf(*taken.value), 1 + 500 * 2);
+    EXPECT_EQ(countOf(*taken.value), 4 + 500 * 2 + 2);
+    EXPECT_EQ(property(*elementWithId(*taken.value, u"drawing"_s), u"width"_s), u"0"_s);
     EXPECT_EQ(property(*elementWithId(*taken.value, u"p499"_s), u"innerText"_s), u"one two"_s);
     EXPECT_EQ(counting.evaluations, 2);
+}
+
+TEST_F(DumpTest, FieldsMayHaveTheNamesOfAFormsOwnMembers)
+{
+    begin();
+    for (const char *name : {"id", "name", "title", "tagName", "nodeName", "className", "style", "type",
+             "value", "parentNode", "parentElement", "offsetParent", "firstChild", "nextSibling", "children",
+             "childNodes", "attributes", "innerHTML", "innerText", "textContent", "ownerDocument",
+             "shadowRoot", "alert", "submit", "getAttribute", "getBoundingClientRect"}) {
+        open("<!DOCTYPE html><body><form id=order class=wide title=Order><input name=" + QByteArray(name)
+            + "><p id=text>text</p></form></body>");
+
+        const PageDump taken = dump();
+
+        ASSERT_TRUE(taken.root) << name;
+        const UIElement *form = elementWithId(*taken.root, u"order"_s);
+        ASSERT_TRUE(form) << name;
+        EXPECT_EQ(form->className(), u"HTML_Form"_s) << name;
+        EXPECT_EQ(nameOf(*form), u"DOCUMENT.HTML1.BODY1.FORM1"_s) << name;
+        EXPECT_EQ(property(*form, u"domClassName"_s), u"wide"_s) << name;
+        EXPECT_EQ(property(*form, u"title"_s), u"Order"_s) << name;
+        EXPECT_EQ(property(*form, u"tagName"_s), u"FORM"_s) << name;
+        EXPECT_EQ(property(*form, u"innerText"_s), u"text"_s) << name;
+        EXPECT_EQ(nameOf(*elementWithId(*taken.root, u"text"_s)), u"DOCUMENT.HTML1.BODY1.FORM1.P1"_s) << name;
+    }
+}
+
+/// A page with that many elements in each other. They are hidden: the browser cannot draw as many.
+QByteArray nested(int levels)
+{
+    return "<!DOCTYPE html><body><div id=outermost style='display:none'></div><script>"
+           "for (let i = 1, parent = outermost; i < "
+        + QByteArray::number(levels) + "; ++i) parent = parent.appendChild(document.createElement('div'));"
+        + "</script>";
+}
+
+TEST_F(DumpTest, APageMayBeNestedDeeply)
+{
+    begin();
+    open(nested(1000));
+    PageDumpOptions options;
+    options.properties = {u"id"_s};
+
+    const PageDump taken = dump(options);
+
+    ASSERT_TRUE(taken.root);
+    EXPECT_EQ(countOf(*taken.root), 4 + 1000 + 1);
+    EXPECT_EQ(writeDump(taken, DumpFormat::Json).count("HTML_Object"), countOf(*taken.root) - 1);
+}
+
+TEST_F(DumpTest, APageThatIsNestedTooDeeplyIsAnError)
+{
+    begin();
+    open(nested(3000));
+
+    const auto taken = dumpPage(page, {}, {});
+
+    EXPECT_TRUE(taken.error.startsWith("Error preparing object dump for 'HTML_Document': Calling "
+                                       "window.top.__ostrel.objectTreeInformation("_L1))
+        << taken.error.toStdString();
+    EXPECT_TRUE(taken.error.contains("RangeError: Maximum call stack size exceeded"_L1))
+        << taken.error.toStdString();
+    EXPECT_EQ(evaluate(u"document.querySelectorAll('div').length"_s), u"3000"_s);
 }
 
 TEST_F(DumpTest, BoundsFitThePicture)
@@ -218,6 +318,33 @@ TEST_F(DumpTest, BoundsFitThePictureOfAZoomedTab)
     begin({u"--user-data-dir="_s + folder.filePath(u"profile"_s)});
     expectBoxesWhereThePictureShowsThem();
     EXPECT_EQ(evaluate(u"window.devicePixelRatio"_s), u"1.25"_s);
+}
+
+TEST_F(DumpTest, BoundsInAFrameFitThePictureOfThePage)
+{
+    for (const QStringList &arguments : {QStringList(), QStringList{u"--force-device-scale-factor=2"_s}}) {
+        begin(arguments);
+        const int ratio = evaluate(u"devicePixelRatio"_s).toInt();
+        openFrames();
+        PageDumpOptions options;
+        options.picture = true;
+        options.screenshots = true;
+
+        const auto taken = dumpPage(page, bodyOfInnerFrame(), options);
+
+        ASSERT_EQ(taken.error, QString());
+        const UIElement *red = elementWithId(*taken.value.root, u"red"_s);
+        ASSERT_TRUE(red);
+        // 102, 202: inside the outer frame; 20, 30: the inner one; 5: half of its edge; then half of 40, 40.
+        EXPECT_EQ(boundsOf(*red), QRect(147 * ratio, 257 * ratio, 30 * ratio, 20 * ratio));
+        EXPECT_EQ(red->image().size(), boundsOf(*red).size());
+        for (const QPoint &corner : {boundsOf(*red).topLeft(), boundsOf(*red).bottomRight()})
+            EXPECT_EQ(taken.value.picture.pixelColor(corner), QColor(255, 0, 0));
+        EXPECT_EQ(red->image().pixelColor(0, 0), QColor(255, 0, 0));
+        // The frame is scrolled past it.
+        EXPECT_EQ(elementWithId(*taken.value.root, u"above"_s)->bounds(), (Rect<2>{0, 0, -1, -1, -1}));
+        session.reset();
+    }
 }
 
 TEST_F(DumpTest, AnElementThatCannotBeSeenHasNoBoundsAndNoPicture)
@@ -334,6 +461,23 @@ TEST_F(ViewerTest, HoveringARowOutlinesTheElement)
 
     moveTo(row(u"gone"_s));
     EXPECT_TRUE(waitFor([&] { return outlined(u"hover"_s) == "hidden"_L1; }));
+}
+
+TEST_F(ViewerTest, AnElementInAFrameIsOutlinedWhereThePictureShowsIt)
+{
+    openFrames();
+    PageDumpOptions options;
+    options.picture = true;
+    const auto taken = dumpPage(page, bodyOfInnerFrame(), options);
+    ASSERT_EQ(taken.error, QString());
+    ASSERT_EQ(
+        session->open(write(u"viewer.html"_s, writeDump(taken.value, DumpFormat::Html))).error, QString());
+    ASSERT_TRUE(becomes(u"document.getElementById('picture').naturalWidth > 0"_s, u"true"_s));
+
+    moveTo(row(u"red"_s));
+
+    EXPECT_TRUE(waitFor([&] { return outlined(u"hover"_s) == "147,257,30,20"_L1; }))
+        << outlined(u"hover"_s).toStdString();
 }
 
 TEST_F(ViewerTest, ClickingARowShowsItsPropertiesAndItsName)

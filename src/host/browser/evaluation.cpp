@@ -2,6 +2,8 @@
 
 #include <QJsonValue>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace Ostrel::Host {
@@ -22,14 +24,46 @@ const QString evaluationTemplate = uR"((function (script) {
     }
 })()"_s;
 
-void appendEscaped(QString &literal, char16_t unit)
+/// Whether the unit may stand in a literal as it is. Of the surrogates only a pair may.
+bool standsForItself(char16_t unit)
 {
-    literal += u"\\u%1"_s.arg(int(unit), 4, 16, QLatin1Char('0'));
+    return unit >= u' ' && unit != u'"' && unit != u'\\' && unit != 0x2028 && unit != 0x2029
+        && !QChar::isSurrogate(unit);
 }
 
-bool isLineEnd(char16_t unit)
+/// Writes a unit that does not stand for itself.
+void appendEscaped(QString &literal, char16_t unit)
 {
-    return unit == 0x2028 || unit == 0x2029;
+    literal += u'\\';
+    if (unit == u'"' || unit == u'\\')
+        literal += QChar(unit);
+    else if (unit == u'\n')
+        literal += u'n';
+    else
+        literal += u"u%1"_s.arg(int(unit), 4, 16, QLatin1Char('0'));
+}
+
+/// Appends the literal of a text. A dump's script has some ten million units, nearly all of which stand for
+/// themselves, so these are copied in runs.
+void appendLiteral(QString &to, QStringView text)
+{
+    to += u'"';
+    const char16_t *rest = text.utf16();
+    const char16_t *const end = rest + text.size();
+    for (;;) {
+        const char16_t *const special = std::find_if_not(rest, end, standsForItself);
+        to += QStringView(rest, special);
+        if (special == end)
+            break;
+        const bool isPair
+            = QChar::isHighSurrogate(*special) && special + 1 != end && QChar::isLowSurrogate(special[1]);
+        if (isPair)
+            to += QStringView(special, 2);
+        else
+            appendEscaped(to, *special);
+        rest = special + (isPair ? 2 : 1);
+    }
+    to += u'"';
 }
 
 } // namespace
@@ -38,30 +72,17 @@ QString scriptLiteral(const QString &text)
 {
     QString literal;
     literal.reserve(text.size() + text.size() / 16 + 2);
-    literal += u'"';
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const QChar unit = text.at(i);
-        if (unit.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate()) {
-            literal += unit;
-            literal += text.at(++i);
-        } else if (unit == u'"' || unit == u'\\') {
-            literal += u'\\';
-            literal += unit;
-        } else if (unit == u'\n') {
-            literal += u"\\n";
-        } else if (unit < u' ' || unit.isSurrogate() || isLineEnd(unit.unicode())) {
-            appendEscaped(literal, unit.unicode());
-        } else {
-            literal += unit;
-        }
-    }
-    literal += u'"';
+    appendLiteral(literal, text);
     return literal;
 }
 
 QString evaluationExpression(const QString &script)
 {
-    return evaluationTemplate + scriptLiteral(script) + u')';
+    QString expression = evaluationTemplate;
+    expression.reserve(expression.size() + script.size() + script.size() / 16 + 3);
+    appendLiteral(expression, script);
+    expression += u')';
+    return expression;
 }
 
 QJsonObject evaluationParameters(const QString &script, int limitMs)

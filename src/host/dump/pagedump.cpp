@@ -7,6 +7,12 @@
 #include "wrappers/web/objectfactory.h"
 #include "wrappers/web/webobject.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QTransform>
+
+#include <optional>
+
 namespace Ostrel::Host {
 
 using namespace Qt::StringLiterals;
@@ -67,6 +73,79 @@ FunctionCallResult<SharedPtr<Object>> documentOf(BrowserPage *page)
     return wrapObject(document.value);
 }
 
+/// Tells where the document of a node lies in the picture of the page: [scale x, scale y, x, y] and the part
+/// of the picture that shows it, [x, y, width, height]. Null for what belongs to the page itself. A frame may
+/// be scrolled, be drawn at another size, and lie in a frame.
+const QString framePlaceScript = uR"((function (node) {
+    var win = (node.ownerDocument || node).defaultView,
+        ratio = top.devicePixelRatio,
+        scale = [1, 1], corner = [0, 0], shown = [-Infinity, -Infinity, Infinity, Infinity];
+
+    if (!win || win === top) {
+        return null;
+    }
+    for (; win !== top; win = win.parent) {
+        var frame = win.frameElement,
+            style = win.parent.getComputedStyle(frame),
+            box = frame.getBoundingClientRect(),
+            stretch = [box.width / frame.offsetWidth, box.height / frame.offsetHeight],
+            inside = [box.left + (frame.clientLeft + parseFloat(style.paddingLeft)) * stretch[0] + win.parent.scrollX,
+                box.top + (frame.clientTop + parseFloat(style.paddingTop)) * stretch[1] + win.parent.scrollY],
+            scrolled = [win.scrollX, win.scrollY],
+            size = [win.innerWidth, win.innerHeight];
+
+        for (var i = 0; i < 2; i++) {
+            scale[i] *= stretch[i];
+            corner[i] = inside[i] + (corner[i] - scrolled[i]) * stretch[i];
+            shown[i] = Math.max(inside[i], inside[i] + (shown[i] - scrolled[i]) * stretch[i]);
+            shown[i + 2] = Math.min(inside[i] + size[i] * stretch[i],
+                inside[i] + (shown[i + 2] - scrolled[i]) * stretch[i]);
+        }
+    }
+    return JSON.stringify([scale, corner.map(function (side) { return side * ratio; }),
+        [shown[0], shown[1], shown[2] - shown[0], shown[3] - shown[1]].map(function (side) { return side * ratio; })]);
+}(%1)))"_s;
+
+/// Where the elements of a frame's document are in the picture of the page.
+struct FramePlace
+{
+    QTransform toPicture;
+    /// The part of the picture that shows the frame.
+    QRectF shown;
+};
+
+/// Nothing for an element of the page's own document.
+FunctionCallResult<std::optional<FramePlace>> framePlaceOf(const BrowserPage &page, const HTML_Object &root)
+{
+    const FunctionCallResult<QString> answer = evaluate(page, framePlaceScript.arg(root.jsReference()));
+    if (answer.failed())
+        return Failure(u"Cannot find the place of the frame: %1"_s.arg(answer.error));
+    const QJsonArray place = QJsonDocument::fromJson(answer.value.toUtf8()).array();
+    if (place.isEmpty())
+        return std::optional<FramePlace>();
+    const auto number = [&place](int list, int index) { return place.at(list)[index].toDouble(); };
+    return std::optional(FramePlace{QTransform(number(0, 0), 0, 0, number(0, 1), number(1, 0), number(1, 1)),
+        QRectF(number(2, 0), number(2, 1), number(2, 2), number(2, 3))});
+}
+
+/// Moves a dump from the frame's document into the picture. What the frame does not show has no bounds.
+void moveIntoPicture(UIAbstraction::UIElement &element, const FramePlace &place, const QImage &picture)
+{
+    const Rect<2> &bounds = element.bounds();
+    if (bounds.isValid()) {
+        const QRectF moved = place.toPicture.mapRect(QRectF(bounds.x, bounds.y, bounds.width, bounds.height));
+        const QRectF seen = moved & place.shown;
+        const QRect pixels(seen.topLeft().toPoint(), seen.bottomRight().toPoint() - QPoint(1, 1));
+        element.setBounds(pixels.isValid()
+                ? Rect<2>{pixels.x(), pixels.y(), pixels.width(), pixels.height(), -1}
+                : Rect<2>{0, 0, -1, -1, -1});
+        if (!element.image().isNull())
+            element.setImage(pixels.isValid() ? picture.copy(pixels) : QImage());
+    }
+    for (const auto &child : element.children())
+        moveIntoPicture(*child, place, picture);
+}
+
 } // namespace
 
 QStringList quickProperties()
@@ -122,6 +201,18 @@ FunctionCallResult<PageDump> dumpPage(
     if (tree.failed())
         return Failure(tree.error);
     dump.root = std::move(tree.value);
+
+    const auto framePlace = framePlaceOf(*page, *retrieveObject(root));
+    if (framePlace.failed())
+        return Failure(framePlace.error);
+    if (framePlace.value) {
+        const FunctionCallResult<QImage> picture
+            = options.screenshots ? page->grabPageScreenshot() : QImage();
+        if (picture.failed())
+            return Failure(picture.error);
+        moveIntoPicture(*dump.root, *framePlace.value,
+            picture.value.convertToFormat(QImage::Format_ARGB32_Premultiplied));
+    }
     return dump;
 }
 

@@ -5,6 +5,8 @@
 
 #include <json/json.h>
 
+#include <memory>
+
 namespace Ostrel::WebWrapper {
 
 using namespace Qt::StringLiterals;
@@ -77,27 +79,68 @@ FunctionCallResult<std::vector<Item>> listFromJson(QStringView expected, const J
     return items;
 }
 
-} // namespace
-
-ParsedJson parseJson(const QString &text)
+/// Runs a parser, which gives whether it has read all, over the text up to its first NUL.
+template <typename Parser>
+ParsedJson parseBy(const QString &text, const Parser &parser)
 {
     ParsedJson parsed;
     const std::string bytes(text.toUtf8().constData());
-    // The reader that reports errors in the form that our messages show.
-    QT_WARNING_PUSH
-    QT_WARNING_DISABLE_DEPRECATED
-    Json::Reader reader;
-    QT_WARNING_POP
     try {
-        if (!reader.parse(bytes, parsed.root, true)) {
+        if (!parser(bytes, parsed))
             parsed.outcome = ParsedJson::Outcome::Malformed;
-            parsed.error = QString::fromStdString(reader.getFormattedErrorMessages());
-        }
     } catch (const Json::RuntimeError &error) {
         parsed.outcome = ParsedJson::Outcome::Threw;
         parsed.error = QString::fromUtf8(error.what());
     }
     return parsed;
+}
+
+/// What an answer says, once it is parsed.
+FunctionCallResult<Json::Value> valueOf(const QString &call, const QString &answer, ParsedJson &parsed)
+{
+    if (parsed.outcome != ParsedJson::Outcome::Parsed) {
+        return Failure(
+            message(u"Calling %1 failed to parse JSON return value '%2': %3", call, answer, parsed.error));
+    }
+    if (!parsed.root.isObject())
+        return Failure(message(u"Calling %1 JSON return value is not an object: %2", call, answer));
+    if (parsed.root.isMember("error")) {
+        return Failure(message(u"Calling %1: Error evaluating JavaScript: %3", call,
+            detailText(PageException::fromJson(parsed.root["error"]))));
+    }
+    // The value of a dump is large: it is taken out of the answer rather than copied from it.
+    Json::Value value;
+    parsed.root.removeMember("result", &value);
+    return value;
+}
+
+} // namespace
+
+ParsedJson parseJson(const QString &text)
+{
+    // The reader that reports errors in the form that our messages show.
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    Json::Reader reader;
+    QT_WARNING_POP
+    return parseBy(text, [&reader](const std::string &bytes, ParsedJson &parsed) {
+        const bool read = reader.parse(bytes, parsed.root, true);
+        parsed.error = QString::fromStdString(reader.getFormattedErrorMessages());
+        return read;
+    });
+}
+
+ParsedJson parseDeepJson(const QString &text, int levels)
+{
+    Json::CharReaderBuilder builder;
+    builder["stackLimit"] = levels;
+    return parseBy(text, [&builder](const std::string &bytes, ParsedJson &parsed) {
+        std::string error;
+        const std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
+        const bool read = reader->parse(bytes.data(), bytes.data() + bytes.size(), &parsed.root, &error);
+        parsed.error = QString::fromStdString(error);
+        return read;
+    });
 }
 
 PageException PageException::fromJson(const Json::Value &error)
@@ -116,19 +159,24 @@ FunctionCallResult<Json::Value> evaluateAsJson(
     if (answer.failed || answer.threw)
         return Failure(answer.result);
 
-    const QString call = shortForm(expression);
-    const ParsedJson parsed = parseJson(answer.result);
-    if (parsed.outcome != ParsedJson::Outcome::Parsed) {
-        return Failure(message(
-            u"Calling %1 failed to parse JSON return value '%2': %3", call, answer.result, parsed.error));
+    ParsedJson parsed = parseJson(answer.result);
+    return valueOf(shortForm(expression), answer.result, parsed);
+}
+
+FunctionCallResult<Json::Value> evaluateAsDeepJson(
+    const HTMLComponent *component, const QString &expression, unsigned int timeoutMs, int levels)
+{
+    const HTMLComponent::EvalResult answer
+        = component->evaluateJavaScript(message(envelope, expression), timeoutMs);
+    if (answer.failed || answer.threw)
+        return Failure(answer.result);
+
+    ParsedJson parsed = parseDeepJson(answer.result, levels);
+    if (parsed.outcome == ParsedJson::Outcome::Threw) {
+        return Failure(message(u"Calling %1: The answer is nested deeper than %2 levels",
+            shortForm(expression), QString::number(levels)));
     }
-    if (!parsed.root.isObject())
-        return Failure(message(u"Calling %1 JSON return value is not an object: %2", call, answer.result));
-    if (parsed.root.isMember("error")) {
-        return Failure(message(u"Calling %1: Error evaluating JavaScript: %3", call,
-            detailText(PageException::fromJson(parsed.root["error"]))));
-    }
-    return parsed.root.get("result", Json::Value());
+    return valueOf(shortForm(expression), answer.result, parsed);
 }
 
 template <>
@@ -136,6 +184,11 @@ FunctionCallResult<QString> fromJson(const Json::Value &value)
 {
     if (!value.isConvertibleTo(Json::stringValue))
         return unexpectedType("a text", value);
+    // Most values are texts, and a dump has very many of them.
+    const char *begin = nullptr;
+    const char *end = nullptr;
+    if (value.getString(&begin, &end))
+        return QString::fromUtf8(begin, end - begin);
     return QString::fromStdString(value.asString());
 }
 

@@ -20,6 +20,11 @@ class HTMLComponent;
 FunctionCallResult<Json::Value> evaluateAsJson(
     const HTMLComponent *component, const QString &expression, unsigned int timeoutMs);
 
+/// Like evaluateAsJson(), for an answer that may be nested deeper than the thousand levels that do elsewhere,
+/// as the elements of a page are. One deeper than `levels` is a failure that says so.
+FunctionCallResult<Json::Value> evaluateAsDeepJson(
+    const HTMLComponent *component, const QString &expression, unsigned int timeoutMs, int levels);
+
 /// A JSON value as a C++ value. Null gives the default; a value of another kind is a failure that shows it.
 template <typename T>
 FunctionCallResult<T> fromJson(const Json::Value &value);
@@ -51,6 +56,8 @@ struct ParsedJson
 
 /// Parses the text up to its first NUL.
 ParsedJson parseJson(const QString &text);
+/// The same for text of that many nested levels at most; a deeper one throws.
+ParsedJson parseDeepJson(const QString &text, int levels);
 
 /// The error object that a page answers with when an expression threw. The two callers write its parts with
 /// different punctuation.

@@ -25,6 +25,10 @@ constexpr auto textContentKey = "__ostrel__textContent"_L1;
 /// The limit of the two large calls: none, since a page may be of any size.
 constexpr unsigned int noLimit = 0;
 
+/// Levels of the tree as it comes from the page, two for a level of elements. Dumping recurses, so that the
+/// stack sets the limit.
+constexpr int deepestTree = 9000;
+
 /// The element with the page that it belongs to; null where one is missing.
 HTML_Object *reachableElement(const SharedPtr<Object> &object)
 {
@@ -93,13 +97,19 @@ public:
 
 private:
     FunctionCallResult<void> add(const SharedPtr<Object> &object, const Json::Value &childRecords);
-    FunctionCallResult<QList<PropertyGetter>> getters(const SharedPtr<Object> &object) const;
+    FunctionCallResult<QString> getters(const SharedPtr<Object> &object) const;
     FunctionCallResult<void> fetchPropertyValues();
-    static void store(const Json::Value &values, ObjectDumpData &data);
+    void store(const Json::Value &values, ObjectDumpData &data);
+    const QString &propertyName(const Json::ValueConstIterator &value);
 
     const DumpFilters &m_filters;
     /// The elements as they stand in the page.
     QList<const HTML_Object *> m_inPageOrder;
+    /// What the page is to read of them, until it is sent. One text from the beginning: it may have many
+    /// megabytes.
+    QString m_readings;
+    /// The names of the values: the same few come back with every element.
+    std::map<std::string, QString, std::less<>> m_names;
 };
 
 FunctionCallResult<void> HtmlObjectDumpObjectTreeDelegate::Snapshot::take(const SharedPtr<Object> &root)
@@ -107,8 +117,9 @@ FunctionCallResult<void> HtmlObjectDumpObjectTreeDelegate::Snapshot::take(const 
     const HTML_Object *wrapper = reachableElement(root);
     if (!wrapper)
         return Failure(u"The object belongs to no page"_s);
-    const FunctionCallResult<Json::Value> tree = evaluateAsJson(wrapper->component(),
-        script(u"window.top.__ostrel.objectTreeInformation( %1 )", Expr{wrapper->jsReference()}), noLimit);
+    const FunctionCallResult<Json::Value> tree = evaluateAsDeepJson(wrapper->component(),
+        script(u"window.top.__ostrel.objectTreeInformation( %1 )", Expr{wrapper->jsReference()}), noLimit,
+        deepestTree);
     if (tree.failed())
         return Failure(tree.error);
     FunctionCallResult<void> added = add(root, tree.value);
@@ -125,10 +136,13 @@ FunctionCallResult<void> HtmlObjectDumpObjectTreeDelegate::Snapshot::add(
     // References into a map stay good when entries are added.
     ObjectDumpData &data = entries[wrapper];
     m_inPageOrder.append(wrapper);
-    FunctionCallResult<QList<PropertyGetter>> wanted = getters(object);
+    const FunctionCallResult<QString> wanted = getters(object);
     if (wanted.failed())
         return Failure(wanted.error);
-    data.getters = std::move(wanted.value);
+    if (!m_readings.isEmpty())
+        m_readings += u',';
+    m_readings += script(
+        u"{ 'object': %1, 'propertyGetters': { %2} }", Expr{wrapper->jsReference()}, Expr{wanted.value});
 
     if (!childRecords.isArray())
         return {};
@@ -148,14 +162,17 @@ FunctionCallResult<void> HtmlObjectDumpObjectTreeDelegate::Snapshot::add(
     return {};
 }
 
-/// How the page reads what a dump will ask of an element.
-FunctionCallResult<QList<HtmlObjectDumpObjectTreeDelegate::PropertyGetter>>
-HtmlObjectDumpObjectTreeDelegate::Snapshot::getters(const SharedPtr<Object> &object) const
+/// How the page reads what a dump will ask of an element: functions by name.
+FunctionCallResult<QString> HtmlObjectDumpObjectTreeDelegate::Snapshot::getters(
+    const SharedPtr<Object> &object) const
 {
     const HTML_Object *wrapper = retrieveObject(object);
     const FilterObject filter = filterObjectForOstrelObject(object, m_filters);
     const Class *type = object->objectClass();
-    QList<PropertyGetter> wanted;
+    QStringList wanted;
+    const auto want = [&wanted](const QString &name, const QString &expression) {
+        wanted.append(script(u"'%1': function() { return %2; }", Expr{name}, Expr{expression}));
+    };
     for (int index = 0; index < type->numProperties(); ++index) {
         const Property *property = type->property(index);
         const QString &name = property->name();
@@ -166,41 +183,26 @@ HtmlObjectDumpObjectTreeDelegate::Snapshot::getters(const SharedPtr<Object> &obj
             continue;
         const auto id = HTML_Object::parsePropertyIdString(name);
         if (!id.failed())
-            wanted.append({name, wrapper->propertyGetterCode(id.value)});
+            want(name, wrapper->propertyGetterCode(id.value));
     }
 
     const FunctionCallResult<double> zoom = wrapper->component()->zoomFactor();
     if (zoom.failed())
         return Failure(message(u"Error obtaining needed zoom factor in browser tab: %1", zoom.error));
     const Expr reference{wrapper->jsReference()};
-    wanted.append({screenRectKey, script(u"__ostrel__getScreenRectAsObject( %1 )", reference)});
-    wanted.append({textContentKey, script(u"window.top.__ostrel.getTextContent( %1 )", reference)});
-    wanted.append({documentRectKey,
+    want(screenRectKey, script(u"__ostrel__getScreenRectAsObject( %1 )", reference));
+    want(textContentKey, script(u"window.top.__ostrel.getTextContent( %1 )", reference));
+    want(documentRectKey,
         script(u"window.top.__ostrel.getElementRectangleInDocument( %1, %2 )", reference,
-            Expr{QString::number(zoom.value)})});
-    return wanted;
+            Expr{QString::number(zoom.value)}));
+    return wanted.join(u',');
 }
 
 /// Reads the values of all entries in one call.
 FunctionCallResult<void> HtmlObjectDumpObjectTreeDelegate::Snapshot::fetchPropertyValues()
 {
-    QStringList records;
-    records.reserve(m_inPageOrder.size());
-    for (const HTML_Object *wrapper : std::as_const(m_inPageOrder)) {
-        QStringList functions;
-        for (const PropertyGetter &getter : std::exchange(entries[wrapper].getters, {})) {
-            functions.append(
-                script(u"'%1': function() { return %2; }", Expr{getter.name}, Expr{getter.script}));
-        }
-        records.append(script(u"{ 'object': %1, 'propertyGetters': { %2} }", Expr{wrapper->jsReference()},
-            Expr{functions.join(u',')}));
-    }
-    if (records.isEmpty())
-        return {};
-
     const FunctionCallResult<Json::Value> values = evaluateAsJson(m_inPageOrder.first()->component(),
-        script(
-            u"window.top.__ostrel.readPropertiesFromObjects( %1 )", Expr{u'[' + records.join(u',') + u']'}),
+        script(u"window.top.__ostrel.readPropertiesFromObjects( [%1] )", Expr{std::exchange(m_readings, {})}),
         noLimit);
     if (values.failed())
         return Failure(message(u"Error fetching property values: %1", values.error));
@@ -216,7 +218,7 @@ void HtmlObjectDumpObjectTreeDelegate::Snapshot::store(const Json::Value &values
     if (!values.isObject())
         return;
     for (auto value = values.begin(); value != values.end(); ++value) {
-        const QString name = QString::fromStdString(value.name());
+        const QString &name = propertyName(value);
         if (name == screenRectKey) {
             data.screenRectangle = screenRectangleFromJson(*value);
         } else if (name == documentRectKey) {
@@ -228,6 +230,17 @@ void HtmlObjectDumpObjectTreeDelegate::Snapshot::store(const Json::Value &values
             data.values.insert_or_assign(name, text);
         }
     }
+}
+
+const QString &HtmlObjectDumpObjectTreeDelegate::Snapshot::propertyName(const Json::ValueConstIterator &value)
+{
+    const char *end = nullptr;
+    const char *const begin = value.memberName(&end);
+    const std::string_view name(begin, std::size_t(end - begin));
+    auto known = m_names.find(name);
+    if (known == m_names.end())
+        known = m_names.emplace(name, QString::fromUtf8(name)).first;
+    return known->second;
 }
 
 HtmlObjectDumpObjectTreeDelegate::HtmlObjectDumpObjectTreeDelegate(LogInterface *log)

@@ -40,16 +40,8 @@ public:
     bool visibleGlobalBounds(SharedPtr<Object> object, Rect<2> *bounds) const override;
 
 private:
-    struct PropertyGetter
-    {
-        QString name;
-        QString script;
-    };
-
     struct ObjectDumpData
     {
-        /// Kept until the values are fetched.
-        QList<PropertyGetter> getters;
         std::map<QString, QString> values;
         /// These keep the wrappers of the snapshot alive.
         ObjectList children;

@@ -232,6 +232,22 @@ TEST(EvaluateAsJson, ExceptionOfTheParserIsReportedAlike)
             nested));
 }
 
+TEST(EvaluateAsJson, AnAnswerMayBeNestedDeeplyWhereItIsSaidSo)
+{
+    const QString nested = QString(2000, u'[') + QString(2000, u']');
+    FakePage page;
+    page.answerJson(nested);
+    page.answerJson(nested);
+
+    const auto read = evaluateAsDeepJson(&page, u"f()"_s, 7, 2001);
+    const auto refused = evaluateAsDeepJson(&page, u"f()"_s, 7, 2000);
+
+    EXPECT_EQ(read.error, QString());
+    EXPECT_TRUE(read.value.isArray());
+    EXPECT_EQ(page.calls().at(0).timeoutMs, 7U);
+    EXPECT_EQ(refused.error, u"Calling f(): The answer is nested deeper than 2000 levels"_s);
+}
+
 TEST(EvaluateAsJson, AnswerThatIsNoObjectIsReported)
 {
     for (const QString &answer : {u"[1,2]"_s, u"\"text\""_s, u"7"_s, u"null"_s, u"true"_s})

@@ -4,7 +4,7 @@
 //          __ostrel__isDocumentNode, __ostrel__findUsableParentElement, __ostrel.childObjectAndInfo,
 //          __ostrel__childRecord, __ostrel__xpath__snapshotLength, __ostrel__xpath__snapshotItem
 // Calls    __ostrel__typeOf__hooks (02e-hook-lists), __ostrel__uniqueNameInLeaf (03c-hierarchical-names),
-//          __ostrel__idForObject (04-reference-store), __ostrelDOMAPI (19-dom-access)
+//          __ostrel__idForObject (04-reference-store), __ostrelDOMAPI, __ostrel__memberOfNode (19-dom-access)
 // At load  assigns a member of the namespace
 
 /**
@@ -18,7 +18,8 @@ function __ostrel__typeOf(o) {
     if (!o) {
         return "[unknown]";
     }
-    if (o.alert) {
+    // A form has a member of that name when it has such a field.
+    if (o.alert && o.nodeType !== 1) {
         return "window";
     }
     hooked = __ostrel__typeByHooks(o);
@@ -38,7 +39,7 @@ function __ostrel__typeOf(o) {
     if (o.tagName === "text") {
         return "SVG_Text";
     }
-    return o.tagName || "[unknown_type]";
+    return __ostrel__memberOfNode(o, "tagName") || "[unknown_type]";
 }
 
 /**

@@ -15,7 +15,7 @@
 //          (11-text-simplification), __ostrel__isVisible (12-visibility),
 //          __ostrel__removeUnmatchedProperties (14-property-matching), __ostrel__candidatesByTag,
 //          __ostrel__findObjectByProps4, __ostrel__isImageLinkName, __ostrel__matchersOfProperties,
-//          __ostrel__propertiesOfName (15a-search-by-properties)
+//          __ostrel__propertiesOfName (15a-search-by-properties), __ostrel__memberOfNode (19-dom-access)
 // At load  nothing runs
 
 /**
@@ -147,7 +147,7 @@ function __ostrel__isMenuCell(o) {
  */
 function __ostrel__enclosingLink(o) {
     while (o && o.tagName !== "A") {
-        o = o.parentNode;
+        o = __ostrel__memberOfNode(o, "parentNode");
     }
     return o || null;
 }

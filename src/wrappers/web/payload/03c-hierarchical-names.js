@@ -1,8 +1,8 @@
 // 03c  Hierarchical names: the way from the document down to a node, as in "DOCUMENT.HTML1.BODY1.DIV2".
 //
 // Defines  __ostrel__qualifiedName, __ostrel__walkOfReading, __ostrel__uniqueNameInLeaf, __ostrel__positionAmongEquals
-// Calls    __ostrel__isShadowRoot (02d-classification), __ostrel__oncePerReading (08-object-tree), __ostrelDOMAPI
-//          (19-dom-access)
+// Calls    __ostrel__isShadowRoot (02d-classification), __ostrel__oncePerReading (08-object-tree), __ostrelDOMAPI,
+//          __ostrel__memberOfNode (19-dom-access)
 // At load  nothing runs
 
 /**
@@ -16,7 +16,7 @@ function __ostrel__qualifiedName(o) {
     if (!o) {
         return "";
     }
-    parent = __ostrel__isShadowRoot(o) ? o.host : o.parentNode;
+    parent = __ostrel__isShadowRoot(o) ? o.host : __ostrel__memberOfNode(o, "parentNode");
     if (!parent) {
         return __ostrel__uniqueNameInLeaf(o);
     }
@@ -52,7 +52,7 @@ function __ostrel__uniqueNameInLeaf(o, walk) {
     if (o.classname && String(o.classname).indexOf("qx") !== -1) {
         return "qx_Widget";
     }
-    return (o.tagName || "NODE") + __ostrel__positionAmongEquals(o, walk || {});
+    return (__ostrel__memberOfNode(o, "tagName") || "NODE") + __ostrel__positionAmongEquals(o, walk || {});
 }
 
 /**
@@ -63,16 +63,18 @@ function __ostrel__uniqueNameInLeaf(o, walk) {
  * @return {number} counted from 1
  */
 function __ostrel__positionAmongEquals(o, walk) {
-    var resumed = walk.parent === o.parentNode,
+    var parent = __ostrel__memberOfNode(o, "parentNode"),
+        tagName = __ostrel__memberOfNode(o, "tagName"),
+        resumed = walk.parent === parent,
         node, key;
 
     if (!resumed) {
-        walk.parent = o.parentNode;
+        walk.parent = parent;
         walk.counts = {};
     }
-    node = resumed ? __ostrelDOMAPI.nextSibling(walk.node) : __ostrelDOMAPI.firstChild(o.parentNode);
+    node = resumed ? __ostrelDOMAPI.nextSibling(walk.node) : __ostrelDOMAPI.firstChild(parent);
     for (; node; node = __ostrelDOMAPI.nextSibling(node)) {
-        key = "tag " + node.tagName;
+        key = "tag " + __ostrel__memberOfNode(node, "tagName");
         walk.counts[key] = (walk.counts[key] || 0) + 1;
         walk.node = node;
         if (node === o) {
@@ -81,5 +83,5 @@ function __ostrel__positionAmongEquals(o, walk) {
     }
     walk.parent = null;
     // The walk came from behind the node, or does not pass by it at all, as with text nodes that are left out.
-    return resumed ? __ostrel__positionAmongEquals(o, {}) : (walk.counts["tag " + o.tagName] || 0) + 1;
+    return resumed ? __ostrel__positionAmongEquals(o, {}) : (walk.counts["tag " + tagName] || 0) + 1;
 }

@@ -3,7 +3,7 @@
 // Defines  __ostrel.reservedJsKeywords, __ostrel.getPropertyValue, __ostrel__getObjectAttribute,
 //          __ostrel__reservedJsKeywordNames, __ostrel__isReservedJsKeyword, __ostrel__readMemberPath,
 //          __ostrel__needsAttribute, __ostrel__attributeOfEmptyCollection
-// Calls    __ostrel__isQWebViewBrowser (07-browser-detection)
+// Calls    __ostrel__isQWebViewBrowser (07-browser-detection), __ostrel__memberOfNode (19-dom-access)
 // At load  assigns members of the namespace
 
 /** Names that are read as attributes, since script cannot use them as members everywhere. */
@@ -77,11 +77,11 @@ function __ostrel__readMemberPath(obj, path) {
         names, i;
 
     if (path.indexOf(".") === -1) {
-        return obj[path];
+        return __ostrel__memberOfNode(obj, path);
     }
     names = path.split(".");
     for (i = 0; i < names.length; i++) {
-        value = value[names[i]];
+        value = __ostrel__memberOfNode(value, names[i]);
     }
     return value;
 }

@@ -1,7 +1,8 @@
 // 08  Object tree: collects whole subtrees and many property values in one go, for the object dump.
 //
 // Defines  __ostrel.objectTreeInformation, __ostrel.readPropertiesFromObjects, __ostrel__readAllProperties,
-//          __ostrel__oncePerReading, __ostrel__knownInReading, __ostrel__readingMemory
+//          __ostrel__callGetter, __ostrel__compileSharedGetter, __ostrel__oncePerReading, __ostrel__knownInReading,
+//          __ostrel__readingMemory
 // Calls    __ostrel.childObjectAndInfo (02d-classification), __ostrel__idForObject, __ostrel__objectOfReference,
 //          __ostrel__newIdentityMap (04-reference-store)
 // At load  assigns members of the namespace
@@ -83,20 +84,58 @@ window.top.__ostrel.readPropertiesFromObjects = function (objectinfolist) {
  */
 function __ostrel__readAllProperties(objectinfolist) {
     var valuesOfObjects = {},
-        values, info, name, i;
+        sharedGetters = {},
+        values, info, reference, name, i;
 
     for (i = 0; i < objectinfolist.length; i++) {
         info = objectinfolist[i];
         if (info.object) {
             values = {};
+            reference = __ostrel__idForObject(info.object);
             for (name in info.propertyGetters) {
                 // what a page adds to Object.prototype is no getter of ours
                 if (Object.prototype.hasOwnProperty.call(info.propertyGetters, name)) {
-                    values[name] = info.propertyGetters[name]();
+                    values[name] = __ostrel__callGetter(
+                        info.propertyGetters[name], info.object, reference, sharedGetters);
                 }
             }
-            valuesOfObjects[__ostrel__idForObject(info.object)] = values;
+            valuesOfObjects[reference] = values;
         }
     }
     return valuesOfObjects;
+}
+
+/**
+ * Calls a getter. A dump has one for each property of each object, and a browser compiles each for its only call, which
+ * takes longer than the reading itself. Those of one property differ by nothing but the reference of their object: one
+ * function that is given the object does for all of them.
+ * @param {function(): *} getter
+ * @param {Object} object
+ * @param {string} reference of the object
+ * @param {Object} sharedGetters those that there are already, by their source
+ * @return {*}
+ */
+function __ostrel__callGetter(getter, object, reference, sharedGetters) {
+    var source = Function.prototype.toString.call(getter),
+        shared = source.replace(reference, "object");
+
+    if (shared === source) {
+        return getter();
+    }
+    if (!Object.prototype.hasOwnProperty.call(sharedGetters, shared)) {
+        sharedGetters[shared] = __ostrel__compileSharedGetter(shared);
+    }
+    return sharedGetters[shared] ? sharedGetters[shared](object) : getter();
+}
+
+/**
+ * @param {string} source of a getter of the object `object`
+ * @return {?function(Object): *} null in a page that forbids the evaluation of text
+ */
+function __ostrel__compileSharedGetter(source) {
+    try {
+        return (0, eval)("(function (object) { return (" + source + ")(); })");
+    } catch (e) {
+        return null;
+    }
 }

@@ -11,7 +11,7 @@
 // Calls    __ostrel__currentContext (02c-contexts), __ostrel__isDocumentNode (02d-classification),
 //          __ostrel__oncePerReading (08-object-tree),
 //          __ostrel__invalidRectangle (09a-screen-rectangle), __ostrel__addPositions, __ostrel__getFrameOffset
-//          (09b-viewport), __ostrel__styleInfo (12-visibility)
+//          (09b-viewport), __ostrel__styleInfo (12-visibility), __ostrel__memberOfNode (19-dom-access)
 // At load  the members of window.top.__ostrel are set
 
 /**
@@ -65,7 +65,8 @@ function __ostrel__stableRectangle(e) {
     var corner = __ostrel__oncePerReading("corner", win, __ostrel__stableCorner);
     var position = __ostrel__addPositions(corner, __ostrel__documentOffset(e));
 
-    return { x: position.x, y: position.y, width: e.offsetWidth, height: e.offsetHeight };
+    // Documents and drawings have no such size. A value that is left out would be asked for once more, one by one.
+    return { x: position.x, y: position.y, width: e.offsetWidth || 0, height: e.offsetHeight || 0 };
 }
 
 /**
@@ -164,7 +165,8 @@ function __ostrel__findClippingParent(element) {
     var last = element;
     var parent;
 
-    for (parent = element.parentNode; !__ostrel__isEndOfPage(parent); parent = parent.parentNode) {
+    parent = __ostrel__memberOfNode(element, "parentNode");
+    for (; !__ostrel__isEndOfPage(parent); parent = __ostrel__memberOfNode(parent, "parentNode")) {
         if (last.offsetParent === parent) {
             offsetParents.push(parent);
             last = parent;
@@ -270,7 +272,7 @@ function __ostrel__documentOffset(element) {
 function __ostrel__offsetWithParents(element) {
     var own = { x: element.offsetLeft || 0, y: element.offsetTop || 0 };
 
-    return __ostrel__addPositions(own, __ostrel__documentOffset(element.offsetParent));
+    return __ostrel__addPositions(own, __ostrel__documentOffset(__ostrel__memberOfNode(element, "offsetParent")));
 }
 
 /**

@@ -4,7 +4,7 @@
 //          __ostrel__currentStyle, __ostrel__allCSSProperties, __ostrel__isColorName, __ostrel__colorRecord,
 //          __ostrel__cssToPx
 // Calls    __ostrel__getDocumentForNode (02d-classification), __ostrel__knownInReading (08-object-tree),
-//          __ostrel__parseCSSColor (25-css-colour-parser)
+//          __ostrel__memberOfNode (19-dom-access), __ostrel__parseCSSColor (25-css-colour-parser)
 // At load  the methods of __ostrel__styleInfo are set
 
 /**
@@ -28,7 +28,7 @@ function __ostrel__isVisible(elem, known) {
         }
         // The computed visibility has the ancestors in it already, and a child may overrule them. The
         // computed display has not.
-        return !__ostrel__hasDisplayNone(elem.parentNode, known);
+        return !__ostrel__hasDisplayNone(__ostrel__memberOfNode(elem, "parentNode"), known);
     } catch (notReadable) {
         return true;
     }
@@ -46,7 +46,7 @@ function __ostrel__hasDisplayNone(node, known) {
 
     known = known || __ostrel__knownInReading("not displayed");
     try {
-        for (; node; node = node.parentNode) {
+        for (; node; node = __ostrel__memberOfNode(node, "parentNode")) {
             if (known && known.has(node)) {
                 answer = known.get(node);
                 break;

@@ -2,7 +2,7 @@
 //
 // Defines  window.top.__ostrel.getTextContent, __ostrel__assembleText, __ostrel__textPart,
 //          __ostrel__hasTextOfItsOwn, __ostrel__isTextTag, __ostrel__beginsWithText
-// Calls    __ostrel.simplifyText (11-text-simplification), __ostrelDOMAPI (19-dom-access)
+// Calls    __ostrel.simplifyText (11-text-simplification), __ostrelDOMAPI, __ostrel__memberOfNode (19-dom-access)
 // At load  the member of window.top.__ostrel is set
 
 /**
@@ -40,7 +40,7 @@ function __ostrel__textPart(child) {
     if (__ostrelDOMAPI.isNonElementNode(child)) {
         return window.top.__ostrel.simplifyText(child.nodeValue);
     }
-    switch (child.tagName.toUpperCase()) {
+    switch (__ostrel__memberOfNode(child, "tagName").toUpperCase()) {
     case "BR":
         return "\n";
     case "SELECT":
@@ -58,18 +58,19 @@ function __ostrel__textPart(child) {
  * @return {boolean}
  */
 function __ostrel__hasTextOfItsOwn(element) {
+    var tagName = element && __ostrel__memberOfNode(element, "tagName");
     var parent;
 
-    if (!element || !element.tagName) {
+    if (!tagName) {
         return false;
     }
-    if (__ostrel__isTextTag(element.tagName)) {
+    if (__ostrel__isTextTag(tagName)) {
         return true;
     }
     if (!__ostrel__beginsWithText(element)) {
         return false;
     }
-    parent = element.parentNode;
+    parent = __ostrel__memberOfNode(element, "parentNode");
     return !parent || parent.tagName === "BODY" || !__ostrel__hasTextOfItsOwn(parent);
 }
 

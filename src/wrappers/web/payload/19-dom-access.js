@@ -1,6 +1,6 @@
 // 19  DOM access: walks the DOM with or without the nodes that are no elements, as the host has chosen.
 //
-// Defines  __ostrelDOMAPI
+// Defines  __ostrelDOMAPI, __ostrel__memberOfNode, __ostrel__isForm
 // Calls    nothing
 // At load  creates the object
 
@@ -98,3 +98,34 @@ var __ostrelDOMAPI = {
         return count;
     }
 };
+
+/**
+ * A member of a node as the browser defines it. In a form each field hides the member that has its name: "id" of a form
+ * with such a field is the field, and the way up by "parentNode" may never end.
+ * @param {Object} node anything that has members
+ * @param {string} name
+ * @return {*}
+ */
+function __ostrel__memberOfNode(node, name) {
+    var value = node[name],
+        holder, member;
+
+    if (!value || typeof value !== "object" || !__ostrel__isForm(node)) {
+        return value;
+    }
+    for (holder = Object.getPrototypeOf(node); holder; holder = Object.getPrototypeOf(holder)) {
+        member = Object.getOwnPropertyDescriptor(holder, name);
+        if (member && member.get) {
+            return member.get.call(node);
+        }
+    }
+    return value;
+}
+
+/**
+ * @param {Object} object
+ * @return {boolean} also for a form of another frame; false in old browsers, which tell it from no other element
+ */
+function __ostrel__isForm(object) {
+    return Object.prototype.toString.call(object) === "[object HTMLFormElement]";
+}
