@@ -76,6 +76,7 @@ Command addPickCommand(CLI::App &commandLine)
     auto options = std::make_shared<PickOptions>();
     command->add_option("url", options->address, "The page's address, or a file")->required();
     addBrowserOptions(*command, options->browser);
+    options->browser.hasUser = true;
     return [options] { return pick(*options); };
 }
 

@@ -86,7 +86,7 @@ int record(const RecordOptions &options)
     QEventLoop loop;
     // Watches from the start of the browser on, so that none is left behind.
     const Interruption interruption([] {}, [&loop] { loop.quit(); });
-    auto session = TestSession::start(sessionOptions(options.browser));
+    auto session = TestSession::start(sessionOptions(options.browser), sessionComplaints());
     if (session.failed()) {
         errors << "pageprobe record: " << session.error << Qt::endl;
         return Unusable;
@@ -136,6 +136,7 @@ Command addRecordCommand(CLI::App &commandLine)
     command->add_flag(
         "--explain", options->explain, "Tell what became of each event of the user, on standard error");
     addBrowserOptions(*command, options->browser);
+    options->browser.hasUser = true;
     return [options] { return record(*options); };
 }
 

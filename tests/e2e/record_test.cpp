@@ -340,6 +340,61 @@ TEST_F(Presses, OfThePageItselfAreNoneOfTheUser)
             u"mouseClick(\"{visible='true' tagName='A' simplifiedInnerText='On' id='l'}\");"_s}));
 }
 
+using Dialogs = Recording;
+
+struct DialogRow
+{
+    const char *button;
+    DialogAnswer answer;
+    QString given; ///< what the page gets
+    QString statement;
+};
+
+TEST_F(Dialogs, GiveThePageTheAnswerThatTheScriptGives)
+{
+    const QList<DialogRow> rows{
+        {"alert", {true, {}}, u"undefined"_s, u"answerAlert();"_s},
+        {"alert", {false, {}}, u"undefined"_s, u"answerAlert();"_s},
+        {"confirm", {true, {}}, u"true"_s, u"answerConfirm(true);"_s},
+        {"confirm", {false, {}}, u"false"_s, u"answerConfirm(false);"_s},
+        {"prompt", {true, u"a&b \"c\""_s}, u"\"a&b \\\"c\\\"\""_s, u"answerPrompt(\"a&b \\\"c\\\"\");"_s},
+        {"prompt", {true, u""_s}, u"\"\""_s, u"answerPrompt(\"\");"_s},
+        {"prompt", {false, {}}, u"\"\""_s, u"answerPrompt(\"\");"_s},
+    };
+    serve(u"dialogs-a.html"_s, R"(<script>
+        function show(name) {
+            document.title = String(JSON.stringify(window[name]('Really?')));
+        }
+        for (const name of ['alert', 'confirm', 'prompt'])
+            document.write(`<button type='button' id='${name}' onclick='show(this.id)'>Ask</button>`);
+    </script>)");
+    record(server.url(u"dialogs-a.html"_s));
+    TrustedUser user(page());
+    QStringList given;
+    QStringList expectedGiven;
+    QStringList expected;
+
+    for (const DialogRow &row : rows) {
+        user.click(u"q('#%1')"_s.arg(QLatin1String(row.button)));
+        ASSERT_TRUE(waitFor([this] { return page()->openDialog().has_value(); })) << row.button;
+        page()->answerDialog(row.answer);
+        ASSERT_TRUE(settle());
+        given.append(page()->evaluateJavaScript(u"document.title"_s, 0).result);
+        expectedGiven.append(row.given);
+        expected.append(row.statement);
+    }
+
+    EXPECT_EQ(given, expectedGiven);
+    const QStringList lines = statements();
+    EXPECT_EQ(lines.filter(u"answer"_s), expected);
+    EXPECT_EQ(lines.mid(lines.size() - 3),
+        (QStringList{u"// the prompt was cancelled, which gives an empty text while recording"_s,
+            u"answerPrompt(\"\");"_s,
+            u"clickButton(\"{visible='true' tagName='BUTTON' type='button' id='prompt' simplifiedInnerText='Ask'}\");"_s}));
+    EXPECT_EQ(explanations.filter(u"answer to"_s).at(3),
+        u"answer to a confirm: 'Really?'  statement: answerConfirm(false);"_s);
+}
+
 using Unexpressed = Recording;
 
 TEST_F(Unexpressed, InputIsNamedInTheScript)

@@ -96,6 +96,22 @@ TEST_F(RecordCommand, TellsThatTheScriptCannotBeWritten)
         << qPrintable(recorded.err);
 }
 
+TEST_F(RecordCommand, DismissesADialogThatNobodyAnswers)
+{
+    const QString asking = run.write(u"asking.html"_s, "<script>confirm('Sure?')</script>");
+    const QString script = run.path(u"out.js"_s);
+
+    const Ended recorded
+        = run.run({u"record"_s, asking, u"-o"_s, script, u"--for"_s, u"3"_s, u"--dialog-limit"_s, u"0.5"_s});
+
+    EXPECT_EQ(recorded.exitCode, 0);
+    EXPECT_EQ(recorded.err, u"Nobody answered a confirm: 'Sure?' within 0.5 s; it was dismissed.\n"_s);
+    EXPECT_EQ(contentOf(script),
+        u"// Recorded by pageprobe. Run it with: pageprobe run FILE\nanswerConfirm(false);\nstartBrowser(\"%1\");\n"_s
+            .arg(QUrl::fromLocalFile(asking).toString()));
+    EXPECT_EQ(run.run({u"run"_s, script}).err, QString());
+}
+
 TEST_F(RecordCommand, PickTellsThatNothingWasPicked)
 {
     run.start({u"pick"_s, page});

@@ -212,35 +212,38 @@ void Recorder::noteClosed(BrowserPage *page)
         [](const QDeadlineTimer &limit) { return !limit.hasExpired(); });
     const QString context = m_contexts.value(tab, contextFile(page->address()));
     noteNews(tab, [=, this] {
-        if (byPage)
-            Q_EMIT explained(
-                u"closing of %1  merged: a page closes it behind what the user did"_s.arg(context));
-        else
-            m_logger.recordClosing(context);
+        const Verdict verdict = byPage
+            ? Verdict{Verdict::Kind::Merged, u"a page closes it behind what the user did"_s}
+            : m_logger.recordClosing(context);
+        Q_EMIT explained(u"closing of %1  %2"_s.arg(context, verdict.text()));
     });
 }
 
 void Recorder::noteDialogClosed(const Dialog &dialog, const QJsonObject &event)
 {
-    const bool accepted = event.value("result"_L1).toBool();
+    const Verdict verdict
+        = judgeAnswer(dialog.kind, event.value("result"_L1).toBool(), event.value("userInput"_L1).toString());
+    Q_EMIT explained(u"answer to %1  %2"_s.arg(describeDialog(dialog), verdict.text()));
+}
+
+Verdict Recorder::judgeAnswer(DialogKind kind, bool accepted, const QString &typed)
+{
     const Inspector *values = Inspector::self();
-    switch (dialog.kind) {
+    switch (kind) {
     case DialogKind::Alert:
-        m_logger.recordAnswer(u"answerAlert"_s, {});
-        return;
+        return m_logger.recordAnswer(u"answerAlert"_s, {});
     case DialogKind::Confirm:
-        m_logger.recordAnswer(u"answerConfirm"_s, {values->createPrimitive(accepted)});
-        return;
-    case DialogKind::Prompt: {
-        const QString typed = event.value("userInput"_L1).toString();
-        m_logger.recordAnswer(
-            u"answerPrompt"_s, accepted ? ObjectList{values->createPrimitive(typed)} : ObjectList());
-        return;
-    }
+        return m_logger.recordAnswer(u"answerConfirm"_s, {values->createPrimitive(accepted)});
+    case DialogKind::Prompt:
+        // While recording, a page gets an empty text of a prompt that is cancelled. What it does about that,
+        // replay repeats with the same answer only.
+        return m_logger.recordAnswer(u"answerPrompt"_s,
+            {values->createPrimitive(accepted ? typed : QString())},
+            accepted ? QString() : u"the prompt was cancelled, which gives an empty text while recording"_s);
     case DialogKind::BeforeUnload:
         if (!accepted)
-            m_script.remark(u"not recorded: the user stayed on a page that asks before it is left"_s);
-        return;
+            return remark(u"not recorded: the user stayed on a page that asks before it is left"_s);
+        return {Verdict::Kind::LeftOut, u"replay leaves pages that ask, too"_s};
     }
     Q_UNREACHABLE();
 }

@@ -67,6 +67,7 @@ private:
     void note(BrowserPage *page, const InputEvent &input);
     void noteNews(const QString &tab, std::function<void()> act);
     void noteDialogClosed(const Dialog &dialog, const QJsonObject &event);
+    Verdict judgeAnswer(DialogKind kind, bool accepted, const QString &typed);
     void noteDocumentGone(const QString &tab);
     void noteClosed(BrowserPage *page);
 

@@ -285,19 +285,28 @@ Verdict RecordingLogger::noteChange(const QString &tab, const InputEvent &input)
     return {Verdict::Kind::Merged, u"a text that no key has told is typed"_s};
 }
 
-void RecordingLogger::recordClosing(const QString &context)
+Verdict RecordingLogger::recordClosing(const QString &context)
 {
+    m_statements.clear();
     logAsOurs(u"logevent%1&event=unload&object=%2&context=%3"_s.arg(
         QString::number(WebWrapper::now()), escapedMember(u"[Window]"_s), escapedMember(context)));
+    return {Verdict::Kind::Statement, m_statements.join(u' ')};
 }
 
-void RecordingLogger::recordAnswer(const QString &method, const ObjectList &arguments)
+Verdict RecordingLogger::recordAnswer(
+    const QString &method, const ObjectList &arguments, const QString &remark)
 {
-    const ScriptLine line{statementText(method, {}, arguments), {}, LineOrigin::Other};
-    if (m_statementSinceInput)
-        m_script->insertBeforeLast(line);
-    else
-        m_script->append(line);
+    const ScriptLine answer{statementText(method, {}, arguments), {}, LineOrigin::Other};
+    std::vector<ScriptLine> lines{answer};
+    if (!remark.isEmpty())
+        lines.insert(lines.begin(), {remarkText(remark), {}, LineOrigin::Remark});
+    for (const ScriptLine &line : lines) {
+        if (m_statementSinceInput)
+            m_script->insertBeforeLast(line);
+        else
+            m_script->append(line);
+    }
+    return {Verdict::Kind::Statement, answer.text};
 }
 
 void RecordingLogger::recordMethodCall(
@@ -319,7 +328,7 @@ void RecordingLogger::recordMethodCall(
     m_script->append({line, objectName, isPress ? LineOrigin::Press : LineOrigin::Other});
     m_last = EventData::methodCall(method, objectName, arguments);
     m_statements.append(line);
-    m_statementSinceInput = m_statementSinceInput || isOfEvent;
+    m_statementSinceInput = m_statementSinceInput || isOfEvent || method == "startBrowser"_L1;
     if (isPress)
         m_pressed = objectName;
     if (m_event == "click"_L1 && method == "clickButton"_L1 && m_byKeyboard)

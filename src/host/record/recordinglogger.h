@@ -58,10 +58,11 @@ public:
     void notePageGone(const QString &tab);
 
     /// A tab has closed.
-    void recordClosing(const QString &context);
+    Verdict recordClosing(const QString &context);
 
-    /// A dialog has ended. The answer stands in front of the statement that opened it.
-    void recordAnswer(const QString &method, const ObjectList &arguments);
+    /// A dialog has ended. The answer stands in front of the statement that opened it, behind the remark on
+    /// it, if there is one.
+    Verdict recordAnswer(const QString &method, const ObjectList &arguments, const QString &remark = {});
 
     /// A field has changed in another way than by keys, such as by its arrows.
     Verdict noteChange(const QString &tab, const InputEvent &input);
@@ -114,7 +115,7 @@ private:
     bool m_ours = false; ///< the text comes from the host
     bool m_byKeyboard = false;
     bool m_submitByKey = false; ///< a Return has pressed a button, which is recorded
-    bool m_statementSinceInput = false;
+    bool m_statementSinceInput = false; ///< the start of the browser counts, too: its page may ask at once
     QString m_pressed; ///< the object of the last press that is recorded
     QStringList m_statements; ///< of the text that is being handled
     std::optional<Verdict> m_ruled;

@@ -95,16 +95,14 @@ TEST(RecordedScript, PutsAnswersInFrontOfTheStatementThatNeedsThem)
 {
     RecordedScript script;
     const ScriptLine answer{u"answer"_s, {}, LineOrigin::Other};
-    script.append({u"start"_s, {}, LineOrigin::Other});
 
     script.insertBeforeLast(answer);
-    EXPECT_EQ(script.lines(), (QStringList{u"start"_s, u"answer"_s}));
+    EXPECT_EQ(script.lines(), QStringList{u"answer"_s});
 
     script.append(press(u"a"_s));
     script.remark(u"wheel"_s);
     script.insertBeforeLast(answer);
-    EXPECT_EQ(
-        script.lines(), (QStringList{u"start"_s, u"answer"_s, u"answer"_s, u"press a"_s, u"// wheel"_s}));
+    EXPECT_EQ(script.lines(), (QStringList{u"answer"_s, u"answer"_s, u"press a"_s, u"// wheel"_s}));
 }
 
 TEST(RecordedScript, SaysTheSameRemarkOnce)
