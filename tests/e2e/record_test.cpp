@@ -290,6 +290,35 @@ TEST_F(Keyboard, AtFullSpeedLosesNoCharacter)
         u"typeText(\"{visible='true' tagName='TEXTAREA' id='t'}\", \"%1\");"_s.arg(text));
 }
 
+TEST_F(Keyboard, IsNotTheOnlyWayATextComes)
+{
+    serve(u"arrows-a.html"_s, R"(<body oncontextmenu='return false'>
+        <input id='n' type='number' value='1' style='width:100px;height:30px'><input id='f'><input id='g'>
+        <div id='e' contenteditable style='width:200px;height:40px'></div>)");
+    record(server.url(u"arrows-a.html"_s));
+    TrustedUser user(page());
+
+    user.hover(u"q('#n')"_s);
+    user.clickAt(u"q('#n')"_s, 0.93, 0.3);
+    user.rightClick(u"q('#f')"_s);
+    user.paste(u"ab"_s);
+    user.click(u"q('#g')"_s);
+    user.key(u"End"_s);
+    user.type(u"c"_s);
+    user.click(u"q('#e')"_s);
+    user.type(u"xy"_s);
+
+    const QString fieldG = u"{visible='true' tagName='INPUT' type='text' id='g'}"_s;
+    EXPECT_EQ(statements().mid(1),
+        (QStringList{u"setFocus(\"{visible='true' tagName='INPUT' type='number' id='n'}\");"_s,
+            u"typeText(\"{visible='true' tagName='INPUT' type='number' id='n'}\", \"2\");"_s,
+            u"setFocus(\"{visible='true' tagName='INPUT' type='text' id='f'}\");"_s,
+            u"typeText(\"{visible='true' tagName='INPUT' type='text' id='f'}\", \"ab\");"_s,
+            u"setFocus(\"%1\");"_s.arg(fieldG), u"typeText(\"%1\", \"c\");"_s.arg(fieldG),
+            u"mouseClick(\"{visible='true' tagName='DIV' id='e'}\", 100, 20);"_s,
+            u"// not recorded: keys that edit DIV#e"_s}));
+}
+
 using Presses = Recording;
 
 TEST_F(Presses, ThatThePageTakesByThePointerAreOfTheTruePointer)

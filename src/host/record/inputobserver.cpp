@@ -28,9 +28,9 @@ InputEvent readInput(const QString &payload)
     const QJsonObject record = QJsonDocument::fromJson(payload.toUtf8()).object();
     const auto text = [&](QLatin1StringView name) { return record.value(name).toString(); };
     const auto truth = [&](QLatin1StringView name) { return record.value(name).toBool(); };
-    return {text("kind"_L1), text("target"_L1), text("key"_L1), text("value"_L1), truth("isText"_L1),
-        truth("changed"_L1), truth("isTold"_L1), truth("isCheck"_L1), truth("isTaken"_L1),
-        record.value("button"_L1).toInt(), truth("isPress"_L1),
+    return {text("kind"_L1), text("target"_L1), text("key"_L1), text("value"_L1), text("field"_L1),
+        truth("isText"_L1), truth("changed"_L1), truth("isTold"_L1), truth("isCheck"_L1), truth("isTaken"_L1),
+        truth("isEditable"_L1), record.value("button"_L1).toInt(), truth("isPress"_L1),
         qRound(record.value("scrolledX"_L1).toDouble()), qRound(record.value("scrolledY"_L1).toDouble()),
         truth("isByPage"_L1)};
 }

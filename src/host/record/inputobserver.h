@@ -15,11 +15,13 @@ struct InputEvent
     QString target; ///< the element, as a remark names it
     QString key; ///< of key events
     QString value; ///< of a text field before the key, or of a field that has changed
+    QString field; ///< the mark of a text field, the same in all its events
     bool isText = false; ///< the target is a text field
     bool changed = false; ///< the text is another one than before the key
     bool isTold = false; ///< the change of a field whose page reports it, such as a select
     bool isCheck = false; ///< the change of a box that is told by its click
     bool isTaken = false; ///< the browser itself does something with the key
+    bool isEditable = false; ///< the key went into an editable part of the page
     int button = 0;
     bool isPress = false; ///< the click of a press of which the page has kept the browser from telling
     int scrolledX = 0; ///< of such a press: how far the parts of the page around it are scrolled

@@ -319,7 +319,7 @@ Verdict Recorder::judge(const Happening &happening)
     } else if (input.kind == "click"_L1 || input.kind == "change"_L1) {
         m_keyDown.remove(tab);
     }
-    if (input.kind == "change"_L1 && !input.isTold)
+    if (input.kind == "input"_L1 || (input.kind == "change"_L1 && !input.isTold))
         return m_logger.noteChange(tab, input);
     for (const PlainVerdict &plain : plainVerdicts) {
         if (input.kind != plain.kind)
@@ -348,7 +348,8 @@ Verdict Recorder::judge(const Happening &happening)
         && m_keyDown.contains(tab) && m_keyDown.take(tab).key == input.key && !isSilentKey(input.key);
     if (isOfHandler && verdict.kind == Verdict::Kind::LeftOut) {
         m_logger.flushRecordedTextInput();
-        return remark(u"not recorded: the key '%1' on %2"_s.arg(input.key, input.target));
+        return remark(input.isEditable ? u"not recorded: keys that edit %1"_s.arg(input.target)
+                                       : u"not recorded: the key '%1' on %2"_s.arg(input.key, input.target));
     }
     return verdict;
 }

@@ -202,8 +202,11 @@ ObjectList RecordingLogger::withLines(const QString &objectName, const ObjectLis
 
 void RecordingLogger::rememberField(const QString &objectName, const QMap<QString, QString> &data)
 {
-    m_fields.insert(data.value(u"tabId"_s),
-        {objectName, data.value(u"type"_s), data.value(u"context"_s), data.value(u"value"_s)});
+    const QString tab = data.value(u"tabId"_s);
+    const Field field{objectName, data.value(u"type"_s), data.value(u"context"_s), data.value(u"value"_s)};
+    m_fields.insert(tab, field);
+    if (!m_ours && !m_input.field.isEmpty())
+        m_marked[tab].insert(m_input.field, field);
     if (data.value(u"value"_s).contains(u'\n'))
         m_linesOf.insert(objectName, data.value(u"value"_s));
     else
@@ -248,6 +251,7 @@ void RecordingLogger::notePageGone(const QString &tab)
 {
     const Field field = m_fields.take(tab);
     const InputEvent key = m_keys.take(tab);
+    m_marked.remove(tab);
     if (field.object.isEmpty() || !key.isText)
         return;
     if (key.value != field.value)
@@ -272,15 +276,17 @@ void RecordingLogger::logAsOurs(const QString &text)
 
 Verdict RecordingLogger::noteChange(const QString &tab, const InputEvent &input)
 {
-    const Field field = m_fields.value(tab);
     if (input.isCheck)
         return {Verdict::Kind::Merged, u"the press on the box has told it"_s};
-    if (!input.isText) {
+    if (input.isText && input.kind == "change"_L1)
+        return {Verdict::Kind::Merged, u"the text is told as it comes"_s};
+    const Field field = m_marked.value(tab).value(input.field);
+    if (field.object.isEmpty()) {
         m_script->remark(u"not recorded: %1 was set to '%2'"_s.arg(input.target, input.value));
-        return {Verdict::Kind::Remarked, u"no statement sets a field of this type"_s};
+        return {Verdict::Kind::Remarked,
+            input.isText ? u"the page has not told the name of the field"_s
+                         : u"no statement sets a field of this type"_s};
     }
-    if (!input.changed || field.object.isEmpty())
-        return {Verdict::Kind::Merged, u"the keys have told the text"_s};
     logKey(field, tab, anyOtherKey, input.value);
     return {Verdict::Kind::Merged, u"a text that no key has told is typed"_s};
 }

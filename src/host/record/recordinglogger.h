@@ -64,7 +64,7 @@ public:
     /// it, if there is one.
     Verdict recordAnswer(const QString &method, const ObjectList &arguments, const QString &remark = {});
 
-    /// A field has changed in another way than by keys, such as by its arrows.
+    /// A field holds something else. Text fields tell so where no key has done it, other fields at any rate.
     Verdict noteChange(const QString &tab, const InputEvent &input);
 
     void recordMethodCall(const QString &objectName, const char *methodName, const ObjectList &given,
@@ -121,6 +121,7 @@ private:
     std::optional<Verdict> m_ruled;
     ObjectList m_pointer; ///< where the pointer pressed, for a page that takes the pointer's own event
     QHash<QString, Field> m_fields; ///< by tab
+    QHash<QString, QHash<QString, Field>> m_marked; ///< the fields of each tab whose names are known, by mark
     QHash<QString, QString> m_linesOf; ///< the text of each field that has several lines
     QHash<QString, InputEvent> m_keys; ///< the key of each tab that is down
 };
