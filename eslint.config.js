@@ -68,6 +68,25 @@ module.exports = [
         rules: { ...rules, "no-unused-vars": "error" },
     },
     {
+        // Page script of the host's own, in the words of the page script where it calls that.
+        files: ["src/host/record/*.js", "src/host/script/pagequeries/*.js"],
+        languageOptions: {
+            ecmaVersion: 5,
+            sourceType: "script",
+            globals: {
+                ...browser, ...named(["WeakMap", "MutationObserver"], "readonly"), __ostrel: "readonly", ...payload,
+            },
+        },
+        linterOptions: { reportUnusedDisableDirectives: "error" },
+        rules: { ...rules, "no-unused-vars": ["error", { caughtErrors: "none" }] },
+    },
+    {
+        // What the engine of test scripts runs.
+        files: ["src/host/script/*.js"],
+        languageOptions: { ecmaVersion: 2016, sourceType: "script" },
+        rules: { ...rules, "no-unused-vars": "error" },
+    },
+    {
         // What people open in a browser of today.
         files: ["src/host/dump/*.js"],
         languageOptions: {

@@ -79,7 +79,12 @@
 
     function tell(event, more) {
         var element = targetOf(event),
-            told = { kind: event.type, target: describe(element), isText: isTextField(element), field: markOf(element) };
+            told = {
+                kind: event.type,
+                target: describe(element),
+                isText: isTextField(element),
+                field: markOf(element)
+            };
         Object.keys(more || {}).forEach(function (name) {
             told[name] = more[name];
         });

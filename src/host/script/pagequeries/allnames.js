@@ -1,6 +1,7 @@
-// Names every element of a page in tree order, frames and shadow trees included: an expression that gives a function of
-// (start, limit). Gives JSON: the names from the element number `start` on, as many as came in `limit` milliseconds, and
-// whether that was all. The elements are listed anew at each call; a page that changes in between may show one twice.
+// Names every element of a page in tree order, frames and shadow trees included: an expression that gives a function
+// of (start, limit). Gives JSON: the names from the element number `start` on, as many as came in `limit` milliseconds,
+// and whether that was all. The elements are listed anew at each call; a page that changes in between may show one
+// twice.
 (function (start, limit) {
     var until = Date.now() + limit, names = [], elements = [], i;
 
