@@ -26,7 +26,10 @@ using ShopVisit = Recording;
 TEST_F(ShopVisit, IsTheScriptThatAPersonExpects)
 {
     const StaticServer shop(QStringLiteral(PAGEPROBE_SOURCE_DIR "/demo"));
+    const QString picture = QStringLiteral(PAGEPROBE_SOURCE_DIR "/demo/img/pellow-mug.svg");
     record(shop.url(u"index.html"_s));
+    // The file is chosen in no window of the browser.
+    ASSERT_FALSE(page()->call(u"Page.setInterceptFileChooserDialog"_s, {{u"enabled"_s, true}}).failed());
     TrustedUser user(page());
     const auto arrive = [&](const QString &file) {
         EXPECT_TRUE(waitUntil(
@@ -149,9 +152,18 @@ TEST_F(ShopVisit, IsTheScriptThatAPersonExpects)
     user.type(u"The blue"_s);
     user.key(u"Enter"_s);
     user.type(u"door"_s);
+    user.click(u"q('#picture')"_s);
+    ASSERT_FALSE(page()->setUploadFile(u"document.querySelector('#picture')"_s, picture).failed());
+    ASSERT_TRUE(settle());
+    user.click(u"q('#extras option:nth-child(2)')"_s);
+    user.click(u"q('#extras option:nth-child(4)')"_s, TrustedUser::control);
+    user.click(u"q('#greeting')"_s);
+    user.key(u"a"_s, TrustedUser::control);
+    user.type(u"Good day"_s);
     user.click(u"q('#check')"_s);
-    user.click(u"q('#terms')"_s);
     user.click(u"q('#place-order')"_s);
+    user.click(u"q('#terms')"_s);
+    user.click(u"q('#express')"_s);
     arrive(u"done.html"_s);
     user.click(u"q('main a.button')"_s);
     arrive(u"index.html"_s);
@@ -160,6 +172,7 @@ TEST_F(ShopVisit, IsTheScriptThatAPersonExpects)
 
     QString script = (static_cast<void>(statements()), recorder->script().text());
     script.replace(u"127.0.0.1:%1"_s.arg(shop.port()), u"127.0.0.1:PORT"_s);
+    script.replace(QStringLiteral(PAGEPROBE_SOURCE_DIR), u"SOURCES"_s);
     compareWithKept(recordingFile(u"shop-visit.js"_s), withoutHovers(script));
     compareWithKept(recordingFile(u"shop-visit.state.json"_s), stateOf(page(), shopState()));
     EXPECT_EQ(explanations.filter(u"the page has sent nothing"_s), QStringList());
@@ -316,7 +329,7 @@ TEST_F(Keyboard, IsNotTheOnlyWayATextComes)
             u"typeText(\"{visible='true' tagName='INPUT' type='text' id='f'}\", \"ab\");"_s,
             u"setFocus(\"%1\");"_s.arg(fieldG), u"typeText(\"%1\", \"c\");"_s.arg(fieldG),
             u"mouseClick(\"{visible='true' tagName='DIV' id='e'}\", 100, 20);"_s,
-            u"// not recorded: keys that edit DIV#e"_s}));
+            u"typeText(\"{visible='true' tagName='DIV' id='e'}\", \"xy\");"_s}));
 }
 
 using Presses = Recording;
@@ -452,7 +465,9 @@ TEST_F(Unexpressed, InputIsNamedInTheScript)
     EXPECT_TRUE(remarks.contains(u"// not recorded: the key 'F2' on P#k"_s));
 }
 
-TEST_F(Unexpressed, FolderOfAFileIsNamedInTheScript)
+using Files = Recording;
+
+TEST_F(Files, AreFoundAgain)
 {
     serve(u"file-a.html"_s, "<input type='file' id='f'>");
     serve(u"card.png"_s, "picture");
@@ -465,8 +480,8 @@ TEST_F(Unexpressed, FolderOfAFileIsNamedInTheScript)
         page()->setUploadFile(u"document.querySelector('#f')"_s, folder.filePath(u"card.png"_s)).failed());
 
     EXPECT_EQ(statements().mid(1),
-        (QStringList{u"// the browser hides the folder of the file"_s,
-            u"setText(\"{visible='true' tagName='INPUT' type='file' id='f'}\", \"card.png\");"_s}));
+        QStringList{u"setText(\"{visible='true' tagName='INPUT' type='file' id='f'}\", \"%1\");"_s.arg(
+            folder.filePath(u"card.png"_s))});
 }
 
 using Forgery = Recording;

@@ -21,12 +21,13 @@ struct InputEvent
     bool isTold = false; ///< the change of a field whose page reports it, such as a select
     bool isCheck = false; ///< the change of a box that is told by its click
     bool isTaken = false; ///< the browser itself does something with the key
-    bool isEditable = false; ///< the key went into an editable part of the page
+    bool isEditable = false; ///< the key went into an editable part of the page, which holds `value` then
     int button = 0;
     bool isPress = false; ///< the click of a press of which the page has kept the browser from telling
     int scrolledX = 0; ///< of such a press: how far the parts of the page around it are scrolled
     int scrolledY = 0;
     bool isByPage = false; ///< the page itself has dispatched it
+    int files = 0; ///< how many were chosen in a file field; `value` is the path of the first one
 
     bool operator==(const InputEvent &) const = default;
 };
@@ -40,7 +41,13 @@ public:
     explicit InputObserver(BrowserPage *page);
 
 Q_SIGNALS:
+    /// In the order of the events, but for chosen files, whose path the browser tells a moment later.
     void observed(Ostrel::Host::BrowserPage *page, const Ostrel::Host::InputEvent &event);
+
+private:
+    void observeFile(const InputEvent &event, int executionContext);
+
+    BrowserPage *m_page;
 };
 
 } // namespace Ostrel::Host

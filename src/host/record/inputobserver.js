@@ -8,8 +8,8 @@
         synthetic = ["mousedown", "click"], // what pages like to dispatch as if a user had done it
         wheelPauseMs = 500,
         longestName = 30,
-        values = new WeakMap(), // what text fields held before the key that is down
-        marks = new WeakMap(), // the mark of each text field that the user had to do with
+        values = new WeakMap(), // what holds text held before the key that is down
+        marks = new WeakMap(), // the mark of each holder of text that the user had to do with
         markCount = 0,
         documentMark = Math.random(), // keeps the marks of frames apart
         isKeyDown = false, // what a field gets while a key is down, its release tells
@@ -32,9 +32,17 @@
             (element.tagName === "INPUT" && textTypes.indexOf(element.type) >= 0);
     }
 
-    // Tells which field an event is about, as the page's text of one of its events tells the field's name.
+    // The text of a field or of an editable part of the page; null of anything else.
+    function textOf(element) {
+        if (isTextField(element)) {
+            return element.value;
+        }
+        return element.isContentEditable === true ? element.innerText : null;
+    }
+
+    // Tells which holder of text an event is about, as the page's text of one of its events tells the name.
     function markOf(element) {
-        if (!isTextField(element)) {
+        if (textOf(element) === null) {
             return "";
         }
         if (!marks.has(element)) {
@@ -141,17 +149,17 @@
 
     listen("focusin", function (event) {
         var element = targetOf(event);
-        if (isTextField(element)) {
-            values.set(element, element.value);
+        if (textOf(element) !== null) {
+            values.set(element, textOf(element));
         }
     });
 
     // A text comes by other ways than keys: the menu of the browser, the arrows of a number, a text that is dropped.
     listen("input", function (event) {
         var element = targetOf(event);
-        if (isTextField(element) && !isKeyDown) {
-            tell(event, { value: element.value });
-            values.set(element, element.value);
+        if (textOf(element) !== null && !isKeyDown) {
+            tell(event, { isText: true, value: textOf(element) });
+            values.set(element, textOf(element));
         }
     });
 
@@ -163,22 +171,29 @@
 
     listen("keyup", function (event) {
         var element = targetOf(event),
-            changed = isTextField(element) && values.get(element) !== element.value;
+            text = textOf(element),
+            isEditable = text !== null && !isTextField(element);
         isKeyDown = false;
-        if (isTextField(element)) {
-            values.set(element, element.value);
-        }
         tell(event, {
             key: event.key,
-            changed: changed,
+            value: isEditable ? text : "",
+            changed: text !== null && values.get(element) !== text,
             isTaken: takesKey(element, event.key),
-            isEditable: element.isContentEditable === true
+            isEditable: isEditable
         });
+        if (text !== null) {
+            values.set(element, text);
+        }
     });
 
     listen("change", function (event) {
         var element = targetOf(event);
+        if (element.type === "file") {
+            // The path, which a page does not get to know, the host asks the browser for.
+            window.__pageprobeFile = element.files[0];
+        }
         tell(event, {
+            files: element.type === "file" ? element.files.length : 0,
             isTold: toldBySelf.indexOf(element.type) >= 0,
             isCheck: element.type === "checkbox" || element.type === "radio",
             value: String(element.value)

@@ -342,14 +342,18 @@ Verdict Recorder::judge(const Happening &happening)
         m_keyDown.remove(tab);
         return m_logger.noteReturnElsewhere(tab);
     }
+    if (input.isEditable && input.kind == "keyup"_L1) {
+        m_keyDown.remove(tab);
+        return m_logger.noteEditing(tab, WebWrapper::unescape(rawMember(told, "object"_L1)),
+            WebWrapper::unescape(rawMember(told, "context"_L1)), input);
+    }
     const Verdict verdict = m_logger.handle(told, input);
     // A key that no field took and that caused no click was meant for a handler of the page.
     const bool isOfHandler = input.kind == "keyup"_L1 && !input.isText && !input.isTaken
         && m_keyDown.contains(tab) && m_keyDown.take(tab).key == input.key && !isSilentKey(input.key);
     if (isOfHandler && verdict.kind == Verdict::Kind::LeftOut) {
         m_logger.flushRecordedTextInput();
-        return remark(input.isEditable ? u"not recorded: keys that edit %1"_s.arg(input.target)
-                                       : u"not recorded: the key '%1' on %2"_s.arg(input.key, input.target));
+        return remark(u"not recorded: the key '%1' on %2"_s.arg(input.key, input.target));
     }
     return verdict;
 }

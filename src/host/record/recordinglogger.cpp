@@ -2,6 +2,7 @@
 
 #include "host/record/statementtext.h"
 #include "ostrelhook/inspector.h"
+#include "ostrelhook/objectname.h"
 #include "wrappers/web/webutilities.h"
 
 #include <QScopedValueRollback>
@@ -33,15 +34,16 @@ bool isReturn(const QMap<QString, QString> &data)
     return data.value(u"keyCode"_s) == QString::number(returnKey);
 }
 
-/// A browser shows a page the name of a chosen file in a folder that does not exist.
-ObjectList withoutHiddenFolder(ObjectList arguments)
+/// Whether a name may be that of an element that a remark would call `target`, "DIV#greeting" or "DIV".
+bool isNameOf(const QString &objectName, const QString &target)
 {
-    const auto folder = "C:\\fakepath\\"_L1;
-    for (SharedPtr<Object> &argument : arguments) {
-        if (argument->isPrimitive() && argument->toQString().startsWith(folder))
-            argument = Inspector::self()->createPrimitive(argument->toQString().mid(folder.size()));
-    }
-    return arguments;
+    const ObjectName name(objectName);
+    const QString tag = target.section(u'#', 0, 0).section(u' ', 0, 0);
+    const QString id = target.section(u'#', 1);
+    if (!name.isMultiProperty())
+        return objectName.section(u'.', -1).startsWith(tag);
+    return name.property(u"tagName"_s).stringValue() == tag
+        && (id.isEmpty() || name.property(u"id"_s).stringValue() == id);
 }
 
 SharedPtr<Object> wrapped(int number)
@@ -200,6 +202,24 @@ ObjectList RecordingLogger::withLines(const QString &objectName, const ObjectLis
     return isOfField ? ObjectList{Inspector::self()->createPrimitive(value)} : arguments;
 }
 
+/// A browser shows a page the name of a chosen file in a folder that does not exist.
+ObjectList RecordingLogger::withTrueFolder(ObjectList arguments)
+{
+    const auto noFolder = "C:\\fakepath\\"_L1;
+    for (SharedPtr<Object> &argument : arguments) {
+        const QString text = argument->isPrimitive() ? argument->toQString() : QString();
+        if (!text.startsWith(noFolder))
+            continue;
+        const bool isKnown = m_input.files > 0 && !m_input.value.isEmpty();
+        argument = Inspector::self()->createPrimitive(isKnown ? m_input.value : text.mid(noFolder.size()));
+        if (!isKnown)
+            m_script->remark(u"the browser hides the folder of the file"_s);
+        if (m_input.files > 1)
+            m_script->remark(u"not recorded: %1 files more in the same field"_s.arg(m_input.files - 1));
+    }
+    return arguments;
+}
+
 void RecordingLogger::rememberField(const QString &objectName, const QMap<QString, QString> &data)
 {
     const QString tab = data.value(u"tabId"_s);
@@ -315,6 +335,22 @@ Verdict RecordingLogger::recordAnswer(
     return {Verdict::Kind::Statement, answer.text};
 }
 
+Verdict RecordingLogger::noteEditing(
+    const QString &tab, const QString &objectName, const QString &context, const InputEvent &input)
+{
+    if (!input.changed)
+        return {Verdict::Kind::LeftOut, u"the key has changed no text"_s};
+    // The page may name what holds the editable part and reacts to clicks.
+    if (!isNameOf(objectName, input.target)) {
+        m_script->remark(u"not recorded: keys that edit %1"_s.arg(input.target));
+        return {Verdict::Kind::Remarked, u"the page names another element"_s};
+    }
+    const Field part{objectName, u"textarea"_s, context, input.value};
+    m_marked[tab].insert(input.field, part);
+    logKey(part, tab, anyOtherKey, input.value);
+    return {Verdict::Kind::Merged, u"typed text is one statement, at its end"_s};
+}
+
 void RecordingLogger::recordMethodCall(
     const QString &objectName, const char *methodName, const ObjectList &given, const QTime *timestamp)
 {
@@ -325,9 +361,7 @@ void RecordingLogger::recordMethodCall(
     const ObjectList arguments = isOfPointer ? m_pointer
         : method == "typeText"_L1            ? withLines(objectName, given)
                                              : given;
-    const QString line = statementText(method, objectName, withoutHiddenFolder(arguments), m_servedAt);
-    if (line != statementText(method, objectName, arguments, m_servedAt))
-        m_script->remark(u"the browser hides the folder of the file"_s);
+    const QString line = statementText(method, objectName, withTrueFolder(arguments), m_servedAt);
     // Typed text and contexts come on the way to the statement of an event.
     const bool isOfEvent = timestamp && method != "typeText"_L1;
     const bool isPress = m_event == "mousedown"_L1 && isOfEvent;

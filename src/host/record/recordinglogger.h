@@ -67,6 +67,10 @@ public:
     /// A field holds something else. Text fields tell so where no key has done it, other fields at any rate.
     Verdict noteChange(const QString &tab, const InputEvent &input);
 
+    /// A key has edited a part of the page that is no field.
+    Verdict noteEditing(
+        const QString &tab, const QString &objectName, const QString &context, const InputEvent &input);
+
     void recordMethodCall(const QString &objectName, const char *methodName, const ObjectList &given,
         const QTime *timestamp) override;
     void addUnmatchedProperty(const QString &objectName, const QString &property) override;
@@ -101,6 +105,7 @@ private:
     bool isClickOfTheKeyboard(const QMap<QString, QString> &data) const;
     bool isClickOfThePointer(const QMap<QString, QString> &data) const;
     ObjectList withLines(const QString &objectName, const ObjectList &arguments) const;
+    ObjectList withTrueFolder(ObjectList arguments);
 
     void rememberField(const QString &objectName, const QMap<QString, QString> &data);
     void logKey(const Field &field, const QString &tab, int keyCode, const QString &value);
