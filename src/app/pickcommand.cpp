@@ -19,19 +19,25 @@ namespace {
 struct PickOptions
 {
     std::string address;
+    std::string object;
+    std::string picture;
     BrowserArguments browser;
 };
+
+constexpr int highlightLimitMs = 10000;
 
 int pick(const PickOptions &options)
 {
     QTextStream errors(stderr);
+    const auto complain = [&errors](const QString &text, ExitCode code) {
+        errors << "pageprobe pick: " << text << Qt::endl;
+        return code;
+    };
     QEventLoop loop;
     const Interruption interruption([] {}, [&loop] { loop.quit(); });
     const auto session = openPage(options.browser, options.address);
-    if (session.failed()) {
-        errors << "pageprobe pick: " << session.error << Qt::endl;
-        return Unusable;
-    }
+    if (session.failed())
+        return complain(session.error, Unusable);
     Picker picker(session.value.get());
     QString name;
     QObject::connect(&picker, &Picker::picked, &loop, [&](const QString &picked) {
@@ -47,22 +53,31 @@ int pick(const PickOptions &options)
                 loop.quit();
         },
         Qt::QueuedConnection);
-    if (const FunctionCallResult<void> started = picker.start(); started.failed()) {
-        errors << "pageprobe pick: " << started.error << Qt::endl;
-        return Unusable;
+    if (const FunctionCallResult<void> started = picker.start(); started.failed())
+        return complain(started.error, Unusable);
+    if (options.object.empty()) {
+        QTextStream(stdout) << "Point at an element and press to pick it. Press Ctrl+C to end." << Qt::endl;
+    } else {
+        const FunctionCallResult<void> picked
+            = picker.pick(QString::fromStdString(options.object), highlightLimitMs);
+        if (picked.failed())
+            return complain(picked.error, Failed);
     }
-    QTextStream(stdout) << "Point at an element and press to pick it. Press Ctrl+C to end." << Qt::endl;
-    if (!Interruption::wasInterrupted())
+    if (name.isEmpty() && !Interruption::wasInterrupted())
         loop.exec();
-    if (name.isEmpty()) {
-        errors << "pageprobe pick: nothing was picked." << Qt::endl;
-        return Failed;
+    if (name.isEmpty())
+        return complain(u"nothing was picked."_s, Failed);
+    if (!options.picture.empty()) {
+        const QString fileName = QString::fromStdString(options.picture);
+        const FunctionCallResult<QImage> picture = picker.picture();
+        if (picture.failed())
+            return complain(picture.error, Failed);
+        if (!picture.value.save(fileName))
+            return complain(u"Cannot write the picture '%1'."_s.arg(fileName), Failed);
     }
     const FunctionCallResult<PickedObject> object = picker.describe(name);
-    if (object.failed()) {
-        errors << "pageprobe pick: " << object.error << Qt::endl;
-        return Failed;
-    }
+    if (object.failed())
+        return complain(object.error, Failed);
     QTextStream(stdout) << object.value.text() << Qt::flush;
     return Passed;
 }
@@ -75,6 +90,10 @@ Command addPickCommand(CLI::App &commandLine)
         = commandLine.add_subcommand("pick", "Point at an element of a page and print what it is");
     auto options = std::make_shared<PickOptions>();
     command->add_option("url", options->address, "The page's address, or a file")->required();
+    command->add_option("--object", options->object,
+        "Let the browser's own pointer pick the object of this name, instead of a user");
+    command->add_option("--picture", options->picture,
+        "Write a picture of the window with the highlight to this file; the ending chooses the format");
     addBrowserOptions(*command, options->browser);
     options->browser.hasUser = true;
     return [options] { return pick(*options); };
