@@ -84,8 +84,8 @@ constexpr PlainVerdict plainVerdicts[] = {
 
 } // namespace
 
-Recorder::Recorder(TestSession *session)
-    : m_session(session), m_logger(&m_script, session->serverAddress().value)
+Recorder::Recorder(TestSession *session, RecordedNames *names)
+    : m_session(session), m_logger(&m_script, session->serverAddress().value, names)
 {
     static const bool once = (initWebEvents(), true);
     Q_UNUSED(once)

@@ -22,7 +22,8 @@ class Recorder : public QObject
     Q_OBJECT
 
 public:
-    explicit Recorder(TestSession *session);
+    /// With `names`, which stay the caller's, the script has symbolic names.
+    explicit Recorder(TestSession *session, RecordedNames *names = nullptr);
     ~Recorder() override;
 
     /// Opens the address, as the first statement of the script does. Does not wait until the page has loaded.

@@ -1,6 +1,7 @@
 #include "host/record/recordinglogger.h"
 
 #include "host/record/statementtext.h"
+#include "host/script/vocabulary.h"
 #include "ostrelhook/inspector.h"
 #include "ostrelhook/objectname.h"
 #include "wrappers/web/webutilities.h"
@@ -202,6 +203,14 @@ ObjectList RecordingLogger::withLines(const QString &objectName, const ObjectLis
     return isOfField ? ObjectList{Inspector::self()->createPrimitive(value)} : arguments;
 }
 
+/// How a statement names its object.
+QString RecordingLogger::inScript(const QString &method, const QString &objectName) const
+{
+    const Statement *statement = findStatement(method);
+    const bool isObject = statement && statement->subject == Subject::ObjectName;
+    return m_names && isObject ? m_names->nameFor(objectName) : objectName;
+}
+
 /// A browser shows a page the name of a chosen file in a folder that does not exist.
 ObjectList RecordingLogger::withTrueFolder(ObjectList arguments)
 {
@@ -361,7 +370,8 @@ void RecordingLogger::recordMethodCall(
     const ObjectList arguments = isOfPointer ? m_pointer
         : method == "typeText"_L1            ? withLines(objectName, given)
                                              : given;
-    const QString line = statementText(method, objectName, withTrueFolder(arguments), m_servedAt);
+    const QString line
+        = statementText(method, inScript(method, objectName), withTrueFolder(arguments), m_servedAt);
     // Typed text and contexts come on the way to the statement of an event.
     const bool isOfEvent = timestamp && method != "typeText"_L1;
     const bool isPress = m_event == "mousedown"_L1 && isOfEvent;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "host/record/inputobserver.h"
+#include "host/record/recordednames.h"
 #include "host/record/recordedscript.h"
 #include "wrappers/web/eventlogger.h"
 
@@ -35,9 +36,11 @@ QString escapedMember(const QString &text);
 class RecordingLogger : public WebWrapper::EventLogger
 {
 public:
-    /// The script stays the caller's. `servedAt` is where the session serves a folder; empty for none.
-    explicit RecordingLogger(RecordedScript *script, const QString &servedAt = {})
-        : m_script(script), m_servedAt(servedAt)
+    /// The script stays the caller's. `servedAt` is where the session serves a folder; empty for none. With
+    /// `names`, which stay the caller's too, statements have symbolic names.
+    explicit RecordingLogger(
+        RecordedScript *script, const QString &servedAt = {}, RecordedNames *names = nullptr)
+        : m_script(script), m_servedAt(servedAt), m_names(names)
     {
     }
 
@@ -105,6 +108,7 @@ private:
     bool isClickOfTheKeyboard(const QMap<QString, QString> &data) const;
     bool isClickOfThePointer(const QMap<QString, QString> &data) const;
     ObjectList withLines(const QString &objectName, const ObjectList &arguments) const;
+    QString inScript(const QString &method, const QString &objectName) const;
     ObjectList withTrueFolder(ObjectList arguments);
 
     void rememberField(const QString &objectName, const QMap<QString, QString> &data);
@@ -113,6 +117,7 @@ private:
 
     RecordedScript *m_script;
     QString m_servedAt;
+    RecordedNames *m_names;
     EventData m_last;
     QString m_text; ///< that is being handled
     InputEvent m_input;
