@@ -349,7 +349,32 @@ TEST_F(Presses, ThatThePageTakesByThePointerAreOfTheTruePointer)
             u"nativeMouseClick(\"{visible='true' tagName='BUTTON' type='button' id='b' simplifiedInnerText='Do'}\", 50, 20, 1);"_s});
 }
 
-TEST_F(Presses, WithoutAClickAreNamedInTheScript)
+TEST_F(Presses, WithoutAClickAreOfTheTruePointer)
+{
+    serve(
+        u"pointer-c.html"_s, R"(<div id='list' style='position:absolute;left:0;top:0;width:300px;height:300px;
+            background:silver;display:none' onclick='this.style.display="none"'></div>
+        <div style='height:60px'></div>
+        <div id='open' style='width:100px;height:40px'><span>Choose</span></div>
+        <script>
+            document.getElementById('open').addEventListener('pointerdown', function (event) {
+                event.preventDefault();
+                document.getElementById('list').style.display = 'block';
+            });
+        </script>)");
+    record(server.url(u"pointer-c.html"_s));
+    TrustedUser user(page());
+
+    user.clickAt(u"q('#open')"_s, 0.9, 0.75);
+    user.clickAt(u"q('#list')"_s, 0.5, 0.5);
+
+    EXPECT_EQ(statements(),
+        (QStringList{u"waitForContextExists(\"pointer-c.html\");"_s,
+            u"nativeMouseClick(\"{visible='true' tagName='DIV' id='open'}\", 90, 30, 1);"_s,
+            u"mouseClick(\"{visible='true' tagName='DIV' id='list'}\", 150, 150);"_s}));
+}
+
+TEST_F(Presses, OnWhatIsGoneAreNamedInTheScript)
 {
     serve(u"pointer-b.html"_s,
         "<button type='button' id='b' onpointerdown='event.preventDefault(); this.remove()'>Go</button>");

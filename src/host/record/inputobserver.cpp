@@ -1,8 +1,10 @@
 #include "host/record/inputobserver.h"
 
 #include "host/browser/browserpage.h"
+#include "wrappers/web/webutilities.h"
 
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 
 namespace Ostrel::Host {
@@ -32,7 +34,24 @@ InputEvent readInput(const QString &payload)
         truth("isText"_L1), truth("changed"_L1), truth("isTold"_L1), truth("isCheck"_L1), truth("isTaken"_L1),
         truth("isEditable"_L1), record.value("button"_L1).toInt(), truth("isPress"_L1),
         qRound(record.value("scrolledX"_L1).toDouble()), qRound(record.value("scrolledY"_L1).toDouble()),
-        truth("isByPage"_L1), record.value("files"_L1).toInt()};
+        truth("isByPage"_L1), {}, {}, qRound(record.value("x"_L1).toDouble()),
+        qRound(record.value("y"_L1).toDouble()), record.value("files"_L1).toInt()};
+}
+
+/// Of an element: what a press on it is a press on, and where that is. Nothing of an element that is gone.
+const QString namingFunction = uR"(function () {
+    var win = this.ownerDocument.defaultView, meant, corner;
+    if (!this.isConnected) {
+        return [];
+    }
+    meant = win.top.__ostrel__eventObject(this);
+    corner = meant.getBoundingClientRect();
+    return [win.top.__ostrel__nameOf(meant), win.top.__ostrel__contextOf(win), corner.left, corner.top];
+})"_s;
+
+QString objectIdIn(const QJsonObject &answer, QLatin1StringView member)
+{
+    return answer.value(member).toObject().value("objectId"_L1).toString();
 }
 
 } // namespace
@@ -44,11 +63,9 @@ InputObserver::InputObserver(BrowserPage *page) : QObject(page), m_page(page)
         page->sessionId(), u"Runtime.bindingCalled"_s, this, [this, page](const QJsonObject &event) {
             if (event.value("name"_L1) != binding)
                 return;
-            const InputEvent input = readInput(event.value("payload"_L1).toString());
-            if (input.files > 0)
-                observeFile(input, event.value("executionContextId"_L1).toInt());
-            else
-                Q_EMIT observed(page, input);
+            m_told.push_back({readInput(event.value("payload"_L1).toString()),
+                event.value("executionContextId"_L1).toInt()});
+            passOn();
         });
     // The binding exists in the observer's world only, so that no script of the page can call it.
     connection->send(page->sessionId(), u"Runtime.enable"_s);
@@ -58,20 +75,79 @@ InputObserver::InputObserver(BrowserPage *page) : QObject(page), m_page(page)
         {{u"source"_s, observerScript()}, {u"worldName"_s, world}});
 }
 
-void InputObserver::observeFile(const InputEvent &event, int executionContext)
+void InputObserver::passOn()
 {
-    const auto tell = [this, event](const CommandResult &told) {
-        InputEvent complete = event;
-        complete.value = told.value.value("path"_L1).toString();
-        Q_EMIT observed(m_page, complete);
+    while (!m_isAsking && !m_told.empty()) {
+        const Told first = m_told.front();
+        m_told.pop_front();
+        m_isAsking = true;
+        complete(first, [this](const InputEvent &input) {
+            m_isAsking = false;
+            Q_EMIT observed(m_page, input);
+            passOn();
+        });
+    }
+}
+
+/// Adds what the observer in the page does not get to know.
+void InputObserver::complete(const Told &told, const Completed &completed) const
+{
+    if (told.input.files > 0)
+        askForPath(told, completed);
+    else if (told.input.kind == "pointerup"_L1)
+        askForName(told, completed);
+    else
+        completed(told.input);
+}
+
+void InputObserver::askForPath(const Told &told, const Completed &completed) const
+{
+    const auto take = [told, completed](const QJsonObject &file) {
+        InputEvent input = told.input;
+        input.value = file.value("path"_L1).toString();
+        completed(input);
     };
-    const auto askForPath = [this, tell](const CommandResult &file) {
-        const QString object = file.value.value("result"_L1).toObject().value("objectId"_L1).toString();
-        m_page->connection()->send(
-            m_page->sessionId(), u"DOM.getFileInfo"_s, {{u"objectId"_s, object}}, tell);
+    const auto askForFile = [this, take](const QJsonObject &file) {
+        ask(u"DOM.getFileInfo"_s, {{u"objectId"_s, objectIdIn(file, "result"_L1)}}, take);
     };
-    m_page->connection()->send(m_page->sessionId(), u"Runtime.evaluate"_s,
-        {{u"expression"_s, u"__pageprobeFile"_s}, {u"contextId"_s, executionContext}}, askForPath);
+    ask(u"Runtime.evaluate"_s,
+        {{u"expression"_s, u"__pageprobeFile"_s}, {u"contextId"_s, told.executionContext}}, askForFile);
+}
+
+/// The element is handed from the observer's world to that of the page, whose page script names it.
+void InputObserver::askForName(const Told &told, const Completed &completed) const
+{
+    const auto take = [told, completed](const QJsonObject &named) {
+        const QJsonArray answer = named.value("result"_L1).toObject().value("value"_L1).toArray();
+        InputEvent input = told.input;
+        input.object = WebWrapper::unescape(answer.at(0).toString());
+        input.context = answer.at(1).toString();
+        input.x -= qRound(answer.at(2).toDouble());
+        input.y -= qRound(answer.at(3).toDouble());
+        completed(input);
+    };
+    const auto askInPage = [this, take](const QJsonObject &node) {
+        ask(u"Runtime.callFunctionOn"_s,
+            {{u"objectId"_s, objectIdIn(node, "object"_L1)}, {u"returnByValue"_s, true},
+                {u"functionDeclaration"_s, namingFunction}},
+            take);
+    };
+    const auto bringIntoPage = [this, askInPage](const QJsonObject &described) {
+        const QJsonValue node = described.value("node"_L1).toObject().value("backendNodeId"_L1);
+        ask(u"DOM.resolveNode"_s, {{u"backendNodeId"_s, node}}, askInPage);
+    };
+    const auto describe = [this, bringIntoPage](const QJsonObject &element) {
+        ask(u"DOM.describeNode"_s, {{u"objectId"_s, objectIdIn(element, "result"_L1)}}, bringIntoPage);
+    };
+    ask(u"Runtime.evaluate"_s,
+        {{u"expression"_s, u"__pageprobeElement"_s}, {u"contextId"_s, told.executionContext}}, describe);
+}
+
+/// The answer of a command that fails is empty.
+void InputObserver::ask(const QString &method, const QJsonObject &parameters, const Answer &answered) const
+{
+    m_page->connection()->send(m_page->sessionId(), method, parameters,
+        [answered](const CommandResult &result) { answered(result.value); });
 }
 
 } // namespace Ostrel::Host

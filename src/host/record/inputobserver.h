@@ -4,6 +4,9 @@
 #include <QObject>
 #include <QString>
 
+#include <deque>
+#include <functional>
+
 namespace Ostrel::Host {
 
 class BrowserPage;
@@ -27,6 +30,10 @@ struct InputEvent
     int scrolledX = 0; ///< of such a press: how far the parts of the page around it are scrolled
     int scrolledY = 0;
     bool isByPage = false; ///< the page itself has dispatched it
+    QString object; ///< the name of what a press hit that the page has taken; empty where it is gone
+    QString context; ///< of that
+    int x = 0; ///< where the press hit it
+    int y = 0;
     int files = 0; ///< how many were chosen in a file field; `value` is the path of the first one
 
     bool operator==(const InputEvent &) const = default;
@@ -40,14 +47,32 @@ class InputObserver : public QObject
 public:
     explicit InputObserver(BrowserPage *page);
 
+    /// Whether all that was told until now has been passed on.
+    bool isSettled() const { return !m_isAsking; }
+
 Q_SIGNALS:
-    /// In the order of the events, but for chosen files, whose path the browser tells a moment later.
+    /// In the order of the events.
     void observed(Ostrel::Host::BrowserPage *page, const Ostrel::Host::InputEvent &event);
 
 private:
-    void observeFile(const InputEvent &event, int executionContext);
+    /// An event as it was told, and where.
+    struct Told
+    {
+        InputEvent input;
+        int executionContext;
+    };
+    using Completed = std::function<void(const InputEvent &input)>;
+    using Answer = std::function<void(const QJsonObject &answer)>;
+
+    void passOn();
+    void complete(const Told &told, const Completed &completed) const;
+    void askForPath(const Told &told, const Completed &completed) const;
+    void askForName(const Told &told, const Completed &completed) const;
+    void ask(const QString &method, const QJsonObject &parameters, const Answer &answered) const;
 
     BrowserPage *m_page;
+    std::deque<Told> m_told;
+    bool m_isAsking = false; ///< what the first one lacks; the others wait
 };
 
 } // namespace Ostrel::Host

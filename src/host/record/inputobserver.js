@@ -16,7 +16,8 @@
         lastWheel = -wheelPauseMs,
         pointer = "", // where the pointer was last
         isPressWanted = false, // whether the pointer went down and no press has followed yet
-        pressed = "", // what it went down on
+        pressed = null, // what it went down on
+        pressedAt = {}, // where in the window
         endHover = function () {}; // stops looking for an answer of the page to the last hover
 
     function placeOf(event) {
@@ -112,16 +113,23 @@
     listen("pointerdown", function (event) {
         isKeyDown = false;
         isPressWanted = event.button === 0 && event.pointerType === "mouse";
-        pressed = describe(targetOf(event));
+        pressed = targetOf(event);
+        pressedAt = { x: event.clientX, y: event.clientY };
     });
 
-    // There is no click either where the page has put something else below the pointer.
+    // A press of which no event of the page's own tells. What the page calls its element, the host asks there.
+    function tellPress(event) {
+        isPressWanted = false;
+        window.__pageprobeElement = pressed;
+        tell(event, { kind: "pointerup", target: describe(pressed), x: pressedAt.x, y: pressedAt.y });
+    }
+
+    // Where the page has put something else below the pointer there is no click either, or one of what holds both.
     listen("pointerup", function (event) {
         if (isPressWanted) {
             setTimeout(function () {
                 if (isPressWanted) {
-                    isPressWanted = false;
-                    tell(event, { target: pressed });
+                    tellPress(event);
                 }
             }, 0);
         }
@@ -129,8 +137,12 @@
 
     ["mousedown", "mouseup", "click", "dblclick", "contextmenu", "touchend", "dragstart"].forEach(function (type) {
         listen(type, function (event) {
-            var isPress = type === "click" && isPressWanted,
-                more = isPress ? scrolledBy(targetOf(event)) : {};
+            var isPress, more;
+            if (type === "click" && isPressWanted && targetOf(event) !== pressed) {
+                tellPress(event);
+            }
+            isPress = type === "click" && isPressWanted;
+            more = isPress ? scrolledBy(targetOf(event)) : {};
             more.button = event.button || 0;
             more.isPress = isPress;
             tell(event, more);

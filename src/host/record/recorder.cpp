@@ -120,6 +120,13 @@ FunctionCallResult<void> Recorder::start(const QString &address)
     return code.isEmpty() ? FunctionCallResult<void>() : Failure(describeNavigationError(opened, code));
 }
 
+bool Recorder::isSettled() const
+{
+    const bool allTold = std::all_of(m_observers.begin(), m_observers.end(),
+        [](const QPointer<InputObserver> &observer) { return !observer || observer->isSettled(); });
+    return allTold && m_happenings.empty() && m_texts.empty();
+}
+
 void Recorder::finish()
 {
     handleAll();
@@ -135,6 +142,7 @@ void Recorder::finish()
 void Recorder::watch(BrowserPage *page)
 {
     auto *observer = new InputObserver(page);
+    m_observers.append(observer);
     connect(observer, &InputObserver::observed, this, &Recorder::note);
     const QString tab = page->targetId();
     connect(page, &BrowserPage::documentGone, this, [this, tab] { noteDocumentGone(tab); });
@@ -319,6 +327,12 @@ Verdict Recorder::judge(const Happening &happening)
     } else if (input.kind == "click"_L1 || input.kind == "change"_L1) {
         m_keyDown.remove(tab);
     }
+    if (input.kind == "pointerup"_L1 && !input.object.isEmpty()) {
+        m_logger.notePress();
+        InputEvent press = input;
+        press.context = m_session->windows()->contextInSession(pageOf(tab), input.context);
+        return m_logger.notePointerPress(tab, press);
+    }
     if (input.kind == "input"_L1 || (input.kind == "change"_L1 && !input.isTold))
         return m_logger.noteChange(tab, input);
     for (const PlainVerdict &plain : plainVerdicts) {
@@ -385,7 +399,7 @@ void Recorder::forgetTextsWithoutInput()
 
 void Recorder::waitForMore()
 {
-    if (isSettled())
+    if (m_happenings.empty() && m_texts.empty())
         m_timer.stop();
     else if (!m_timer.isActive())
         m_timer.start(textLimitMs / 10);

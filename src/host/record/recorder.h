@@ -9,6 +9,7 @@
 
 #include <QDeadlineTimer>
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
 
 #include <deque>
@@ -35,7 +36,7 @@ public:
     const RecordedScript &script() const { return m_script; }
 
     /// Whether all that happened until now has been handled.
-    bool isSettled() const { return m_happenings.empty() && m_texts.empty(); }
+    bool isSettled() const;
 
 Q_SIGNALS:
     /// Lines were added or taken back.
@@ -84,6 +85,7 @@ private:
     BrowserPage *pageOf(const QString &tab) const;
 
     TestSession *m_session;
+    QList<QPointer<InputObserver>> m_observers; ///< they go with their pages
     RecordedScript m_script;
     RecordingLogger m_logger;
     std::deque<Happening> m_happenings;

@@ -182,11 +182,9 @@ bool RecordingLogger::compressedNonRecordingEventData(
     }
     if (isClickOfTheKeyboard(data) || isClickOfThePointer(data)) {
         // Handled right behind this text. Whoever takes the pointer's own event reacts to it.
-        constexpr int primaryButton = 1;
-        m_pointer = isClickOfThePointer(data)
-            ? ObjectList{wrapped(data.value(u"x"_s).toInt() + m_input.scrolledX),
-                wrapped(data.value(u"y"_s).toInt() + m_input.scrolledY), wrapped(primaryButton)}
-            : ObjectList();
+        m_pointer = isClickOfThePointer(data) ? pointerAt(data.value(u"x"_s).toInt() + m_input.scrolledX,
+                        data.value(u"y"_s).toInt() + m_input.scrolledY)
+                                              : ObjectList();
         EventLogger::logEvent(QString(m_text).replace("&event=click"_L1,
             m_pointer.isEmpty() ? "&event=mousedown"_L1 : "&event=mousedown&clickHandler"_L1));
         return true;
@@ -342,6 +340,22 @@ Verdict RecordingLogger::recordAnswer(
             m_script->append(line);
     }
     return {Verdict::Kind::Statement, answer.text};
+}
+
+ObjectList RecordingLogger::pointerAt(int x, int y)
+{
+    constexpr int primaryButton = 1;
+    return {wrapped(x), wrapped(y), wrapped(primaryButton)};
+}
+
+Verdict RecordingLogger::notePointerPress(const QString &tab, const InputEvent &input)
+{
+    m_statements.clear();
+    m_pointer = pointerAt(input.x, input.y);
+    logAsOurs(u"logevent%1&event=mousedown&clickHandler&object=%2&tabId=%3&context=%4"_s.arg(
+        QString::number(WebWrapper::now()), escapedMember(input.object), tab, escapedMember(input.context)));
+    m_pointer.clear();
+    return {Verdict::Kind::Statement, m_statements.join(u' ')};
 }
 
 Verdict RecordingLogger::noteEditing(

@@ -70,6 +70,9 @@ public:
     /// A field holds something else. Text fields tell so where no key has done it, other fields at any rate.
     Verdict noteChange(const QString &tab, const InputEvent &input);
 
+    /// A press that no event but the pointer's own has told.
+    Verdict notePointerPress(const QString &tab, const InputEvent &input);
+
     /// A key has edited a part of the page that is no field.
     Verdict noteEditing(
         const QString &tab, const QString &objectName, const QString &context, const InputEvent &input);
@@ -107,6 +110,7 @@ private:
     bool isKeyWithoutText(const QMap<QString, QString> &data) const;
     bool isClickOfTheKeyboard(const QMap<QString, QString> &data) const;
     bool isClickOfThePointer(const QMap<QString, QString> &data) const;
+    static ObjectList pointerAt(int x, int y);
     ObjectList withLines(const QString &objectName, const ObjectList &arguments) const;
     QString inScript(const QString &method, const QString &objectName) const;
     ObjectList withTrueFolder(ObjectList arguments);
