@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 
 #include <QFileInfo>
+#include <QTextStream>
 #include <QUrl>
 
 namespace Ostrel::App {
@@ -23,6 +24,10 @@ void addBrowserOptions(CLI::App &command, BrowserArguments &arguments)
     command.add_option("--timeout", arguments.timeout, "Limit of a single call into the page, in seconds")
         ->check(CLI::Range(0.001, longestTimeout))
         ->capture_default_str();
+    command
+        .add_option("--dialog-limit", arguments.dialogLimit,
+            "Dismiss a dialog that nobody answers after so many seconds (20; none while a user works)")
+        ->check(CLI::Range(0.001, longestTimeout));
 }
 
 void addPageOptions(CLI::App &command, std::string &address, BrowserArguments &arguments)
@@ -33,8 +38,13 @@ void addPageOptions(CLI::App &command, std::string &address, BrowserArguments &a
 
 QStringList argumentsFor(const BrowserArguments &arguments)
 {
-    constexpr int allDigits = 17;
-    QStringList list{u"--timeout"_s, QString::number(arguments.timeout, 'g', allDigits)};
+    const auto exactly = [](double seconds) {
+        constexpr int allDigits = 17;
+        return QString::number(seconds, 'g', allDigits);
+    };
+    QStringList list{u"--timeout"_s, exactly(arguments.timeout)};
+    if (arguments.dialogLimit)
+        list << u"--dialog-limit"_s << exactly(*arguments.dialogLimit);
     if (arguments.headed)
         list << u"--headed"_s;
     if (!arguments.browserPath.empty())
@@ -51,13 +61,29 @@ Host::SessionOptions sessionOptions(const BrowserArguments &arguments)
     session.browser.executable = QString::fromStdString(arguments.browserPath);
     session.browser.evaluationLimitMs = int(arguments.timeout * 1000);
     session.servedDirectory = QString::fromStdString(arguments.served);
+    // Whoever sees the dialog may think about it for as long as they like.
+    if (arguments.dialogLimit)
+        session.dialogLimitMs = qMax(1, int(*arguments.dialogLimit * 1000));
+    else if (arguments.hasUser && arguments.headed)
+        session.dialogLimitMs = 0;
     return session;
+}
+
+Host::ResultSink &sessionComplaints()
+{
+    class Complaints : public Host::ResultSink
+    {
+    public:
+        void logged(const QString &text) override { QTextStream(stderr) << text << Qt::endl; }
+    };
+    static Complaints complaints;
+    return complaints;
 }
 
 FunctionCallResult<std::unique_ptr<Host::TestSession>> openPage(
     const BrowserArguments &arguments, const std::string &address)
 {
-    auto session = Host::TestSession::start(sessionOptions(arguments));
+    auto session = Host::TestSession::start(sessionOptions(arguments), sessionComplaints());
     if (session.failed())
         return session;
     const FunctionCallResult<void> opened = session.value->open(addressFrom(address, *session.value));

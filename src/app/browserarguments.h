@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace CLI {
@@ -21,9 +22,12 @@ struct BrowserArguments
     std::string browserPath;
     std::string served;
     double timeout = Host::BrowserPage::defaultLimitMs / 1000.0; ///< seconds
+    std::optional<double> dialogLimit; ///< seconds; by default a matter of who answers
+    bool hasUser = false; ///< a person works in the browser, if its window is shown
 };
 
-/// Adds --headed, --browser-path, --serve and --timeout to a command. The arguments must live until it runs.
+/// Adds --headed, --browser-path, --serve, --timeout and --dialog-limit to a command. The arguments must live
+/// until it runs.
 void addBrowserOptions(CLI::App &command, BrowserArguments &arguments);
 
 /// The same, behind the address of the page that the command is about.
@@ -33,6 +37,10 @@ void addPageOptions(CLI::App &command, std::string &address, BrowserArguments &a
 QStringList argumentsFor(const BrowserArguments &arguments);
 
 Host::SessionOptions sessionOptions(const BrowserArguments &arguments);
+
+/// Says on standard error what a session logs by itself, such as that nobody has answered a dialog. For the
+/// commands that run no script.
+Host::ResultSink &sessionComplaints();
 
 /// Starts a browser and opens a page in it, one of the served folder if there is one; the error is what to
 /// tell the user.

@@ -19,8 +19,12 @@ namespace {
 struct PickOptions
 {
     std::string address;
+    std::string object;
+    std::string picture;
     BrowserArguments browser;
 };
+
+constexpr int highlightLimitMs = 10000;
 
 int pick(const PickOptions &options)
 {
@@ -46,11 +50,26 @@ int pick(const PickOptions &options)
         Qt::QueuedConnection);
     if (const FunctionCallResult<void> started = picker.start(); started.failed())
         return complain("pick", started.error);
-    QTextStream(stdout) << "Point at an element and press to pick it. Press Ctrl+C to end." << Qt::endl;
-    if (!Interruption::wasInterrupted())
+    if (options.object.empty()) {
+        QTextStream(stdout) << "Point at an element and press to pick it. Press Ctrl+C to end." << Qt::endl;
+    } else {
+        const FunctionCallResult<void> picked
+            = picker.pick(QString::fromStdString(options.object), highlightLimitMs);
+        if (picked.failed())
+            return complain("pick", picked.error, Failed);
+    }
+    if (name.isEmpty() && !Interruption::wasInterrupted())
         loop.exec();
     if (name.isEmpty())
         return complain("pick", u"nothing was picked."_s, Failed);
+    if (!options.picture.empty()) {
+        const QString fileName = QString::fromStdString(options.picture);
+        const FunctionCallResult<QImage> picture = picker.picture();
+        if (picture.failed())
+            return complain("pick", picture.error, Failed);
+        if (!picture.value.save(fileName))
+            return complain("pick", u"Cannot write the picture '%1'."_s.arg(fileName), Failed);
+    }
     const FunctionCallResult<PickedObject> object = picker.describe(name);
     if (object.failed())
         return complain("pick", object.error, Failed);
@@ -66,6 +85,11 @@ Command addPickCommand(CLI::App &commandLine)
         = commandLine.add_subcommand("pick", "Point at an element of a page and print what it is");
     auto options = std::make_shared<PickOptions>();
     addPageOptions(*command, options->address, options->browser);
+    command->add_option("--object", options->object,
+        "Let the browser's own pointer pick the object of this name, instead of a user");
+    command->add_option("--picture", options->picture,
+        "Write a picture of the window with the highlight to this file; the ending chooses the format");
+    options->browser.hasUser = true;
     return [options] { return pick(*options); };
 }
 

@@ -25,25 +25,26 @@ struct RecordOptions
 {
     std::string address;
     std::string output;
+    std::string names;
     double seconds = 0;
     bool explain = false;
     BrowserArguments browser;
 };
 
-/// Shows the lines of a recording as they come and keeps the file up to date.
+/// Shows the lines of a recording as they come and keeps the files up to date.
 class Progress
 {
 public:
-    Progress(const RecordedScript &script, QString fileName)
-        : m_script(script), m_fileName(std::move(fileName))
+    /// `names` is null for a recording without symbolic names.
+    Progress(const RecordedScript &script, QString fileName, const RecordedNames *names)
+        : m_script(script), m_fileName(std::move(fileName)), m_names(names)
     {
     }
 
-    /// Writes the file first, so that what has been shown is safe. False when it cannot be written.
+    /// Writes the files first, so that what has been shown is safe. False when it cannot be written.
     bool show()
     {
-        const FunctionCallResult<void> saved
-            = m_fileName.isEmpty() ? FunctionCallResult<void>() : m_script.save(m_fileName);
+        const FunctionCallResult<void> saved = save();
         const QStringList lines = m_script.lines();
         QTextStream out(stdout);
         for (qsizetype i = 0; i < lines.size(); ++i) {
@@ -59,8 +60,18 @@ public:
     }
 
 private:
+    FunctionCallResult<void> save() const
+    {
+        if (m_names) {
+            if (const FunctionCallResult<void> saved = m_names->save(); saved.failed())
+                return saved;
+        }
+        return m_fileName.isEmpty() ? FunctionCallResult<void>() : m_script.save(m_fileName);
+    }
+
     const RecordedScript &m_script;
     QString m_fileName;
+    const RecordedNames *m_names;
     QStringList m_shown;
 };
 
@@ -82,15 +93,19 @@ void waitForEnd(const TestSession &session, double seconds, QEventLoop &loop)
 
 int record(const RecordOptions &options)
 {
+    auto names = RecordedNames::extending(QString::fromStdString(options.names));
+    if (names.failed())
+        return complain("record", names.error);
+    RecordedNames *const wantedNames = options.names.empty() ? nullptr : &names.value;
     QEventLoop loop;
     // Watches from the start of the browser on, so that none is left behind.
     const Interruption interruption([] {}, [&loop] { loop.quit(); });
-    auto session = TestSession::start(sessionOptions(options.browser));
+    auto session = TestSession::start(sessionOptions(options.browser), sessionComplaints());
     if (session.failed())
         return complain("record", session.error);
 
-    Recorder recorder(session.value.get());
-    Progress progress(recorder.script(), QString::fromStdString(options.output));
+    Recorder recorder(session.value.get(), wantedNames);
+    Progress progress(recorder.script(), QString::fromStdString(options.output), wantedNames);
     QTimer pause;
     pause.setSingleShot(true);
     pause.setInterval(pauseMs);
@@ -124,6 +139,7 @@ Command addRecordCommand(CLI::App &commandLine)
     auto options = std::make_shared<RecordOptions>();
     command->add_option("url", options->address, "The first page's address, or a file")->required();
     command->add_option("-o,--output", options->output, "The script to write");
+    command->add_option("--names", options->names, "Use symbolic names, and add new ones to this names file");
     command
         ->add_option(
             "--for", options->seconds, "How long to record, in seconds; else until the browser closes")
@@ -131,6 +147,7 @@ Command addRecordCommand(CLI::App &commandLine)
     command->add_flag(
         "--explain", options->explain, "Tell what became of each event of the user, on standard error");
     addBrowserOptions(*command, options->browser);
+    options->browser.hasUser = true;
     return [options] { return record(*options); };
 }
 

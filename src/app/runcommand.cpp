@@ -37,6 +37,7 @@ struct RunOptions
     int jobs = 1;
     int retries = 0;
     std::string filter;
+    std::string names;
     double scriptTimeout = 0;
     double runTimeout = 0;
     std::string junit;
@@ -61,8 +62,8 @@ int terminalColumns()
 
 int work(const RunOptions &options)
 {
-    runWorker(
-        {QString::fromStdString(options.scripts.front()), sessionOptions(options.browser), options.keepOpen});
+    runWorker({QString::fromStdString(options.scripts.front()), sessionOptions(options.browser),
+        options.keepOpen, QString::fromStdString(options.names)});
     return Passed;
 }
 
@@ -72,6 +73,8 @@ WorkerCommand workerCommand(const RunOptions &options)
     QStringList arguments = QStringList{u"run"_s, u"--worker"_s} + argumentsFor(options.browser);
     if (options.keepOpen)
         arguments << u"--keep-open"_s;
+    if (!options.names.empty())
+        arguments << u"--names"_s << QString::fromStdString(options.names);
     // A script may have a name that begins like an option.
     return {QCoreApplication::applicationFilePath(), arguments << u"--"_s};
 }
@@ -170,6 +173,8 @@ Command addRunCommand(CLI::App &commandLine)
     command->add_flag("--keep-open", options->keepOpen, "Leave the browser open after the script");
     command->add_option("--filter", options->filter,
         "Run only scripts whose path matches: with wildcards, or behind 're:' a regular expression");
+    command->add_option("--names", options->names,
+        "The file of symbolic names for all scripts; else each takes the one beside it");
     command->add_option("--jobs", options->jobs, "How many scripts run side by side")
         ->check(CLI::Range(1, mostJobs))
         ->capture_default_str();

@@ -116,6 +116,7 @@ TEST(ShopReplay, LeavesTheShopAsTheUserDid)
     const int count = qEnvironmentVariable("PAGEPROBE_REPLAYS", u"2"_s).toInt();
     QString recording = kept(recordingFile(u"shop-visit.js"_s));
     recording.replace(u"127.0.0.1:PORT"_s, shop.host());
+    recording.replace(u"SOURCES"_s, sourceFolder);
 
     const Ended ended = Replays().run(
         withComparison(recording, shopState(), kept(recordingFile(u"shop-visit.state.json"_s))), count);

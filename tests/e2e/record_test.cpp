@@ -27,7 +27,10 @@ using ShopVisit = Recording;
 TEST_F(ShopVisit, IsTheScriptThatAPersonExpects)
 {
     const StaticServer shop(QStringLiteral(PAGEPROBE_SOURCE_DIR "/demo"));
+    const QString picture = QStringLiteral(PAGEPROBE_SOURCE_DIR "/demo/img/pellow-mug.svg");
     record(shop.url(u"index.html"_s));
+    // The file is chosen in no window of the browser.
+    ASSERT_FALSE(page()->call(u"Page.setInterceptFileChooserDialog"_s, {{u"enabled"_s, true}}).failed());
     TrustedUser user(page());
     const auto arrive = [&](const QString &file) {
         EXPECT_TRUE(waitUntil(
@@ -150,9 +153,18 @@ TEST_F(ShopVisit, IsTheScriptThatAPersonExpects)
     user.type(u"The blue"_s);
     user.key(u"Enter"_s);
     user.type(u"door"_s);
+    user.click(u"q('#picture')"_s);
+    ASSERT_FALSE(page()->setUploadFile(u"document.querySelector('#picture')"_s, picture).failed());
+    ASSERT_TRUE(settle());
+    user.click(u"q('#extras option:nth-child(2)')"_s);
+    user.click(u"q('#extras option:nth-child(4)')"_s, TrustedUser::control);
+    user.click(u"q('#greeting')"_s);
+    user.key(u"a"_s, TrustedUser::control);
+    user.type(u"Good day"_s);
     user.click(u"q('#check')"_s);
-    user.click(u"q('#terms')"_s);
     user.click(u"q('#place-order')"_s);
+    user.click(u"q('#terms')"_s);
+    user.click(u"q('#express')"_s);
     arrive(u"done.html"_s);
     user.click(u"q('main a.button')"_s);
     arrive(u"index.html"_s);
@@ -161,6 +173,7 @@ TEST_F(ShopVisit, IsTheScriptThatAPersonExpects)
 
     QString script = (static_cast<void>(statements()), recorder->script().text());
     script.replace(u"127.0.0.1:%1"_s.arg(shop.port()), u"127.0.0.1:PORT"_s);
+    script.replace(QStringLiteral(PAGEPROBE_SOURCE_DIR), u"SOURCES"_s);
     compareWithKept(recordingFile(u"shop-visit.js"_s), withoutHovers(script));
     compareWithKept(recordingFile(u"shop-visit.state.json"_s), stateOf(page(), shopState()));
     EXPECT_EQ(explanations.filter(u"the page has sent nothing"_s), QStringList());
@@ -357,6 +370,35 @@ TEST_F(Keyboard, IsToldByPagesThatReplaceTheClock)
         u"typeText(\"{visible='true' tagName='INPUT' type='text' id='f'}\", \"abcde\");"_s);
 }
 
+TEST_F(Keyboard, IsNotTheOnlyWayATextComes)
+{
+    serve(u"arrows-a.html"_s, R"(<body oncontextmenu='return false'>
+        <input id='n' type='number' value='1' style='width:100px;height:30px'><input id='f'><input id='g'>
+        <div id='e' contenteditable style='width:200px;height:40px'></div>)");
+    record(server.url(u"arrows-a.html"_s));
+    TrustedUser user(page());
+
+    user.hover(u"q('#n')"_s);
+    user.clickAt(u"q('#n')"_s, 0.93, 0.3);
+    user.rightClick(u"q('#f')"_s);
+    user.paste(u"ab"_s);
+    user.click(u"q('#g')"_s);
+    user.key(u"End"_s);
+    user.type(u"c"_s);
+    user.click(u"q('#e')"_s);
+    user.type(u"xy"_s);
+
+    const QString fieldG = u"{visible='true' tagName='INPUT' type='text' id='g'}"_s;
+    EXPECT_EQ(statements().mid(1),
+        (QStringList{u"setFocus(\"{visible='true' tagName='INPUT' type='number' id='n'}\");"_s,
+            u"typeText(\"{visible='true' tagName='INPUT' type='number' id='n'}\", \"2\");"_s,
+            u"setFocus(\"{visible='true' tagName='INPUT' type='text' id='f'}\");"_s,
+            u"typeText(\"{visible='true' tagName='INPUT' type='text' id='f'}\", \"ab\");"_s,
+            u"setFocus(\"%1\");"_s.arg(fieldG), u"typeText(\"%1\", \"c\");"_s.arg(fieldG),
+            u"mouseClick(\"{visible='true' tagName='DIV' id='e'}\", 100, 20);"_s,
+            u"typeText(\"{visible='true' tagName='DIV' id='e'}\", \"xy\");"_s}));
+}
+
 using Presses = Recording;
 
 TEST_F(Presses, ThatThePageTakesByThePointerAreOfTheTruePointer)
@@ -374,7 +416,32 @@ TEST_F(Presses, ThatThePageTakesByThePointerAreOfTheTruePointer)
             u"nativeMouseClick(\"{visible='true' tagName='BUTTON' type='button' id='b' simplifiedInnerText='Do'}\", 50, 20, 1);"_s});
 }
 
-TEST_F(Presses, WithoutAClickAreNamedInTheScript)
+TEST_F(Presses, WithoutAClickAreOfTheTruePointer)
+{
+    serve(
+        u"pointer-c.html"_s, R"(<div id='list' style='position:absolute;left:0;top:0;width:300px;height:300px;
+            background:silver;display:none' onclick='this.style.display="none"'></div>
+        <div style='height:60px'></div>
+        <div id='open' style='width:100px;height:40px'><span>Choose</span></div>
+        <script>
+            document.getElementById('open').addEventListener('pointerdown', function (event) {
+                event.preventDefault();
+                document.getElementById('list').style.display = 'block';
+            });
+        </script>)");
+    record(server.url(u"pointer-c.html"_s));
+    TrustedUser user(page());
+
+    user.clickAt(u"q('#open')"_s, 0.9, 0.75);
+    user.clickAt(u"q('#list')"_s, 0.5, 0.5);
+
+    EXPECT_EQ(statements(),
+        (QStringList{u"waitForContextExists(\"pointer-c.html\");"_s,
+            u"nativeMouseClick(\"{visible='true' tagName='DIV' id='open'}\", 90, 30, 1);"_s,
+            u"mouseClick(\"{visible='true' tagName='DIV' id='list'}\", 150, 150);"_s}));
+}
+
+TEST_F(Presses, OnWhatIsGoneAreNamedInTheScript)
 {
     serve(u"pointer-b.html"_s,
         "<button type='button' id='b' onpointerdown='event.preventDefault(); this.remove()'>Go</button>");
@@ -436,6 +503,61 @@ TEST_F(ObjectInfo, IsOpenedAndClosedWithoutAStatement)
             u"mouseClick(\"{visible='true' tagName='INPUT' type='checkbox' id='c' value='on'}\", 3);"_s});
 }
 
+using Dialogs = Recording;
+
+struct DialogRow
+{
+    const char *button;
+    DialogAnswer answer;
+    QString given; ///< what the page gets
+    QString statement;
+};
+
+TEST_F(Dialogs, GiveThePageTheAnswerThatTheScriptGives)
+{
+    const QList<DialogRow> rows{
+        {"alert", {true, {}}, u"undefined"_s, u"answerAlert();"_s},
+        {"alert", {false, {}}, u"undefined"_s, u"answerAlert();"_s},
+        {"confirm", {true, {}}, u"true"_s, u"answerConfirm(true);"_s},
+        {"confirm", {false, {}}, u"false"_s, u"answerConfirm(false);"_s},
+        {"prompt", {true, u"a&b \"c\""_s}, u"\"a&b \\\"c\\\"\""_s, u"answerPrompt(\"a&b \\\"c\\\"\");"_s},
+        {"prompt", {true, u""_s}, u"\"\""_s, u"answerPrompt(\"\");"_s},
+        {"prompt", {false, {}}, u"\"\""_s, u"answerPrompt(\"\");"_s},
+    };
+    serve(u"dialogs-a.html"_s, R"(<script>
+        function show(name) {
+            document.title = String(JSON.stringify(window[name]('Really?')));
+        }
+        for (const name of ['alert', 'confirm', 'prompt'])
+            document.write(`<button type='button' id='${name}' onclick='show(this.id)'>Ask</button>`);
+    </script>)");
+    record(server.url(u"dialogs-a.html"_s));
+    TrustedUser user(page());
+    QStringList given;
+    QStringList expectedGiven;
+    QStringList expected;
+
+    for (const DialogRow &row : rows) {
+        user.click(u"q('#%1')"_s.arg(QLatin1String(row.button)));
+        ASSERT_TRUE(waitFor([this] { return page()->openDialog().has_value(); })) << row.button;
+        page()->answerDialog(row.answer);
+        ASSERT_TRUE(settle());
+        given.append(page()->evaluateJavaScript(u"document.title"_s, 0).result);
+        expectedGiven.append(row.given);
+        expected.append(row.statement);
+    }
+
+    EXPECT_EQ(given, expectedGiven);
+    const QStringList lines = statements();
+    EXPECT_EQ(lines.filter(u"answer"_s), expected);
+    EXPECT_EQ(lines.mid(lines.size() - 3),
+        (QStringList{u"// the prompt was cancelled, which gives an empty text while recording"_s,
+            u"answerPrompt(\"\");"_s,
+            u"clickButton(\"{visible='true' tagName='BUTTON' type='button' id='prompt' simplifiedInnerText='Ask'}\");"_s}));
+    EXPECT_EQ(explanations.filter(u"answer to"_s).at(3),
+        u"answer to a confirm: 'Really?'  statement: answerConfirm(false);"_s);
+}
+
 using Unexpressed = Recording;
 
 TEST_F(Unexpressed, InputIsNamedInTheScript)
@@ -464,7 +586,9 @@ TEST_F(Unexpressed, InputIsNamedInTheScript)
     EXPECT_TRUE(remarks.contains(u"// not recorded: the key 'F2' on P#k"_s));
 }
 
-TEST_F(Unexpressed, FolderOfAFileIsNamedInTheScript)
+using Files = Recording;
+
+TEST_F(Files, AreFoundAgain)
 {
     serve(u"file-a.html"_s, "<input type='file' id='f'>");
     serve(u"card.png"_s, "picture");
@@ -477,8 +601,8 @@ TEST_F(Unexpressed, FolderOfAFileIsNamedInTheScript)
         page()->setUploadFile(u"document.querySelector('#f')"_s, folder.filePath(u"card.png"_s)).failed());
 
     EXPECT_EQ(statements().mid(1),
-        (QStringList{u"// the browser hides the folder of the file"_s,
-            u"setText(\"{visible='true' tagName='INPUT' type='file' id='f'}\", \"card.png\");"_s}));
+        QStringList{u"setText(\"{visible='true' tagName='INPUT' type='file' id='f'}\", \"%1\");"_s.arg(
+            folder.filePath(u"card.png"_s))});
 }
 
 using Forgery = Recording;

@@ -211,4 +211,10 @@ void TrustedUser::key(const QString &name, int modifiers)
     waitUntilDone();
 }
 
+void TrustedUser::paste(const QString &text)
+{
+    send(u"Input.insertText"_s, {{u"text"_s, text}});
+    waitUntilDone();
+}
+
 } // namespace Ostrel::Test

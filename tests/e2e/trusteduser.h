@@ -30,6 +30,9 @@ public:
     /// A key by its name: "Tab", "Enter", "Backspace", "ArrowDown", "a".
     void key(const QString &name, int modifiers = 0);
 
+    /// Text that comes without a key, such as from the browser's own menu.
+    void paste(const QString &text);
+
     /// How many things the user has done.
     int actions() const { return m_actions; }
 

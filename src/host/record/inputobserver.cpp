@@ -2,7 +2,9 @@
 
 #include "host/browser/browserpage.h"
 #include "host/channel/bindingcarrier.h"
+#include "wrappers/web/webutilities.h"
 
+#include <QJsonArray>
 #include <QJsonDocument>
 
 namespace Ostrel::Host {
@@ -20,15 +22,33 @@ InputEvent readInput(const QString &json, int observer)
     const auto text = [&](QLatin1StringView name) { return record.value(name).toString(); };
     const auto truth = [&](QLatin1StringView name) { return record.value(name).toBool(); };
     return {text("kind"_L1), record.value("time"_L1).toDouble(), text("target"_L1), text("key"_L1),
-        text("value"_L1), truth("isText"_L1), truth("changed"_L1), truth("isTold"_L1), truth("isCheck"_L1),
-        truth("isTaken"_L1), record.value("button"_L1).toInt(), truth("isPress"_L1),
-        qRound(record.value("scrolledX"_L1).toDouble()), qRound(record.value("scrolledY"_L1).toDouble()),
-        truth("isByPage"_L1), observer};
+        text("value"_L1), text("field"_L1), truth("isText"_L1), truth("changed"_L1), truth("isTold"_L1),
+        truth("isCheck"_L1), truth("isTaken"_L1), truth("isEditable"_L1), record.value("button"_L1).toInt(),
+        truth("isPress"_L1), qRound(record.value("scrolledX"_L1).toDouble()),
+        qRound(record.value("scrolledY"_L1).toDouble()), truth("isByPage"_L1), {}, {},
+        qRound(record.value("x"_L1).toDouble()), qRound(record.value("y"_L1).toDouble()),
+        record.value("files"_L1).toInt(), observer};
+}
+
+/// Of an element: what a press on it is a press on, and where that is. Nothing of an element that is gone.
+const QString namingFunction = uR"(function () {
+    var win = this.ownerDocument.defaultView, meant, corner;
+    if (!this.isConnected) {
+        return [];
+    }
+    meant = win.top.__ostrel__eventObject(this);
+    corner = meant.getBoundingClientRect();
+    return [win.top.__ostrel__nameOf(meant), win.top.__ostrel__contextOf(win), corner.left, corner.top];
+})"_s;
+
+QString objectIdIn(const QJsonObject &answer, QLatin1StringView member)
+{
+    return answer.value(member).toObject().value("objectId"_L1).toString();
 }
 
 } // namespace
 
-InputObserver::InputObserver(BrowserPage *page) : QObject(page)
+InputObserver::InputObserver(BrowserPage *page) : QObject(page), m_page(page)
 {
     Connection *connection = page->connection();
     connection->listen(
@@ -37,7 +57,8 @@ InputObserver::InputObserver(BrowserPage *page) : QObject(page)
                 return;
             const int observer = event.value("executionContextId"_L1).toInt();
             for (const QString &record : event.value("payload"_L1).toString().split(QChar::Null))
-                Q_EMIT observed(page, readInput(record, observer));
+                m_told.push_back(readInput(record, observer));
+            passOn();
         });
     // The binding exists in the observer's world only, so that no script of the page can call it.
     connection->send(page->sessionId(), u"Runtime.enable"_s);
@@ -52,6 +73,81 @@ void InputObserver::flush(BrowserPage *page, int observer, std::function<void()>
     page->connection()->send(page->sessionId(), u"Runtime.evaluate"_s,
         {{u"expression"_s, u"__pageprobeFlush()"_s}, {u"contextId"_s, observer}},
         [done = std::move(done)](const CommandResult &) { done(); });
+}
+
+void InputObserver::passOn()
+{
+    while (!m_isAsking && !m_told.empty()) {
+        const InputEvent first = m_told.front();
+        m_told.pop_front();
+        m_isAsking = true;
+        complete(first, [this](const InputEvent &input) {
+            m_isAsking = false;
+            Q_EMIT observed(m_page, input);
+            passOn();
+        });
+    }
+}
+
+/// Adds what the observer in the page does not get to know.
+void InputObserver::complete(const InputEvent &told, const Completed &completed) const
+{
+    if (told.files > 0)
+        askForPath(told, completed);
+    else if (told.kind == "pointerup"_L1)
+        askForName(told, completed);
+    else
+        completed(told);
+}
+
+void InputObserver::askForPath(const InputEvent &told, const Completed &completed) const
+{
+    const auto take = [told, completed](const QJsonObject &file) {
+        InputEvent input = told;
+        input.value = file.value("path"_L1).toString();
+        completed(input);
+    };
+    const auto askForFile = [this, take](const QJsonObject &file) {
+        ask(u"DOM.getFileInfo"_s, {{u"objectId"_s, objectIdIn(file, "result"_L1)}}, take);
+    };
+    ask(u"Runtime.evaluate"_s, {{u"expression"_s, u"__pageprobeFile"_s}, {u"contextId"_s, told.observer}},
+        askForFile);
+}
+
+/// The element is handed from the observer's world to that of the page, whose page script names it.
+void InputObserver::askForName(const InputEvent &told, const Completed &completed) const
+{
+    const auto take = [told, completed](const QJsonObject &named) {
+        const QJsonArray answer = named.value("result"_L1).toObject().value("value"_L1).toArray();
+        InputEvent input = told;
+        input.object = WebWrapper::unescape(answer.at(0).toString());
+        input.context = answer.at(1).toString();
+        input.x -= qRound(answer.at(2).toDouble());
+        input.y -= qRound(answer.at(3).toDouble());
+        completed(input);
+    };
+    const auto askInPage = [this, take](const QJsonObject &node) {
+        ask(u"Runtime.callFunctionOn"_s,
+            {{u"objectId"_s, objectIdIn(node, "object"_L1)}, {u"returnByValue"_s, true},
+                {u"functionDeclaration"_s, namingFunction}},
+            take);
+    };
+    const auto bringIntoPage = [this, askInPage](const QJsonObject &described) {
+        const QJsonValue node = described.value("node"_L1).toObject().value("backendNodeId"_L1);
+        ask(u"DOM.resolveNode"_s, {{u"backendNodeId"_s, node}}, askInPage);
+    };
+    const auto describe = [this, bringIntoPage](const QJsonObject &element) {
+        ask(u"DOM.describeNode"_s, {{u"objectId"_s, objectIdIn(element, "result"_L1)}}, bringIntoPage);
+    };
+    ask(u"Runtime.evaluate"_s, {{u"expression"_s, u"__pageprobeElement"_s}, {u"contextId"_s, told.observer}},
+        describe);
+}
+
+/// The answer of a command that fails is empty.
+void InputObserver::ask(const QString &method, const QJsonObject &parameters, const Answer &answered) const
+{
+    m_page->connection()->send(m_page->sessionId(), method, parameters,
+        [answered](const CommandResult &result) { answered(result.value); });
 }
 
 } // namespace Ostrel::Host

@@ -3,20 +3,25 @@
 (function () {
     "use strict";
 
-    const textTypes = ["text", "email", "number", "url", "tel", "password", "search"];
-    const toldBySelf = ["select-one", "select-multiple", "file"];
-    const values = new WeakMap(); // what text fields held before the key that is down
-    const entered = new WeakMap(); // what they held when the user last put something in, by whatever means
-    const synthetic = ["mousedown", "click"]; // what pages like to dispatch as if a user had done it
-    const wheelPauseMs = 500;
-    const longestName = 30;
-    const kept = burst(globalThis.__pageprobeInput);
-    globalThis.__pageprobeFlush = kept.flush;
-    let lastWheel = -wheelPauseMs;
-    let pointer = ""; // where the pointer was last
-    let isPressWanted = false; // whether the pointer went down and no press has followed yet
-    let pressed = ""; // what it went down on
-    let endHover = function () {}; // stops looking for an answer of the page to the last hover
+    var textTypes = ["text", "email", "number", "url", "tel", "password", "search"],
+        toldBySelf = ["select-one", "select-multiple", "file"],
+        synthetic = ["mousedown", "click"], // what pages like to dispatch as if a user had done it
+        wheelPauseMs = 500,
+        longestName = 30,
+        kept = burst(window.__pageprobeInput), // on its way to the host
+        values = new WeakMap(), // what holds text held before the key that is down
+        marks = new WeakMap(), // the mark of each holder of text that the user had to do with
+        markCount = 0,
+        documentMark = Math.random(), // keeps the marks of frames apart
+        isKeyDown = false, // what a field gets while a key is down, its release tells
+        lastWheel = -wheelPauseMs,
+        pointer = "", // where the pointer was last
+        isPressWanted = false, // whether the pointer went down and no press has followed yet
+        pressed = null, // what it went down on
+        pressedAt = {}, // where in the window
+        endHover = function () {}; // stops looking for an answer of the page to the last hover
+
+    window.__pageprobeFlush = kept.flush;
 
     function placeOf(event) {
         return event.screenX + " " + event.screenY;
@@ -28,33 +33,54 @@
 
     function isTextField(element) {
         return element.tagName === "TEXTAREA" ||
-            (element.tagName === "INPUT" && textTypes.includes(element.type));
+            (element.tagName === "INPUT" && textTypes.indexOf(element.type) >= 0);
+    }
+
+    // The text of a field or of an editable part of the page; null of anything else.
+    function textOf(element) {
+        if (isTextField(element)) {
+            return element.value;
+        }
+        return element.isContentEditable === true ? element.innerText : null;
+    }
+
+    // Tells which holder of text an event is about, as the page's text of one of its events tells the name.
+    function markOf(element) {
+        if (textOf(element) === null) {
+            return "";
+        }
+        if (!marks.has(element)) {
+            markCount += 1;
+            marks.set(element, documentMark + "/" + markCount);
+        }
+        return marks.get(element);
     }
 
     // Whether the browser itself does something with the key, of which a click or a change tells.
     function takesKey(element, key) {
-        return ["INPUT", "SELECT", "OPTION"].includes(element.tagName) ||
-            (key === " " && ["BUTTON", "SUMMARY"].includes(element.tagName));
+        return ["INPUT", "SELECT", "OPTION"].indexOf(element.tagName) >= 0 ||
+            (key === " " && ["BUTTON", "SUMMARY"].indexOf(element.tagName) >= 0);
     }
 
     // How a person would point at the element in a remark.
     function describe(element) {
+        var text, name;
         if (!element || !element.tagName) {
             return "the page";
         }
         if (element.id) {
             return element.tagName + "#" + element.id;
         }
-        const text = (element.textContent || "").trim().replace(/\s+/g, " ");
-        const name = element.getAttribute("name") || element.getAttribute("aria-label") ||
+        text = (element.textContent || "").trim().replace(/\s+/g, " ");
+        name = element.getAttribute("name") || element.getAttribute("aria-label") ||
             (text.length <= longestName ? text : "");
         return name ? element.tagName + " '" + name + "'" : element.tagName;
     }
 
     // How far what holds the element is scrolled, the page itself left out. Page texts do not count with that.
     function scrolledBy(element) {
-        const by = { scrolledX: 0, scrolledY: 0 };
-        for (let node = element; node; node = node.parentNode || node.host) {
+        var by = { scrolledX: 0, scrolledY: 0 }, node;
+        for (node = element; node; node = node.parentNode || node.host) {
             if (node.scrollTop !== undefined && node !== document.scrollingElement) {
                 by.scrolledX += node === element ? 0 : node.scrollLeft;
                 by.scrolledY += node === element ? 0 : node.scrollTop;
@@ -64,14 +90,18 @@
     }
 
     function tell(event, more) {
-        const element = targetOf(event);
-        const isText = isTextField(element);
-        kept.add(JSON.stringify(Object.assign({
-            kind: event.type,
-            time: performance.timeOrigin + event.timeStamp,
-            target: describe(element),
-            isText: isText,
-        }, more)), isText && event.type.startsWith("key") && event.key.length === 1);
+        var element = targetOf(event),
+            told = {
+                kind: event.type,
+                time: performance.timeOrigin + event.timeStamp,
+                target: describe(element),
+                isText: isTextField(element),
+                field: markOf(element)
+            };
+        Object.keys(more || {}).forEach(function (name) {
+            told[name] = more[name];
+        });
+        kept.add(JSON.stringify(told), told.isText && event.type.indexOf("key") === 0 && event.key.length === 1);
     }
 
     function listen(type, listener) {
@@ -85,82 +115,105 @@
 
     // Pages can take the pointer's own event, after which no press follows but a click.
     listen("pointerdown", function (event) {
+        isKeyDown = false;
         isPressWanted = event.button === 0 && event.pointerType === "mouse";
-        pressed = describe(targetOf(event));
+        pressed = targetOf(event);
+        pressedAt = { x: event.clientX, y: event.clientY };
     });
 
-    // There is no click either where the page has put something else below the pointer.
+    // A press of which no event of the page's own tells. What the page calls its element, the host asks there.
+    function tellPress(event) {
+        isPressWanted = false;
+        window.__pageprobeElement = pressed;
+        tell(event, { kind: "pointerup", target: describe(pressed), x: pressedAt.x, y: pressedAt.y });
+    }
+
+    // Where the page has put something else below the pointer there is no click either, or one of what holds both.
     listen("pointerup", function (event) {
         if (isPressWanted) {
             setTimeout(function () {
                 if (isPressWanted) {
-                    isPressWanted = false;
-                    tell(event, { target: pressed });
+                    tellPress(event);
                 }
             }, 0);
         }
     });
 
-    for (const type of ["mousedown", "mouseup", "click", "dblclick", "contextmenu", "touchend", "dragstart"]) {
+    ["mousedown", "mouseup", "click", "dblclick", "contextmenu", "touchend", "dragstart"].forEach(function (type) {
         listen(type, function (event) {
-            const isPress = type === "click" && isPressWanted;
-            tell(event, Object.assign({ button: event.button || 0, isPress: isPress },
-                isPress ? scrolledBy(targetOf(event)) : {}));
+            var isPress, more;
+            if (type === "click" && isPressWanted && targetOf(event) !== pressed) {
+                tellPress(event);
+            }
+            isPress = type === "click" && isPressWanted;
+            more = isPress ? scrolledBy(targetOf(event)) : {};
+            more.button = event.button || 0;
+            more.isPress = isPress;
+            tell(event, more);
             isPressWanted = false;
         });
-    }
+    });
 
     // Texts are sent of these, too.
-    for (const type of synthetic) {
+    synthetic.forEach(function (type) {
         window.addEventListener(type, function (event) {
             if (!event.isTrusted) {
                 tell(event, { isByPage: true });
             }
         }, { capture: true, passive: true });
-    }
-
-    listen("input", function (event) {
-        const element = targetOf(event);
-        if (isTextField(element)) {
-            entered.set(element, element.value);
-        }
     });
 
     listen("focusin", function (event) {
-        const element = targetOf(event);
-        if (isTextField(element)) {
-            values.set(element, element.value);
+        var element = targetOf(event);
+        if (textOf(element) !== null) {
+            values.set(element, textOf(element));
+        }
+    });
+
+    // A text comes by other ways than keys: the menu of the browser, the arrows of a number, a text that is dropped.
+    listen("input", function (event) {
+        var element = targetOf(event);
+        if (textOf(element) !== null && !isKeyDown) {
+            tell(event, { isText: true, value: textOf(element) });
+            values.set(element, textOf(element));
         }
     });
 
     listen("keydown", function (event) {
-        const element = targetOf(event);
+        var element = targetOf(event);
+        isKeyDown = true;
         tell(event, { key: event.key, value: isTextField(element) ? element.value : "" });
     });
 
     listen("keyup", function (event) {
-        const element = targetOf(event);
-        const changed = isTextField(element) && values.get(element) !== element.value;
-        if (isTextField(element)) {
-            values.set(element, element.value);
+        var element = targetOf(event),
+            text = textOf(element),
+            isEditable = text !== null && !isTextField(element);
+        isKeyDown = false;
+        tell(event, {
+            key: event.key,
+            value: isEditable ? text : "",
+            changed: text !== null && values.get(element) !== text,
+            isTaken: takesKey(element, event.key),
+            isEditable: isEditable
+        });
+        if (text !== null) {
+            values.set(element, text);
         }
-        tell(event, { key: event.key, changed: changed, isTaken: takesKey(element, event.key) });
     });
 
     listen("change", function (event) {
-        const element = targetOf(event);
-        const told = toldBySelf.includes(element.type);
-        tell(event, {
-            isTold: told,
-            isCheck: element.type === "checkbox" || element.type === "radio",
-            // A value that the page has put in is none of the user's.
-            changed: isTextField(element) && values.get(element) !== element.value &&
-                entered.get(element) === element.value,
-            value: String(element.value),
-        });
-        if (isTextField(element)) {
-            values.set(element, element.value);
+        var element = targetOf(event);
+        if (element.type === "file") {
+            // The path, which a page does not get to know, the host asks the browser for.
+            window.__pageprobeFile = element.files[0];
         }
+        tell(event, {
+            files: element.type === "file" ? element.files.length : 0,
+            isTold: toldBySelf.indexOf(element.type) >= 0,
+            isCheck: element.type === "checkbox" || element.type === "radio",
+            value: String(element.value)
+        });
     });
 
     listen("wheel", function (event) {
@@ -178,17 +231,18 @@
     // A hover counts when the page answers it: when it changes while it hears of the pointer, before it hears of
     // anything else.
     listen("mouseover", function (event) {
+        var target = describe(targetOf(event)), answered = false, changes, timer;
         // Over a frame the pointer's next event is the frame's. A pointer that stays where it was hovers over what
         // the page has moved under it, which is nothing that the user does.
         if (event.buttons !== 0 || targetOf(event).tagName === "IFRAME" || placeOf(event) === pointer) {
             return;
         }
-        const target = describe(targetOf(event));
-        let answered = false;
-        const changes = new MutationObserver(function () {
+        changes = new MutationObserver(function () {
             answered = true;
         });
-        const timer = setTimeout(() => endHover(), 0);
+        timer = setTimeout(function () {
+            endHover();
+        }, 0);
         changes.observe(document, { subtree: true, childList: true, attributes: true, characterData: true });
         endHover = function () {
             endHover = function () {};

@@ -6,7 +6,9 @@
 #include "wrappers/web/objectfactory.h"
 #include "wrappers/web/webobject.h"
 
+#include <QEventLoop>
 #include <QJsonObject>
+#include <QTimer>
 
 namespace Ostrel::Host {
 
@@ -100,6 +102,51 @@ void Picker::highlight(const ScreenRectangle &rectangle, const QString &name)
         Q_EMIT highlighted(place, name);
         return;
     }
+}
+
+FunctionCallResult<void> Picker::pick(const QString &name, int limitMs)
+{
+    const FunctionCallResult<SharedPtr<Object>> found = m_session->lookup()->find(name);
+    if (found.failed())
+        return Failure(found.error);
+    const WebWrapper::HTML_Object *element = WebWrapper::retrieveObject(found.value);
+    if (!element)
+        return Failure(u"'%1' is no element of a page."_s.arg(name));
+    const FunctionCallResult<QRect> place = WebWrapper::getScreenRect(element, true);
+    if (place.failed())
+        return Failure(place.error);
+    if (!place.value.isValid())
+        return Failure(u"'%1' cannot be seen."_s.arg(name));
+
+    const QPoint middle = place.value.center();
+    Point<1> position;
+    position.x = middle.x();
+    position.y = middle.y();
+    NativeInterface *devices = Hook::hook->nativeInterface();
+    QEventLoop untilHighlighted;
+    bool isHighlighted = false;
+    connect(this, &Picker::highlighted, &untilHighlighted, [&] {
+        isHighlighted = true;
+        untilHighlighted.quit();
+    });
+    QTimer::singleShot(limitMs, &untilHighlighted, &QEventLoop::quit);
+    if (const FunctionCallResult<void> moved = devices->movePointer(position); moved.failed())
+        return moved;
+    if (!isHighlighted)
+        untilHighlighted.exec();
+    if (!isHighlighted)
+        return Failure(u"The page has not answered the pointer on '%1'."_s.arg(name));
+    return devices->pointerClick(MouseButton::Left, position);
+}
+
+FunctionCallResult<QImage> Picker::picture() const
+{
+    if (!m_highlighted)
+        return Failure(u"No page shows a highlight."_s);
+    const CommandResult shot = m_highlighted->call(u"Page.captureScreenshot"_s);
+    if (shot.failed())
+        return Failure(u"Error taking a picture of the highlight: %1"_s.arg(shot.error));
+    return QImage::fromData(QByteArray::fromBase64(shot.value.value("data"_L1).toString().toLatin1()), "PNG");
 }
 
 FunctionCallResult<PickedObject> Picker::describe(const QString &name) const

@@ -6,7 +6,9 @@
 #include "host/script/testsession.h"
 #include "ostrelhook/functioncallresult.h"
 
+#include <QImage>
 #include <QObject>
+#include <QPointer>
 #include <QRect>
 #include <QString>
 
@@ -43,6 +45,13 @@ public:
     /// Switches picking on; the page switches it off behind a pick.
     FunctionCallResult<void> start();
 
+    /// Picks an object as a user would: the pointer goes there, rests until the highlight is drawn, and
+    /// presses. An error where that comes to nothing within the limit.
+    FunctionCallResult<void> pick(const QString &name, int limitMs);
+
+    /// The visible part of the page that shows the highlight, as the user sees it.
+    FunctionCallResult<QImage> picture() const;
+
     /// Reads what is known of a picked object.
     FunctionCallResult<PickedObject> describe(const QString &name) const;
 
@@ -56,7 +65,7 @@ private:
     TestSession *m_session;
     RecordedScript m_script; ///< stays empty: nothing is recorded
     RecordingLogger m_logger{&m_script};
-    BrowserPage *m_highlighted = nullptr; ///< the page that shows a highlight
+    QPointer<BrowserPage> m_highlighted; ///< the page that shows a highlight
 };
 
 } // namespace Ostrel::Host

@@ -12,8 +12,7 @@ using namespace Qt::StringLiterals;
 
 void RecordedScript::insertBeforeLast(const ScriptLine &line)
 {
-    // The first statement starts the browser; nothing can stand in front of it.
-    for (std::size_t i = m_lines.size(); i > 1; --i) {
+    for (std::size_t i = m_lines.size(); i > 0; --i) {
         if (m_lines[i - 1].origin == LineOrigin::Remark)
             continue;
         m_lines.insert(m_lines.begin() + std::ptrdiff_t(i - 1), line);

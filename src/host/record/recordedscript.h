@@ -29,7 +29,7 @@ class RecordedScript
 public:
     void append(const ScriptLine &line) { m_lines.push_back(line); }
 
-    /// Puts a line in front of the last statement; at the end when there is none but the start.
+    /// Puts a line in front of the last statement; at the end when there is none.
     void insertBeforeLast(const ScriptLine &line);
 
     /// Takes back the presses on an object that stand at the end, `most` at the most.

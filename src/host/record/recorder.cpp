@@ -94,8 +94,8 @@ constexpr PlainVerdict plainVerdicts[] = {
 
 } // namespace
 
-Recorder::Recorder(TestSession *session)
-    : m_session(session), m_logger(&m_script, session->serverAddress().value)
+Recorder::Recorder(TestSession *session, RecordedNames *names)
+    : m_session(session), m_logger(&m_script, session->serverAddress().value, names)
 {
     static const bool once = (initWebEvents(), true);
     Q_UNUSED(once)
@@ -131,6 +131,13 @@ FunctionCallResult<void> Recorder::start(const QString &address)
     return code.isEmpty() ? FunctionCallResult<void>() : Failure(describeNavigationError(opened, code));
 }
 
+bool Recorder::isSettled() const
+{
+    const bool allTold = std::all_of(m_observers.begin(), m_observers.end(),
+        [](const QPointer<InputObserver> &observer) { return !observer || observer->isSettled(); });
+    return allTold && m_happenings.empty() && m_texts.empty();
+}
+
 void Recorder::finish()
 {
     if (m_typedIn)
@@ -154,6 +161,7 @@ void Recorder::finish()
 void Recorder::watch(BrowserPage *page)
 {
     auto *observer = new InputObserver(page);
+    m_observers.append(observer);
     connect(observer, &InputObserver::observed, this, &Recorder::note);
     const QString tab = page->targetId();
     connect(page, &BrowserPage::documentGone, this, [this, tab] { noteDocumentGone(tab); });
@@ -287,35 +295,38 @@ void Recorder::noteClosed(BrowserPage *page)
         [](const QDeadlineTimer &limit) { return !limit.hasExpired(); });
     const QString context = m_contexts.value(tab, contextFile(page->address()));
     noteNews(tab, [=, this] {
-        if (byPage)
-            Q_EMIT explained(
-                u"closing of %1  merged: a page closes it behind what the user did"_s.arg(context));
-        else
-            m_logger.recordClosing(context);
+        const Verdict verdict = byPage
+            ? Verdict{Verdict::Kind::Merged, u"a page closes it behind what the user did"_s}
+            : m_logger.recordClosing(context);
+        Q_EMIT explained(u"closing of %1  %2"_s.arg(context, verdict.text()));
     });
 }
 
 void Recorder::noteDialogClosed(const Dialog &dialog, const QJsonObject &event)
 {
-    const bool accepted = event.value("result"_L1).toBool();
+    const Verdict verdict
+        = judgeAnswer(dialog.kind, event.value("result"_L1).toBool(), event.value("userInput"_L1).toString());
+    Q_EMIT explained(u"answer to %1  %2"_s.arg(describeDialog(dialog), verdict.text()));
+}
+
+Verdict Recorder::judgeAnswer(DialogKind kind, bool accepted, const QString &typed)
+{
     const Inspector *values = Inspector::self();
-    switch (dialog.kind) {
+    switch (kind) {
     case DialogKind::Alert:
-        m_logger.recordAnswer(u"answerAlert"_s, {});
-        return;
+        return m_logger.recordAnswer(u"answerAlert"_s, {});
     case DialogKind::Confirm:
-        m_logger.recordAnswer(u"answerConfirm"_s, {values->createPrimitive(accepted)});
-        return;
-    case DialogKind::Prompt: {
-        const QString typed = event.value("userInput"_L1).toString();
-        m_logger.recordAnswer(
-            u"answerPrompt"_s, accepted ? ObjectList{values->createPrimitive(typed)} : ObjectList());
-        return;
-    }
+        return m_logger.recordAnswer(u"answerConfirm"_s, {values->createPrimitive(accepted)});
+    case DialogKind::Prompt:
+        // While recording, a page gets an empty text of a prompt that is cancelled. What it does about that,
+        // replay repeats with the same answer only.
+        return m_logger.recordAnswer(u"answerPrompt"_s,
+            {values->createPrimitive(accepted ? typed : QString())},
+            accepted ? QString() : u"the prompt was cancelled, which gives an empty text while recording"_s);
     case DialogKind::BeforeUnload:
         if (!accepted)
-            m_script.remark(u"not recorded: the user stayed on a page that asks before it is left"_s);
-        return;
+            return remark(u"not recorded: the user stayed on a page that asks before it is left"_s);
+        return {Verdict::Kind::LeftOut, u"replay leaves pages that ask, too"_s};
     }
     Q_UNREACHABLE();
 }
@@ -393,7 +404,13 @@ Verdict Recorder::judge(const Happening &happening)
     } else if (input.kind == "click"_L1 || input.kind == "change"_L1) {
         m_keyDown.remove(tab);
     }
-    if (input.kind == "change"_L1 && !input.isTold)
+    if (input.kind == "pointerup"_L1 && !input.object.isEmpty()) {
+        m_logger.notePress();
+        InputEvent press = input;
+        press.context = m_session->windows()->contextInSession(pageOf(tab), input.context);
+        return m_logger.notePointerPress(tab, press);
+    }
+    if (input.kind == "input"_L1 || (input.kind == "change"_L1 && !input.isTold))
         return m_logger.noteChange(tab, input);
     for (const PlainVerdict &plain : plainVerdicts) {
         if (input.kind != plain.kind)
@@ -415,6 +432,11 @@ Verdict Recorder::judge(const Happening &happening)
         && m_logger.isReturnPending(tab)) {
         m_keyDown.remove(tab);
         return m_logger.noteReturnElsewhere(tab);
+    }
+    if (input.isEditable && input.kind == "keyup"_L1) {
+        m_keyDown.remove(tab);
+        return m_logger.noteEditing(tab, WebWrapper::unescape(rawMember(told, "object"_L1)),
+            WebWrapper::unescape(rawMember(told, "context"_L1)), input);
     }
     const Verdict verdict = m_logger.handle(told, input);
     // A key that no field took and that caused no click was meant for a handler of the page.
@@ -454,7 +476,7 @@ void Recorder::forgetTextsWithoutInput()
 
 void Recorder::waitForMore()
 {
-    if (isSettled())
+    if (m_happenings.empty() && m_texts.empty())
         m_timer.stop();
     else if (!m_timer.isActive())
         m_timer.start(textLimitMs / 10);

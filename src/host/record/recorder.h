@@ -9,6 +9,7 @@
 
 #include <QDeadlineTimer>
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
 
 #include <deque>
@@ -23,7 +24,8 @@ class Recorder : public QObject
     Q_OBJECT
 
 public:
-    explicit Recorder(TestSession *session);
+    /// With `names`, which stay the caller's, the script has symbolic names.
+    explicit Recorder(TestSession *session, RecordedNames *names = nullptr);
     ~Recorder() override;
 
     /// Opens the address, as the first statement of the script does. Does not wait until the page has loaded.
@@ -35,7 +37,7 @@ public:
     const RecordedScript &script() const { return m_script; }
 
     /// Whether all that happened until now has been handled.
-    bool isSettled() const { return m_happenings.empty() && m_texts.empty(); }
+    bool isSettled() const;
 
 Q_SIGNALS:
     /// Lines were added or taken back.
@@ -71,6 +73,7 @@ private:
     void startLimitsAgain(const QString &tab);
     void noteNews(const QString &tab, std::function<void()> act);
     void noteDialogClosed(const Dialog &dialog, const QJsonObject &event);
+    Verdict judgeAnswer(DialogKind kind, bool accepted, const QString &typed);
     void noteDocumentGone(const QString &tab);
     void noteClosed(BrowserPage *page);
 
@@ -86,6 +89,7 @@ private:
     BrowserPage *pageOf(const QString &tab) const;
 
     TestSession *m_session;
+    QList<QPointer<InputObserver>> m_observers; ///< they go with their pages
     RecordedScript m_script;
     RecordingLogger m_logger;
     std::deque<Happening> m_happenings;

@@ -1,7 +1,9 @@
 #include "host/record/recordinglogger.h"
 
 #include "host/record/statementtext.h"
+#include "host/script/vocabulary.h"
 #include "ostrelhook/inspector.h"
+#include "ostrelhook/objectname.h"
 #include "wrappers/web/webutilities.h"
 
 #include <QScopedValueRollback>
@@ -33,15 +35,16 @@ bool isReturn(const QMap<QString, QString> &data)
     return data.value(u"keyCode"_s) == QString::number(returnKey);
 }
 
-/// A browser shows a page the name of a chosen file in a folder that does not exist.
-ObjectList withoutHiddenFolder(ObjectList arguments)
+/// Whether a name may be that of an element that a remark would call `target`, "DIV#greeting" or "DIV".
+bool isNameOf(const QString &objectName, const QString &target)
 {
-    const auto folder = "C:\\fakepath\\"_L1;
-    for (SharedPtr<Object> &argument : arguments) {
-        if (argument->isPrimitive() && argument->toQString().startsWith(folder))
-            argument = Inspector::self()->createPrimitive(argument->toQString().mid(folder.size()));
-    }
-    return arguments;
+    const ObjectName name(objectName);
+    const QString tag = target.section(u'#', 0, 0).section(u' ', 0, 0);
+    const QString id = target.section(u'#', 1);
+    if (!name.isMultiProperty())
+        return objectName.section(u'.', -1).startsWith(tag);
+    return name.property(u"tagName"_s).stringValue() == tag
+        && (id.isEmpty() || name.property(u"id"_s).stringValue() == id);
 }
 
 SharedPtr<Object> wrapped(int number)
@@ -179,11 +182,9 @@ bool RecordingLogger::compressedNonRecordingEventData(
     }
     if (isClickOfTheKeyboard(data) || isClickOfThePointer(data)) {
         // Handled right behind this text. Whoever takes the pointer's own event reacts to it.
-        constexpr int primaryButton = 1;
-        m_pointer = isClickOfThePointer(data)
-            ? ObjectList{wrapped(data.value(u"x"_s).toInt() + m_input.scrolledX),
-                wrapped(data.value(u"y"_s).toInt() + m_input.scrolledY), wrapped(primaryButton)}
-            : ObjectList();
+        m_pointer = isClickOfThePointer(data) ? pointerAt(data.value(u"x"_s).toInt() + m_input.scrolledX,
+                        data.value(u"y"_s).toInt() + m_input.scrolledY)
+                                              : ObjectList();
         EventLogger::logEvent(QString(m_text).replace("&event=click"_L1,
             m_pointer.isEmpty() ? "&event=mousedown"_L1 : "&event=mousedown&clickHandler"_L1));
         return true;
@@ -200,10 +201,39 @@ ObjectList RecordingLogger::withLines(const QString &objectName, const ObjectLis
     return isOfField ? ObjectList{Inspector::self()->createPrimitive(value)} : arguments;
 }
 
+/// How a statement names its object.
+QString RecordingLogger::inScript(const QString &method, const QString &objectName) const
+{
+    const Statement *statement = findStatement(method);
+    const bool isObject = statement && statement->subject == Subject::ObjectName;
+    return m_names && isObject ? m_names->nameFor(objectName) : objectName;
+}
+
+/// A browser shows a page the name of a chosen file in a folder that does not exist.
+ObjectList RecordingLogger::withTrueFolder(ObjectList arguments)
+{
+    const auto noFolder = "C:\\fakepath\\"_L1;
+    for (SharedPtr<Object> &argument : arguments) {
+        const QString text = argument->isPrimitive() ? argument->toQString() : QString();
+        if (!text.startsWith(noFolder))
+            continue;
+        const bool isKnown = m_input.files > 0 && !m_input.value.isEmpty();
+        argument = Inspector::self()->createPrimitive(isKnown ? m_input.value : text.mid(noFolder.size()));
+        if (!isKnown)
+            m_script->remark(u"the browser hides the folder of the file"_s);
+        if (m_input.files > 1)
+            m_script->remark(u"not recorded: %1 files more in the same field"_s.arg(m_input.files - 1));
+    }
+    return arguments;
+}
+
 void RecordingLogger::rememberField(const QString &objectName, const QMap<QString, QString> &data)
 {
-    m_fields.insert(data.value(u"tabId"_s),
-        {objectName, data.value(u"type"_s), data.value(u"context"_s), data.value(u"value"_s)});
+    const QString tab = data.value(u"tabId"_s);
+    const Field field{objectName, data.value(u"type"_s), data.value(u"context"_s), data.value(u"value"_s)};
+    m_fields.insert(tab, field);
+    if (!m_ours && !m_input.field.isEmpty())
+        m_marked[tab].insert(m_input.field, field);
     if (data.value(u"value"_s).contains(u'\n'))
         m_linesOf.insert(objectName, data.value(u"value"_s));
     else
@@ -248,6 +278,7 @@ void RecordingLogger::notePageGone(const QString &tab)
 {
     const Field field = m_fields.take(tab);
     const InputEvent key = m_keys.take(tab);
+    m_marked.remove(tab);
     if (field.object.isEmpty() || !key.isText)
         return;
     if (key.value != field.value)
@@ -272,32 +303,75 @@ void RecordingLogger::logAsOurs(const QString &text)
 
 Verdict RecordingLogger::noteChange(const QString &tab, const InputEvent &input)
 {
-    const Field field = m_fields.value(tab);
     if (input.isCheck)
         return {Verdict::Kind::Merged, u"the press on the box has told it"_s};
-    if (!input.isText) {
+    if (input.isText && input.kind == "change"_L1)
+        return {Verdict::Kind::Merged, u"the text is told as it comes"_s};
+    const Field field = m_marked.value(tab).value(input.field);
+    if (field.object.isEmpty()) {
         m_script->remark(u"not recorded: %1 was set to '%2'"_s.arg(input.target, input.value));
-        return {Verdict::Kind::Remarked, u"no statement sets a field of this type"_s};
+        return {Verdict::Kind::Remarked,
+            input.isText ? u"the page has not told the name of the field"_s
+                         : u"no statement sets a field of this type"_s};
     }
-    if (!input.changed || field.object.isEmpty())
-        return {Verdict::Kind::Merged, u"the keys have told the text"_s};
     logKey(field, tab, anyOtherKey, input.value);
     return {Verdict::Kind::Merged, u"a text that no key has told is typed"_s};
 }
 
-void RecordingLogger::recordClosing(const QString &context)
+Verdict RecordingLogger::recordClosing(const QString &context)
 {
+    m_statements.clear();
     logAsOurs(u"logevent%1&event=unload&object=%2&context=%3"_s.arg(
         QString::number(WebWrapper::now()), escapedMember(u"[Window]"_s), escapedMember(context)));
+    return {Verdict::Kind::Statement, m_statements.join(u' ')};
 }
 
-void RecordingLogger::recordAnswer(const QString &method, const ObjectList &arguments)
+Verdict RecordingLogger::recordAnswer(
+    const QString &method, const ObjectList &arguments, const QString &remark)
 {
-    const ScriptLine line{statementText(method, {}, arguments), {}, LineOrigin::Other};
-    if (m_statementSinceInput)
-        m_script->insertBeforeLast(line);
-    else
-        m_script->append(line);
+    const ScriptLine answer{statementText(method, {}, arguments), {}, LineOrigin::Other};
+    std::vector<ScriptLine> lines{answer};
+    if (!remark.isEmpty())
+        lines.insert(lines.begin(), {remarkText(remark), {}, LineOrigin::Remark});
+    for (const ScriptLine &line : lines) {
+        if (m_statementSinceInput)
+            m_script->insertBeforeLast(line);
+        else
+            m_script->append(line);
+    }
+    return {Verdict::Kind::Statement, answer.text};
+}
+
+ObjectList RecordingLogger::pointerAt(int x, int y)
+{
+    constexpr int primaryButton = 1;
+    return {wrapped(x), wrapped(y), wrapped(primaryButton)};
+}
+
+Verdict RecordingLogger::notePointerPress(const QString &tab, const InputEvent &input)
+{
+    m_statements.clear();
+    m_pointer = pointerAt(input.x, input.y);
+    logAsOurs(u"logevent%1&event=mousedown&clickHandler&object=%2&tabId=%3&context=%4"_s.arg(
+        QString::number(WebWrapper::now()), escapedMember(input.object), tab, escapedMember(input.context)));
+    m_pointer.clear();
+    return {Verdict::Kind::Statement, m_statements.join(u' ')};
+}
+
+Verdict RecordingLogger::noteEditing(
+    const QString &tab, const QString &objectName, const QString &context, const InputEvent &input)
+{
+    if (!input.changed)
+        return {Verdict::Kind::LeftOut, u"the key has changed no text"_s};
+    // The page may name what holds the editable part and reacts to clicks.
+    if (!isNameOf(objectName, input.target)) {
+        m_script->remark(u"not recorded: keys that edit %1"_s.arg(input.target));
+        return {Verdict::Kind::Remarked, u"the page names another element"_s};
+    }
+    const Field part{objectName, u"textarea"_s, context, input.value};
+    m_marked[tab].insert(input.field, part);
+    logKey(part, tab, anyOtherKey, input.value);
+    return {Verdict::Kind::Merged, u"typed text is one statement, at its end"_s};
 }
 
 void RecordingLogger::recordMethodCall(
@@ -310,16 +384,15 @@ void RecordingLogger::recordMethodCall(
     const ObjectList arguments = isOfPointer ? m_pointer
         : method == "typeText"_L1            ? withLines(objectName, given)
                                              : given;
-    const QString line = statementText(method, objectName, withoutHiddenFolder(arguments), m_servedAt);
-    if (line != statementText(method, objectName, arguments, m_servedAt))
-        m_script->remark(u"the browser hides the folder of the file"_s);
+    const QString line
+        = statementText(method, inScript(method, objectName), withTrueFolder(arguments), m_servedAt);
     // Typed text and contexts come on the way to the statement of an event.
     const bool isOfEvent = timestamp && method != "typeText"_L1;
     const bool isPress = m_event == "mousedown"_L1 && isOfEvent;
     m_script->append({line, objectName, isPress ? LineOrigin::Press : LineOrigin::Other});
     m_last = EventData::methodCall(method, objectName, arguments);
     m_statements.append(line);
-    m_statementSinceInput = m_statementSinceInput || isOfEvent;
+    m_statementSinceInput = m_statementSinceInput || isOfEvent || method == "startBrowser"_L1;
     if (isPress)
         m_pressed = objectName;
     if (m_event == "click"_L1 && method == "clickButton"_L1 && m_byKeyboard)

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "host/record/inputobserver.h"
+#include "host/record/recordednames.h"
 #include "host/record/recordedscript.h"
 #include "wrappers/web/eventlogger.h"
 
@@ -35,9 +36,11 @@ QString escapedMember(const QString &text);
 class RecordingLogger : public WebWrapper::EventLogger
 {
 public:
-    /// The script stays the caller's. `servedAt` is where the session serves a folder; empty for none.
-    explicit RecordingLogger(RecordedScript *script, const QString &servedAt = {})
-        : m_script(script), m_servedAt(servedAt)
+    /// The script stays the caller's. `servedAt` is where the session serves a folder; empty for none. With
+    /// `names`, which stay the caller's too, statements have symbolic names.
+    explicit RecordingLogger(
+        RecordedScript *script, const QString &servedAt = {}, RecordedNames *names = nullptr)
+        : m_script(script), m_servedAt(servedAt), m_names(names)
     {
     }
 
@@ -58,13 +61,21 @@ public:
     void notePageGone(const QString &tab);
 
     /// A tab has closed.
-    void recordClosing(const QString &context);
+    Verdict recordClosing(const QString &context);
 
-    /// A dialog has ended. The answer stands in front of the statement that opened it.
-    void recordAnswer(const QString &method, const ObjectList &arguments);
+    /// A dialog has ended. The answer stands in front of the statement that opened it, behind the remark on
+    /// it, if there is one.
+    Verdict recordAnswer(const QString &method, const ObjectList &arguments, const QString &remark = {});
 
-    /// A field has changed in another way than by keys, such as by its arrows.
+    /// A field holds something else. Text fields tell so where no key has done it, other fields at any rate.
     Verdict noteChange(const QString &tab, const InputEvent &input);
+
+    /// A press that no event but the pointer's own has told.
+    Verdict notePointerPress(const QString &tab, const InputEvent &input);
+
+    /// A key has edited a part of the page that is no field.
+    Verdict noteEditing(
+        const QString &tab, const QString &objectName, const QString &context, const InputEvent &input);
 
     void recordMethodCall(const QString &objectName, const char *methodName, const ObjectList &given,
         const QTime *timestamp) override;
@@ -99,7 +110,10 @@ private:
     bool isKeyWithoutText(const QMap<QString, QString> &data) const;
     bool isClickOfTheKeyboard(const QMap<QString, QString> &data) const;
     bool isClickOfThePointer(const QMap<QString, QString> &data) const;
+    static ObjectList pointerAt(int x, int y);
     ObjectList withLines(const QString &objectName, const ObjectList &arguments) const;
+    QString inScript(const QString &method, const QString &objectName) const;
+    ObjectList withTrueFolder(ObjectList arguments);
 
     void rememberField(const QString &objectName, const QMap<QString, QString> &data);
     void logKey(const Field &field, const QString &tab, int keyCode, const QString &value);
@@ -107,6 +121,7 @@ private:
 
     RecordedScript *m_script;
     QString m_servedAt;
+    RecordedNames *m_names;
     EventData m_last;
     QString m_text; ///< that is being handled
     InputEvent m_input;
@@ -114,12 +129,13 @@ private:
     bool m_ours = false; ///< the text comes from the host
     bool m_byKeyboard = false;
     bool m_submitByKey = false; ///< a Return has pressed a button, which is recorded
-    bool m_statementSinceInput = false;
+    bool m_statementSinceInput = false; ///< the start of the browser counts, too: its page may ask at once
     QString m_pressed; ///< the object of the last press that is recorded
     QStringList m_statements; ///< of the text that is being handled
     std::optional<Verdict> m_ruled;
     ObjectList m_pointer; ///< where the pointer pressed, for a page that takes the pointer's own event
     QHash<QString, Field> m_fields; ///< by tab
+    QHash<QString, QHash<QString, Field>> m_marked; ///< the fields of each tab whose names are known, by mark
     QHash<QString, QString> m_linesOf; ///< the text of each field that has several lines
     QHash<QString, InputEvent> m_keys; ///< the key of each tab that is down
 };

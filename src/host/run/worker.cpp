@@ -6,6 +6,7 @@
 #include "host/script/lookup.h"
 #include "host/script/scriptengine.h"
 #include "ostrelhook/inspector.h"
+#include "ostrelhook/objectname.h"
 
 #include <QBuffer>
 #include <QEventLoop>
@@ -112,7 +113,9 @@ void waitForEnd(TestSession &session)
 
 ScriptEnd runScript(const WorkerTask &task, ResultSink &results, Session &session)
 {
-    if (const FunctionCallResult<void> names = loadNamesBeside(task.script); names.failed())
+    const FunctionCallResult<void> names
+        = task.namesFile.isEmpty() ? loadNamesBeside(task.script) : ObjectMap::self()->load(task.namesFile);
+    if (names.failed())
         return {Outcome::Unusable, names.error, {}, {}};
     // Watches from the start of the browser on: a run that is interrupted then ends as soon as it can clean
     // up.

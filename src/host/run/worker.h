@@ -12,6 +12,7 @@ struct WorkerTask
     QString script;
     SessionOptions session;
     bool keepOpen = false; ///< the browser stays until the user closes it or the worker is interrupted
+    QString namesFile; ///< of the symbolic names; empty for the one beside the script
 };
 
 /// Runs the script in a browser of its own. The framework knows one session a process, so that scripts that

@@ -41,25 +41,42 @@ DialogAnswer answerFrom(DialogKind kind, const SharedPtr<Object> &value)
 class DialogAnswers::Policy : public DialogPolicy
 {
 public:
-    Policy(DialogAnswers *answers, BrowserPage *page) : m_answers(answers), m_page(page) { }
+    Policy(DialogAnswers *answers, BrowserPage *page) : m_answers(answers), m_page(page)
+    {
+        m_limit.setSingleShot(true);
+        QObject::connect(&m_limit, &QTimer::timeout, [this] { dismiss(); });
+    }
 
     std::optional<DialogAnswer> opened(const Dialog &dialog) override
     {
         if (dialog.kind == DialogKind::BeforeUnload)
             return DialogAnswer{true, {}};
+        m_limit.stop();
         if (!m_answers)
             return std::nullopt;
         const BrowserPage::Refusal refusal(
             *m_page, u"The page waits for the answer to %1"_s.arg(describeDialog(dialog)));
         const std::optional<DialogAnswer> answer = m_answers->answerTo(dialog);
-        if (!answer)
-            m_answers->dismissLater(m_page, dialog);
+        if (!answer && m_answers->m_dismissalMs > 0)
+            m_limit.start(m_answers->m_dismissalMs);
         return answer;
     }
 
 private:
+    void dismiss()
+    {
+        const std::optional<Dialog> dialog = m_page->openDialog();
+        if (!dialog)
+            return;
+        if (m_answers)
+            m_answers->m_log(u"Nobody answered %1 within %2 s; it was dismissed."_s.arg(
+                describeDialog(*dialog), QString::number(m_limit.interval() / 1000.0)));
+        m_page->answerDialog({false, {}});
+    }
+
     QPointer<DialogAnswers> m_answers;
     BrowserPage *m_page;
+    QTimer m_limit; ///< of the dialog that opened last
 };
 
 DialogAnswers::DialogAnswers(LogFunction log) : m_log(std::move(log))
@@ -148,27 +165,6 @@ std::optional<DialogAnswer> DialogAnswers::answerByHandler(
         return DialogAnswer{false, {}};
     }
     return answerFrom(dialog.kind, value.value);
-}
-
-void DialogAnswers::dismissLater(BrowserPage *page, const Dialog &dialog)
-{
-    // While a user is at work, the dialogs are the user's.
-    if (Inspector::self()->isRecording() || Inspector::self()->isPicking())
-        return;
-    const QPointer<BrowserPage> opener(page);
-    const QString text = describeDialog(dialog);
-    // Ends with the dialog: whoever closes it first.
-    auto *timer = new QTimer(this);
-    timer->setSingleShot(true);
-    connect(timer, &QTimer::timeout, this, [this, opener, text, timer] {
-        timer->deleteLater();
-        if (!opener || !opener->openDialog() || describeDialog(*opener->openDialog()) != text)
-            return;
-        m_log(u"Nobody answered %1 within %2 s; it was dismissed."_s.arg(
-            text, QString::number(m_dismissalMs / 1000.0)));
-        opener->answerDialog({false, {}});
-    });
-    timer->start(m_dismissalMs);
 }
 
 } // namespace Ostrel::Host

@@ -40,6 +40,7 @@ public:
     /// The same for pages that ask the host by their channel.
     void attend(PageChannel &channel);
 
+    /// 0 leaves dialogs open for as long as nobody answers them.
     void setDismissalLimit(int limitMs) { m_dismissalMs = limitMs; }
 
 private:
@@ -47,7 +48,6 @@ private:
 
     std::optional<DialogAnswer> answerTo(const Dialog &dialog);
     std::optional<DialogAnswer> answerByHandler(const Dialog &dialog, const ScriptFunction &handler);
-    void dismissLater(BrowserPage *page, const Dialog &dialog);
 
     struct PreparedAnswer
     {

@@ -93,6 +93,7 @@ TestSession::TestSession(const SessionOptions &options, ResultSink &results)
         if (!Inspector::self()->isRecording() && !Inspector::self()->isPicking())
             m_lookupNotes.logEvent(text);
     });
+    m_dialogs.setDismissalLimit(options.dialogLimitMs);
     m_dialogs.attend(m_channel);
     registerFunctions();
 }

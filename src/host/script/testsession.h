@@ -39,6 +39,8 @@ struct SessionOptions
     BrowserOptions browser;
     /// A folder that is served on the loopback address while the session lasts; empty for none.
     QString servedDirectory;
+    /// How long a dialog may stay open that nobody answers and no statement waits for; 0 for ever.
+    int dialogLimitMs = DialogAnswers::dismissalMs;
 };
 
 /// The address that a user means by a text: "http://" stands in front where no scheme does.

@@ -80,9 +80,15 @@ clickButton("{visible='true' tagName='INPUT' name='method' type='radio' form='ch
 setFocus("{visible='true' tagName='TEXTAREA' name='note' id='note'}");
 typeText("{visible='true' tagName='TEXTAREA' name='note' id='note'}", "The blue");
 typeText("{visible='true' tagName='TEXTAREA' name='note' id='note'}", "The blue\ndoor");
+setText("{visible='true' tagName='INPUT' name='picture' type='file' id='picture' form='checkout'}", "SOURCES/demo/img/pellow-mug.svg");
+selectOption("{visible='true' tagName='SELECT' name='extras' type='select-multiple' id='extras' form='checkout'}", "Flower seeds,");
+selectOption("{visible='true' tagName='SELECT' name='extras' type='select-multiple' id='extras' form='checkout'}", "Flower seeds,A short poem,");
+mouseClick("{visible='true' tagName='DIV' id='greeting'}", 174, 56);
+typeText("{visible='true' tagName='DIV' id='greeting'}", "Good day");
 clickButton("{visible='true' tagName='BUTTON' type='button' id='check' simplifiedInnerText='Check my entries'}");
-clickButton("{visible='true' tagName='INPUT' name='terms' type='checkbox' id='terms' form='checkout' value='yes'}");
 clickButton("{visible='true' tagName='INPUT' name='go' type='submit' id='place-order' form='checkout' value='Place order'}");
+clickButton("{visible='true' tagName='INPUT' name='terms' type='checkbox' id='terms' form='checkout' value='yes'}");
+clickButton("{visible='true' tagName='INPUT' type='image' id='express'}");
 waitForContextExists("done.html");
 mouseClick("{visible='true' tagName='A' simplifiedInnerText='Back to the shop'}");
 waitForContextExists("index.html");

@@ -95,16 +95,14 @@ TEST(RecordedScript, PutsAnswersInFrontOfTheStatementThatNeedsThem)
 {
     RecordedScript script;
     const ScriptLine answer{u"answer"_s, {}, LineOrigin::Other};
-    script.append({u"start"_s, {}, LineOrigin::Other});
 
     script.insertBeforeLast(answer);
-    EXPECT_EQ(script.lines(), (QStringList{u"start"_s, u"answer"_s}));
+    EXPECT_EQ(script.lines(), QStringList{u"answer"_s});
 
     script.append(press(u"a"_s));
     script.remark(u"wheel"_s);
     script.insertBeforeLast(answer);
-    EXPECT_EQ(
-        script.lines(), (QStringList{u"start"_s, u"answer"_s, u"answer"_s, u"press a"_s, u"// wheel"_s}));
+    EXPECT_EQ(script.lines(), (QStringList{u"answer"_s, u"answer"_s, u"press a"_s, u"// wheel"_s}));
 }
 
 TEST(RecordedScript, SaysTheSameRemarkOnce)
@@ -278,16 +276,37 @@ TEST_F(Logger, TellsNothingOfAPageThatGoesWithoutAKey)
 
 TEST_F(Logger, TypesATextThatNoKeyHasTold)
 {
-    handle(u"keyup"_s, field + u"&value=1&keyCode=49"_s, key(u"1"_s, {}, true));
-    InputEvent change = inputEvent(u"change"_s, u"INPUT#f"_s);
-    change.isText = true;
-    change.changed = true;
-    change.value = u"2"_s;
+    InputEvent press = inputEvent(u"mousedown"_s, u"INPUT#f"_s);
+    press.isText = true;
+    press.field = u"first"_s;
+    handle(u"mousedown"_s, field + u"&value=1"_s, press);
+    press.field = u"second"_s;
+    handle(u"mousedown"_s, u"object=g&type=text&readonly=false&value="_s, press);
+    InputEvent input = inputEvent(u"input"_s, u"INPUT#f"_s);
+    input.isText = true;
+    input.field = u"first"_s;
+    input.value = u"2"_s;
 
-    EXPECT_EQ(logger.noteChange(u"t"_s, change).text(), u"merged: a text that no key has told is typed"_s);
+    EXPECT_EQ(logger.noteChange(u"t"_s, input).text(), u"merged: a text that no key has told is typed"_s);
+    input.kind = u"change"_s;
+    EXPECT_EQ(logger.noteChange(u"t"_s, input).text(), u"merged: the text is told as it comes"_s);
     logger.flushRecordedTextInput();
 
-    EXPECT_EQ(script.lines(), QStringList{u"typeText(\"f\", \"2\");"_s});
+    EXPECT_EQ(script.lines(),
+        (QStringList{u"setFocus(\"f\");"_s, u"setFocus(\"g\");"_s, u"typeText(\"f\", \"2\");"_s}));
+}
+
+TEST_F(Logger, NamesAFieldOfWhichThePageHasToldNothing)
+{
+    InputEvent input = inputEvent(u"input"_s, u"INPUT#f"_s);
+    input.isText = true;
+    input.field = u"filled"_s;
+    input.value = u"2"_s;
+
+    EXPECT_EQ(
+        logger.noteChange(u"t"_s, input).text(), u"remark: the page has not told the name of the field"_s);
+
+    EXPECT_EQ(script.lines(), QStringList{u"// not recorded: INPUT#f was set to '2'"_s});
 }
 
 TEST_F(Logger, NamesAFieldThatNoStatementSets)
