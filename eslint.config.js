@@ -59,16 +59,6 @@ module.exports = [
         rules: { "no-unused-vars": "off" },
     },
     {
-        // Expressions that the host evaluates in pages beside the page script.
-        files: ["src/host/script/pagequeries/*.js"],
-        languageOptions: {
-            ecmaVersion: 5,
-            sourceType: "script",
-            globals: { ...browser, __ostrel: "readonly", ...payload },
-        },
-        rules: { ...rules, "no-unused-vars": ["error", { caughtErrors: "none" }] },
-    },
-    {
         files: ["scripts/*.js", "bench/*.js", "eslint.config.js"],
         languageOptions: {
             ecmaVersion: 2022,
@@ -110,8 +100,7 @@ module.exports = [
         languageOptions: {
             ecmaVersion: 2022,
             sourceType: "script",
-            globals: named(["window", "document", "getSelection", "MutationObserver", "setTimeout", "clearTimeout"],
-                "readonly"),
+            globals: named(["document", "getSelection"], "readonly"),
         },
         rules: { ...rules, "no-unused-vars": "error" },
     },

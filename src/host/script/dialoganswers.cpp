@@ -2,6 +2,7 @@
 
 #include "host/browser/browserpage.h"
 #include "host/channel/pagechannel.h"
+#include "host/inseconds.h"
 #include "ostrelhook/inspector.h"
 
 #include <QPointer>
@@ -69,8 +70,8 @@ private:
         if (!dialog)
             return;
         if (m_answers)
-            m_answers->m_log(u"Nobody answered %1 within %2 s; it was dismissed."_s.arg(
-                describeDialog(*dialog), QString::number(m_limit.interval() / 1000.0)));
+            m_answers->m_log(u"Nobody answered %1 within %2; it was dismissed."_s.arg(
+                describeDialog(*dialog), inSeconds(m_limit.interval())));
         m_page->answerDialog({false, {}});
     }
 
