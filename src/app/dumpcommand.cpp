@@ -6,6 +6,7 @@
 #include "host/run/interruption.h"
 #include "host/script/lookup.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
 #include <QTextStream>
@@ -53,18 +54,31 @@ QStringList wantedProperties(const DumpCommandOptions &options)
     return names;
 }
 
+/// Writes into an open file; flushing tells of a disk that is full, by its name.
+bool writeAll(QFileDevice &file, const QByteArray &text)
+{
+    return file.write(text) == text.size() && file.flush();
+}
+
 FunctionCallResult<void> write(const QByteArray &text, const QString &fileName)
 {
-    if (fileName.isEmpty()) {
-        if (std::fwrite(text.constData(), 1, std::size_t(text.size()), stdout) != std::size_t(text.size())
-            || std::fflush(stdout) != 0)
-            return Failure(u"Cannot write the dump to standard output."_s);
-        return {};
+    const auto failure = [&fileName](const QFileDevice &file) {
+        return fileName.isEmpty()
+            ? Failure(u"Cannot write the dump to standard output: %1."_s.arg(file.errorString()))
+            : Failure(u"Cannot write the dump '%1': %2."_s.arg(fileName, file.errorString()));
+    };
+    // What is no file on a disk, as a terminal or a pipe, is written to and never replaced.
+    const QFileInfo target(fileName);
+    if (fileName.isEmpty() || (target.exists() && !target.isFile())) {
+        QFile file(fileName);
+        const bool opened
+            = fileName.isEmpty() ? file.open(stdout, QIODevice::WriteOnly) : file.open(QIODevice::WriteOnly);
+        return opened && writeAll(file, text) ? FunctionCallResult<void>() : failure(file);
     }
     // A file that was there before stays when the new one cannot be written.
     QSaveFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit())
-        return Failure(u"Cannot write the dump '%1': %2."_s.arg(fileName, file.errorString()));
+    if (!file.open(QIODevice::WriteOnly) || !writeAll(file, text) || !file.commit())
+        return failure(file);
     return {};
 }
 

@@ -347,6 +347,78 @@ TEST_F(DumpTest, BoundsInAFrameFitThePictureOfThePage)
     }
 }
 
+/// A page in which reading an element's id does something first.
+QByteArray pageThat(const QByteArray &action)
+{
+    return "<!DOCTYPE html><body><p id=first>one</p><p id=second>two</p><script>"
+           "Object.defineProperty(document.getElementById('first'), 'title', { get() { "
+        + action + " return 'titled'; } });</script>";
+}
+
+TEST_F(DumpTest, APageThatChangesMeanwhileIsDumpedAsItWasAtItsBeginning)
+{
+    begin();
+    open(pageThat("document.getElementById('second')?.remove();"));
+
+    const PageDump taken = dump();
+
+    ASSERT_TRUE(taken.root);
+    EXPECT_EQ(property(*elementWithId(*taken.root, u"first"_s), u"title"_s), u"titled"_s);
+    const UIElement *removed = elementWithId(*taken.root, u"second"_s);
+    ASSERT_TRUE(removed);
+    EXPECT_EQ(property(*removed, u"innerText"_s), u"two"_s);
+}
+
+TEST_F(DumpTest, APageWhoseElementsThrowIsDumpedWithoutTheirValues)
+{
+    begin();
+    open(pageThat("throw new Error('not for you');"));
+
+    const PageDump taken = dump();
+
+    ASSERT_TRUE(taken.root);
+    EXPECT_EQ(property(*elementWithId(*taken.root, u"first"_s), u"title"_s), QString());
+    EXPECT_EQ(property(*elementWithId(*taken.root, u"second"_s), u"innerText"_s), u"two"_s);
+}
+
+TEST_F(DumpTest, APageThatHangsIsAnErrorAfterTheLimit)
+{
+    SessionOptions options;
+    options.browser.evaluationLimitMs = 3000;
+    auto started = TestSession::start(options, nobody);
+    ASSERT_EQ(started.error, QString());
+    session = std::move(started.value);
+    page = session->activePage();
+    open(pageThat("for (;;) { }"));
+
+    const auto taken = dumpPage(page, {}, {});
+
+    EXPECT_TRUE(taken.error.startsWith(
+        "Error preparing object dump for 'HTML_Document': Error fetching property values: "_L1))
+        << taken.error.toStdString();
+    EXPECT_FALSE(taken.value.root);
+}
+
+TEST_F(DumpTest, APageThatIsLeftMeanwhileIsAnErrorOrDumpedWhole)
+{
+    begin();
+    open("<!DOCTYPE html><body><p id=first>one</p><script>"
+         "Object.defineProperty(document.getElementById('first'), 'title', { get() { "
+         "location.href = 'about:blank'; for (const end = Date.now() + 500; Date.now() < end;) { } return "
+         "''; } });"
+         "</script>");
+
+    const auto taken = dumpPage(page, {}, {});
+
+    if (taken.failed()) {
+        EXPECT_TRUE(taken.error.startsWith("Error preparing object dump for 'HTML_Document': "_L1))
+            << taken.error.toStdString();
+        EXPECT_FALSE(taken.value.root);
+    } else {
+        EXPECT_TRUE(elementWithId(*taken.value.root, u"first"_s));
+    }
+}
+
 TEST_F(DumpTest, AnElementThatCannotBeSeenHasNoBoundsAndNoPicture)
 {
     begin();
@@ -685,6 +757,18 @@ TEST_F(DumpCommandTest, AFileThatCannotBeWrittenIsTold)
     EXPECT_EQ(ended.exitCode, 2);
     EXPECT_TRUE(ended.err.startsWith("pageprobe dump: Cannot write the dump 'no/such/folder/out.xml': "_L1))
         << ended.err.toStdString();
+}
+
+TEST_F(DumpCommandTest, AFullDiskIsToldAndADeviceIsNeverReplaced)
+{
+    if (!QFile::exists(u"/dev/full"_s))
+        GTEST_SKIP() << "there is no device that is always full here";
+
+    const Ostrel::Test::Ended ended = run.run({u"dump"_s, page(), u"-o"_s, u"/dev/full"_s});
+
+    EXPECT_EQ(ended.exitCode, 2);
+    EXPECT_EQ(ended.err, u"pageprobe dump: Cannot write the dump '/dev/full': No space left on device.\n"_s);
+    EXPECT_FALSE(QFileInfo(u"/dev/full"_s).isFile());
 }
 
 TEST_F(DumpCommandTest, APageThatCannotBeOpenedIsTold)

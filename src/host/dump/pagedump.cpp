@@ -190,6 +190,10 @@ FunctionCallResult<PageDump> dumpPage(
             return Failure(picture.error);
         dump.picture = picture.value;
     }
+    // Nothing is asked behind the dump itself: the page may have gone on by then.
+    const auto framePlace = framePlaceOf(*page, *retrieveObject(root));
+    if (framePlace.failed())
+        return Failure(framePlace.error);
     Log log(options.log);
     const HtmlObjectDumpObjectTreeDelegate delegate(&log);
     DumpFilter wanted(DumpFilter::Only, options.properties.isEmpty() ? quickProperties() : options.properties,
@@ -202,9 +206,6 @@ FunctionCallResult<PageDump> dumpPage(
         return Failure(tree.error);
     dump.root = std::move(tree.value);
 
-    const auto framePlace = framePlaceOf(*page, *retrieveObject(root));
-    if (framePlace.failed())
-        return Failure(framePlace.error);
     if (framePlace.value) {
         const FunctionCallResult<QImage> picture
             = options.screenshots ? page->grabPageScreenshot() : QImage();

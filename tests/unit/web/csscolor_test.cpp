@@ -391,6 +391,28 @@ TEST(CssProperties, GivesColorsAndTexts)
     EXPECT_EQ(page.scripts().size(), 1) << "all values come in one call";
 }
 
+// The names that scripts see are a fixed table, in which this one is missing. The object still holds what the
+// page gave.
+TEST(CssProperties, AColorIsGivenByAnyNameThatThePageKnows)
+{
+    FakePage page;
+    const SharedPtr<Object> element = wrapObject(new HTML_Object({}, u"el"_s, &page));
+    page.answerJson(
+        u"{\"backgroundColor\":{\"red\":1,\"green\":2,\"blue\":3,\"alpha\":1},\"display\":\"flex\"}"_s);
+    const SharedPtr<Object> css = readProperty(element, u"css"_s).value;
+    ASSERT_NE(css, nullptr);
+    Class *type = css->objectClass();
+    const Property background(
+        type, Argument(u"String"_s, ObjectAttribute::Pointer()), u"backgroundColor"_s, Property::ReadOnly, 0);
+
+    const SharedPtr<Object> color = type->getProperty(css, &background);
+
+    EXPECT_EQ(asText(color).text(), u"rgba(1,2,3,1)"_s);
+    EXPECT_EQ(readProperty(css, u"display"_s).text(), u"flex"_s);
+    EXPECT_FALSE(cssPropertyNames().contains(u"backgroundColor"_s));
+    EXPECT_EQ(cssPropertyNames().size(), 218);
+}
+
 TEST(CssProperties, PropertyWithoutAValueIsUnknown)
 {
     FakePage page;
