@@ -17,7 +17,7 @@ struct ScriptPlace
     bool operator==(const ScriptPlace &) const = default;
 };
 
-/// A statement as it begins: "clickButton(\"save\")" or "HTML_CheckBox.checked = true", at its place.
+/// A statement as it begins, such as clickButton("save") or HTML_CheckBox.checked = true, at its place.
 struct StatementBegin
 {
     QString text;

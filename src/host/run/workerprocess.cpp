@@ -104,15 +104,15 @@ void WorkerProcess::setLimit(int limitMs)
 
 void WorkerProcess::stop(const QString &reason)
 {
-    end(reason, SIGTERM);
+    stopBySignal(reason, SIGTERM);
 }
 
 void WorkerProcess::stopAtLimit(const QString &reason)
 {
-    end(reason, SIGALRM);
+    stopBySignal(reason, SIGALRM);
 }
 
-void WorkerProcess::end(const QString &reason, int signal)
+void WorkerProcess::stopBySignal(const QString &reason, int signal)
 {
     if (m_finished || !m_stopReason.isEmpty())
         return;

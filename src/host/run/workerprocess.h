@@ -68,7 +68,7 @@ private:
         WorkerProcess &m_owner;
     };
 
-    void end(const QString &reason, int signal);
+    void stopBySignal(const QString &reason, int signal);
     void readEvents();
     void readDiagnostics();
     void addDiagnostics(const QByteArray &lines);

@@ -446,15 +446,14 @@ bool isUsableUploadField(HTML_Object *element)
     return field && field->type().value == "file"_L1 && !field->disabled().value;
 }
 
-/// Whether an object counts as invisible and yet is used: an area of an image has no box of its own, and
-/// pages show a button of their own in the place of an upload field.
-bool worksUnseen(HTML_Object *element)
+/// Whether there is nothing to wait for: an object is ready, or counts as invisible and yet is used. An area
+/// of an image has no box of its own, and pages show a button of their own in the place of an upload field.
+bool isUsableNow(HTML_Object *element)
 {
     if (!element || !element->hasValidReference())
         return false;
     const FunctionCallResult<bool> ready = isObjectReady(element);
-    const bool isUnseen = !ready.failed() && !ready.value;
-    return isUnseen && (isArea(element) || isUsableUploadField(element));
+    return !ready.failed() && (ready.value || isArea(element) || isUsableUploadField(element));
 }
 
 QString typeOf(const QString &parameter)
@@ -585,7 +584,7 @@ FunctionCallResult<SharedPtr<Object>> Replay::readyObject(const SharedPtr<Object
         const QString name = subject->toQString();
         return namesInvisible(name) ? m_lookup->waitUntilThere(name) : m_lookup->waitUntilReady(name);
     }
-    if (worksUnseen(retrieveObject(subject)))
+    if (isUsableNow(retrieveObject(subject)))
         return subject;
     const Done ready = m_lookup->waitUntilReady(subject);
     if (ready.failed())
