@@ -508,6 +508,29 @@ TEST_F(BrowserTest, PutsAFileIntoAnUploadField)
         u"Could not find the upload field: 'undefined' is no element of the page"_s);
 }
 
+TEST_F(BrowserTest, FindsTheUploadFieldOfALabelAndOfAWidget)
+{
+    serve(u"upload.html"_s,
+        "<!DOCTYPE html><input id=labelled type=file><label id=label for=labelled>Choose</label>"
+        "<div id=around><input type=text><input id=inside type=file></div><div id=host></div><script>"
+        "document.getElementById('host').attachShadow({mode: 'open'}).innerHTML = '<input "
+        "type=file>';</script>");
+    serve(u"letter.txt"_s, "dear");
+    open(u"upload.html"_s);
+    const QString inPage = u"document.getElementById('%1')"_s;
+    const QList<QStringList> rows{{u"label"_s, inPage.arg(u"labelled"_s)},
+        {u"around"_s, inPage.arg(u"inside"_s)},
+        {u"host"_s, inPage.arg(u"host"_s) + u".shadowRoot.firstChild"_s}};
+    for (const QStringList &row : rows) {
+        SCOPED_TRACE(row.first().toStdString());
+
+        EXPECT_EQ(
+            page->setUploadFile(inPage.arg(row.first()), files.filePath(u"letter.txt"_s)).error, QString());
+
+        EXPECT_EQ(evaluate(row.last() + u".files[0].name"_s), u"letter.txt"_s);
+    }
+}
+
 TEST_F(BrowserTest, GrabsTheWholePage)
 {
     serve(u"tall.html"_s,

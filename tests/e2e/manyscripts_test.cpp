@@ -31,6 +31,7 @@ const QByteArray openForm = "startBrowser(serverAddress() + 'form.html');\n"
                             "var heading = activeDocument().getElementById('heading');\n";
 const QByteArray good = openForm + "log(heading.title);\n";
 const QByteArray bad = openForm + "heading.titel;\n";
+const QString shownPage = u"<img alt=\"The page at the failure\" src=\"data:image/png;base64,iVBOR"_s;
 
 class ManyScriptsTest : public ::testing::Test
 {
@@ -170,28 +171,36 @@ TEST_F(ManyScriptsTest, OnlyChosenScriptsRun)
 
 TEST_F(ManyScriptsTest, AScriptThatTakesTooLongIsEndedAndTheNextOneRuns)
 {
-    write({"while (true) { }\n", "snooze(600);\n", "log('c');\n"});
+    write({openForm + "while (true) { }\n", openForm + "snooze(600);\n",
+        openForm + "activeDocument().getElementById('spinner').invoke('spin');\n", "log('d');\n"});
 
-    const Ended ended = runAll({u"--script-timeout"_s, u"4"_s});
+    const Ended ended = runAll({u"--script-timeout"_s, u"10"_s, u"--html"_s, u"report.html"_s});
 
     EXPECT_EQ(ended.exitCode, 1);
     EXPECT_EQ(ended.err,
-        u"scripts/a.js: The script did not end within 4 s\nscripts/b.js: The script did not end within 4 s\n"_s);
+        u"scripts/a.js: The script did not end within 10 s\n"
+        "scripts/b.js:3: The script did not end within 10 s\n"
+        "scripts/c.js:3: The script did not end within 10 s\n"_s);
     EXPECT_EQ(lines(ended.out).last(2),
         (QStringList{
-            u"[3/3] scripts/c.js: passed (TIME)"_s, u"3 scripts: 1 passed, 2 with errors (TIME)"_s}));
+            u"[4/4] scripts/d.js: passed (TIME)"_s, u"4 scripts: 1 passed, 3 with errors (TIME)"_s}));
+    // Also of the page that was busy.
+    const QString page = read(u"report.html"_s);
+    EXPECT_EQ(page.count(shownPage), 3);
+    EXPECT_EQ(page.count(u"<summary>Object tree</summary>"_s), 3);
+    EXPECT_EQ(page.count(u"<i>id</i>=<q>heading</q>"_s), 3);
 }
 
 TEST_F(ManyScriptsTest, ARunThatTakesTooLongEnds)
 {
     write({"log('a');\n", "snooze(600);\n", "log('c');\n"});
 
-    const Ended ended = runAll({u"--run-timeout"_s, u"6"_s, u"--junit"_s, u"report.xml"_s});
+    const Ended ended = runAll({u"--run-timeout"_s, u"12"_s, u"--junit"_s, u"report.xml"_s});
 
     EXPECT_EQ(ended.exitCode, 1);
-    EXPECT_EQ(ended.err, u"scripts/b.js: The run's limit of 6 s is over\n"_s);
+    EXPECT_EQ(ended.err, u"scripts/b.js:1: The run's limit of 12 s is over\n"_s);
     EXPECT_EQ(lines(ended.out).last(), u"3 scripts: 1 passed, 1 with errors, 1 not run (TIME)"_s);
-    EXPECT_TRUE(read(u"report.xml"_s).contains(u"<skipped message=\"The run's limit of 6 s is over\"/>"_s));
+    EXPECT_TRUE(read(u"report.xml"_s).contains(u"<skipped message=\"The run's limit of 12 s is over\"/>"_s));
 }
 
 TEST_F(ManyScriptsTest, AnInterruptEndsAllScripts)
@@ -206,8 +215,8 @@ TEST_F(ManyScriptsTest, AnInterruptEndsAllScripts)
 
     EXPECT_EQ(ended.exitCode, 1);
     EXPECT_EQ(sortedLines(ended.err),
-        (QStringList{
-            u"scripts/a.js: The script was interrupted."_s, u"scripts/b.js: The script was interrupted."_s}));
+        (QStringList{u"scripts/a.js:2: The script was interrupted."_s,
+            u"scripts/b.js: The script was interrupted."_s}));
     EXPECT_FALSE(ended.out.contains(u"never"_s));
     EXPECT_EQ(read(u"report.xml"_s).count(u"<testcase"_s), 3);
 }
@@ -296,12 +305,60 @@ TEST_F(MishapTest, APageThatAlertsInALoop)
         u"alerts.html"_s, "<!DOCTYPE html><h1>x</h1><script>for (;;) { alert('again'); }</script>");
     write({"startBrowser('file://" + page.toUtf8() + "');\n", good});
 
-    const Ended ended = runAll();
+    const Ended ended = runAll({u"--html"_s, u"report.html"_s});
 
     expectOneOfTwo(ended);
     EXPECT_EQ(ended.err,
         u"scripts/a.js:1: Could not open 'file://%1': The page is blocked by an alert: 'again'\n"_s.arg(
             page));
+    EXPECT_EQ(read(u"report.html"_s).count(shownPage), 1);
+}
+
+TEST_F(MishapTest, ABrowserThatIsKilledWhileADialogIsOpen)
+{
+    const QString page = run.write(
+        u"asks.html"_s, "<!DOCTYPE html><script>setTimeout(() => confirm('Sure?'), 500);</script>");
+    write({"installEventHandler('ConfirmOpened', () => log('asked'));\nstartBrowser('file://" + page.toUtf8()
+            + "');\nsnooze(600);\n",
+        good});
+    run.start(arguments({}));
+    ASSERT_TRUE(run.waitForOutput(u"[1/2] asked"_s));
+    const QList<qint64> browsers = run.browsers();
+    ASSERT_EQ(browsers.size(), 1);
+
+    ::kill(pid_t(browsers.first()), SIGKILL);
+
+    const Ended ended = run.finish();
+    expectOneOfTwo(ended);
+    EXPECT_EQ(ended.err, u"scripts/a.js:3: The browser has closed or crashed\n"_s);
+}
+
+TEST_F(MishapTest, AScriptThatCannotBeRead)
+{
+    write({good, good});
+    // A file that not even a superuser can read.
+    const QString script = run.path(u"scripts/a.js"_s);
+    ASSERT_TRUE(QFile::remove(script) && QFile::link(u"/proc/self/mem"_s, script));
+
+    const Ended ended = runAll();
+
+    expectOneOfTwo(ended);
+    EXPECT_EQ(ended.err, u"scripts/a.js: Cannot read the script: Input/output error.\n"_s);
+}
+
+TEST_F(MishapTest, AScriptThatThrowsWhatIsNoError)
+{
+    write({"throw { code: 7 };\n", "var a = {};\na.a = a;\nthrow a;\n", "throw null;\n", "throw undefined;\n",
+        "throw [1, 2];\n", "throw function f() { };\n", "throw Symbol('s');\n", good});
+
+    const Ended ended = runAll();
+
+    EXPECT_EQ(ended.exitCode, 1);
+    EXPECT_EQ(ended.err,
+        u"scripts/a.js:1: {\"code\":7}\nscripts/b.js:3: [object Object]\nscripts/c.js:1: null\n"
+        "scripts/d.js:1: undefined\nscripts/e.js:1: 1,2\nscripts/f.js:1: function f() { [native code] }\n"
+        "scripts/g.js:1: Symbol(s)\n"_s);
+    EXPECT_EQ(lines(ended.out).last(), u"8 scripts: 1 passed, 7 with errors (TIME)"_s);
 }
 
 TEST_F(MishapTest, APageThatNeverBecomesReady)
@@ -328,7 +385,38 @@ TEST_F(MishapTest, APageThatSpins)
         ended.err, u"scripts/a.js:3: Error invoking function 'spin': The page did not answer within 3 s\n"_s);
 }
 
+TEST_F(MishapTest, AFullDiskUnderAScreenshot)
+{
+    ASSERT_TRUE(QFile::link(u"/dev/full"_s, run.path(u"full.png"_s)));
+    write({openForm + "saveScreenshot('full.png');\n", good});
+
+    const Ended ended = runAll();
+
+    expectOneOfTwo(ended);
+    EXPECT_EQ(
+        ended.err, u"scripts/a.js:3: Cannot write the screenshot 'full.png': No space left on device.\n"_s);
+}
+
 // From here on: reports.
+
+TEST_F(ManyScriptsTest, PicturesOnDemandAndActionsAreInTheReport)
+{
+    write({openForm
+        + "section('Look', function () {\n    saveScreenshot('shop.jpg');\n});\n"
+          "heading.setProperty('title', 'new');\nactiveDocument().getElementById('agree').checked = "
+          "true;\n"});
+
+    const Ended ended = runAll({u"--html"_s, u"report.html"_s});
+
+    EXPECT_EQ(ended.exitCode, 0);
+    EXPECT_TRUE(QFileInfo(run.path(u"shop.jpg"_s)).size() > 0);
+    const QString page = read(u"report.html"_s);
+    EXPECT_EQ(page.count(u"<img alt=\"shop.jpg\" src=\"data:image/png;base64,iVBOR"_s), 1);
+    EXPECT_TRUE(page.contains(u"<code>HTML_Object.setProperty(&quot;title&quot;, &quot;new&quot;)</code>\n"
+                              "<div class=\"place\">scripts/a.js:6 <code>heading.setProperty('title', "
+                              "'new');</code></div>"_s));
+    EXPECT_TRUE(page.contains(u"<code>HTML_CheckBox.checked = true</code>"_s));
+}
 
 TEST_F(ManyScriptsTest, AFailureIsReportedWithThePageAndItsSource)
 {
@@ -358,7 +446,7 @@ TEST_F(ManyScriptsTest, AFailureIsReportedWithThePageAndItsSource)
                               "<div class=\"place\">scripts/a.js:7 <code>heading.titel;</code></div>"_s))
         << page.left(6000).toStdString();
     // At the failed verification and at the error.
-    EXPECT_EQ(page.count(u"<img alt=\"The page at the failure\" src=\"data:image/png;base64,iVBOR"_s), 2);
+    EXPECT_EQ(page.count(shownPage), 2);
     EXPECT_EQ(page.count(u"<summary>Object tree</summary>"_s), 2);
     EXPECT_TRUE(page.contains(u"<i>id</i>=<q>heading</q>"_s));
     QXmlStreamReader reader(page);

@@ -10,7 +10,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QElapsedTimer>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
@@ -258,6 +260,27 @@ search two words
 )js"_s);
 }
 
+TEST_F(Fields, OfEveryTextTypeSeeEachKeyOnce)
+{
+    EXPECT_EQ(run(uR"js(
+        open("fields.html");
+        ["untyped", "email", "url", "tel", "password", "search"].forEach(id => {
+            typeText(input(id), "x");
+            log(events());
+        });
+        typeText(input("number"), "-7");
+        log(events());
+    )js"_s),
+        uR"js(focus untyped, keydown:x untyped, keypress:x untyped, input untyped, keyup:x untyped
+change untyped, blur untyped, focus email, keydown:x email, keypress:x email, input email, keyup:x email
+change email, blur email, focus url, keydown:x url, keypress:x url, input url, keyup:x url
+change url, blur url, focus tel, keydown:x tel, keypress:x tel, input tel, keyup:x tel
+change tel, blur tel, focus password, keydown:x password, keypress:x password, input password, keyup:x password
+change password, blur password, focus search, keydown:x search, keypress:x search, input search, keyup:x search
+change search, blur search, focus number, keydown:- number, keypress:- number, input number, keyup:- number, keydown:7 number, keypress:7 number, input number, keyup:7 number
+)js"_s);
+}
+
 TEST_F(Fields, OfOtherTypesAreSetAndToldOnce)
 {
     EXPECT_EQ(run(uR"js(
@@ -463,6 +486,141 @@ y: change* framesingle
 )js"_s);
 }
 
+TEST_F(Fields, ThatAreButtonsDoTheirWork)
+{
+    EXPECT_EQ(run(uR"js(
+        open("controls.html");
+        function click(locator) {
+            clickButton(locator);
+            log(evaluateInPage("document.title") + ": " + events());
+            evaluateInPage("document.title = 'Controls'");
+        }
+        click(input("submit"));
+        click(button("implicit"));
+        click(input("plain"));
+        click(input("image"));
+        typeText(input("first"), "new");
+        events();
+        click(input("reset"));
+        log(inPage("first", "value"));
+    )js"_s),
+        uR"js(submitted by submit: focus submit, mousedown* submit, click* submit, submit form, mouseup* submit, mouseout* submit
+submitted by implicit: blur submit, focus implicit, mousedown* implicit, click* implicit, submit form, mouseup* implicit, mouseout* implicit
+plain: blur implicit, focus plain, mousedown* plain, click* plain, mouseup* plain, mouseout* plain
+submitted by image: blur plain, focus image, mousedown* image, click* image, submit form, mouseup* image, mouseout* image
+Controls: change first, blur first, focus reset, mouseover* reset, mousedown* reset, click* reset, reset form, mouseup* reset, mouseout* reset
+old
+)js"_s);
+}
+
+TEST_F(Fields, AreReachedByTheirLabels)
+{
+    EXPECT_EQ(run(uR"js(
+        open("controls.html");
+        mouseClick(element("LABEL", "boxlabel"));
+        log(inPage("box", "checked") + ": " + events());
+        mouseClick(element("SPAN", "word"));
+        log(inPage("radio", "checked") + ": " + events());
+        mouseClick(element("LABEL", "firstlabel"));
+        log(events());
+    )js"_s),
+        uR"js(true: focus box, mouseover* boxlabel, mousedown* boxlabel, click* boxlabel, click* box, input box, change box, mouseup* boxlabel, mouseout* boxlabel
+true: mouseover* word, mousedown* word, click* word, blur box, focus radio, click* radio, input radio, change radio, mouseup* word, mouseout* word
+blur radio, focus first, mouseover* firstlabel, mousedown* firstlabel, click* firstlabel, click* first, mouseup* firstlabel, mouseout* firstlabel
+)js"_s);
+}
+
+TEST_F(Fields, InGroupsAndBoxesAreSelectedAndFixedOnesStay)
+{
+    EXPECT_EQ(run(uR"js(
+        open("controls.html");
+        selectOption(element("SELECT", "grouped"), "two");
+        log(inPage("grouped", "value") + ": " + events());
+        selectOption(element("SELECT", "list"), "y");
+        log(inPage("list", "value") + ": " + events());
+        log(errorOf(() => waitForObject(element("SELECT", "disabledselect"), 200)));
+        log(errorOf(() => waitForObject(input("disabledbox"), 200)));
+        log(errorOf(() => waitForObject(input("hidden"), 200)) + " " + inPage("hidden", "value"));
+        log(errorOf(() => typeText(element("TEXTAREA", "readonlyarea"), "x")) + " " + inPage("readonlyarea", "value"));
+        log(errorOf(() => chooseDate(input("readonlydate"), "2026-02-02")) + " " + inPage("readonlydate", "value"));
+        log(events());
+    )js"_s),
+        uR"js(2: change* grouped
+y: change* list, keydown* list, keypress* list, keyup* list
+Object not ready within 0.2 s: {tagName='SELECT' id='disabledselect'}: it is there, but hidden or disabled
+Object not ready within 0.2 s: {tagName='INPUT' id='disabledbox'}: it is there, but hidden or disabled
+Object not ready within 0.2 s: {tagName='INPUT' id='hidden'}: it is there, but hidden or disabled kept
+typeText: {tagName='TEXTAREA' id='readonlyarea'}: The field is read-only. fixed
+chooseDate: {tagName='INPUT' id='readonlydate'}: The field is read-only. 2026-01-01
+
+)js"_s);
+}
+
+TEST_F(Fields, OfNestedShadowTreesAreReached)
+{
+    EXPECT_EQ(run(uR"js(
+        open("controls.html");
+        const text = activeDocument().getElementById("host").shadowRoot.firstChild().shadowRoot.firstChild();
+        const box = text.nextSibling(), select = box.nextSibling(), editable = select.nextSibling();
+        typeText(text, "a");
+        log(text.value + ": " + events());
+        clickButton(box);
+        log(box.checked + ": " + events());
+        selectOption(select, "y");
+        log(select.selectedOption + ": " + events());
+        typeText(editable, "b");
+        log(editable.innerText + ": " + events());
+    )js"_s),
+        uR"js(a: focus deeptext, keydown:a deeptext, keypress:a deeptext, input deeptext, keyup:a deeptext
+true: change deeptext, mousedown* deepbox, click* deepbox, input deepbox, change deepbox, mouseup* deepbox, mouseout* deepbox, change* deepbox
+y: change* deepselect
+b: keydown:a deepeditable, keyup:a deepeditable, keydown:b deepeditable, keypress:b deepeditable, input deepeditable, keyup:b deepeditable
+)js"_s);
+}
+
+TEST_F(Fields, OfNestedFramesAreReached)
+{
+    EXPECT_EQ(run(uR"js(
+        open("controls.html");
+        const context = "' context='controls.html.FRAME1.FRAME1";
+        typeText(element("TEXTAREA", "innerarea" + context), "a");
+        log(findObject(element("TEXTAREA", "innerarea" + context)).value + ": " + events());
+        chooseDate(input("innerdate" + context), "2026-03-04");
+        log(findObject(input("innerdate" + context)).property("value") + ": " + events());
+        selectOption(element("SELECT", "innerlist" + context), "x,y,");
+        log(findObject(element("SELECT", "innerlist" + context)).selectedTexts + ": " + events());
+        const shadowed = findObject(element("DIV", "framehost" + context)).shadowRoot.firstChild();
+        typeText(shadowed, "b");
+        log(shadowed.value + ": " + events());
+    )js"_s),
+        uR"js(a: focus innerarea, keydown:a innerarea, keypress:a innerarea, input innerarea, keyup:a innerarea
+2026-03-04: change innerarea, blur innerarea, focus innerdate, input* innerdate, change* innerdate
+x,y: change* innerlist
+b: blur innerdate, focus frameshadow, keydown:b frameshadow, keypress:b frameshadow, input frameshadow, keyup:b frameshadow
+)js"_s);
+}
+
+TEST_F(Fields, ThatUsersReachThoughTheyAreUnseenNeedNoWait)
+{
+    const QTemporaryDir folder;
+    QFile file(folder.filePath(u"card.png"_s));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    QElapsedTimer elapsed;
+    elapsed.start();
+
+    EXPECT_EQ(run(uR"js(
+        open("controls.html");
+        mouseClick(activeDocument().getElementById("area"));
+        log(evaluateInPage("location.hash") + ": " + events());
+        setText(activeDocument().getElementById("file"), "%1");
+        log(inPage("file", "files[0].name") + ": " + events());
+    )js"_s.arg(file.fileName())),
+        uR"js(#area: focus area, mouseover* area, mousedown* area, click* area, mouseup* area, mouseout* area
+card.png: input file, change file
+)js"_s);
+    EXPECT_LT(elapsed.elapsed(), BrowserPage::defaultLimitMs);
+}
+
 TEST_F(Fields, OfFilesGetTheirFile)
 {
     const QTemporaryDir folder;
@@ -557,9 +715,11 @@ TEST_F(Dialogs, WithoutAnAnswerFailTheStatementAndGo)
         log(errorOf(() => clickButton(button("prompt"))) + " " + inPage("result", "textContent"));
         answerConfirm(true);
         log(errorOf(() => clickButton(button("twice"))) + " " + inPage("result", "textContent"));
+        log(errorOf(() => clickButton(button("slow"))) + " " + inPage("result", "textContent"));
     )js"_s),
         uR"js(clickButton: {tagName='BUTTON' id='prompt'}: It opened a prompt: 'Name?', which nobody answers. prompt null
 clickButton: {tagName='BUTTON' id='twice'}: It opened a confirm: 'Second?', which nobody answers. true false
+clickButton: {tagName='BUTTON' id='slow'}: It opened an alert: 'At last', which nobody answers. slow
 )js"_s);
 }
 
@@ -670,6 +830,68 @@ size guide Medium; add pellow-mug x3; notify hinkle-clock; board Renamed to “M
 }
 
 INSTANTIATE_TEST_SUITE_P(Times, RecordingReplay, ::testing::Range(0, 3));
+
+// What counts as a step
+
+/// The statements that a report would show, one a line.
+class Steps : public ResultSink
+{
+public:
+    void statementBegan(const StatementBegin &statement) override
+    {
+        lines += u"%1 at %2"_s.arg(statement.text, QString::number(statement.place.line));
+    }
+    void statementEnded(double milliseconds, const QString &error) override
+    {
+        EXPECT_GT(milliseconds, 0);
+        lines += error.isEmpty() ? u"\n"_s : u": %1\n"_s.arg(error);
+    }
+
+    QString lines;
+};
+
+TEST_F(ReplayTest, WhatAScriptDoesWithObjectsIsAStepAndWhatItAsksIsNot)
+{
+    Steps steps;
+    ScriptEngine engine(steps);
+
+    const ScriptOutcome outcome = engine.run(uR"js(startBrowser(serverAddress() + "fields.html");
+const page = activeDocument(), box = page.getElementById("box"), field = page.getElementById("text");
+const single = page.getElementById("single");
+box.checked = true;
+if (box.checked && box.property("checked") === "true" && box.length !== 3)
+    box.setChecked(false);
+field.value = "it's \"Ada\"";
+single.selectedIndexes = [1];
+single.setSelectedOptionByValue("2");
+page.getElementById("button").click(2);
+field.invoke("select");
+callMethod(field, "setValue", "x");
+callMethod(field, "value");
+try { box.title = "x"; } catch (error) { }
+try { single.setSelectedOption("four"); } catch (error) { }
+try { single.setSelectedOption(); } catch (error) { }
+try { box.colour = "red"; } catch (error) { }
+)js"_s,
+        u"script.js"_s);
+
+    EXPECT_FALSE(outcome.failed) << outcome.error.text().toStdString();
+    static const QRegularExpression port(u":\\d+/"_s);
+    EXPECT_EQ(steps.lines.replace(port, u"/"_s), uR"js(serverAddress() at 1
+startBrowser("http://127.0.0.1/fields.html") at 1
+activeDocument() at 2
+HTML_CheckBox.checked = true at 4
+HTML_CheckBox.setChecked(false) at 6
+HTML_Text.value = "it's \"Ada\"" at 7
+HTML_Select.selectedIndexes = [...] at 8
+HTML_Select.setSelectedOptionByValue("2") at 9
+HTML_Button.click(2) at 10
+HTML_Text.invoke("select") at 11
+HTML_Text.setValue("x") at 12
+HTML_CheckBox.title = "x" at 14: Cannot set read-only property title.
+HTML_Select.setSelectedOption("four") at 15
+)js"_s);
+}
 
 // Verifications
 

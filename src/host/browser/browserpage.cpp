@@ -23,6 +23,14 @@ constexpr int errorPageLimitMs = 2000;
 // Each wait stands on the stack of the one before it.
 constexpr int deepestNesting = 50;
 
+// What a script holds may be the widget around the field, or its label. Where there is no field, the element
+// itself is left to be refused.
+const QString uploadFieldOf = uR"((function (element) {
+    function isField(node) { return node && node.tagName === 'INPUT' && node.type === 'file'; }
+    function inside(root) { return root && root.querySelector && root.querySelector('input[type=file]'); }
+    return [element, element.control, inside(element), inside(element.shadowRoot)].find(isField) || element;
+})(%1))"_s;
+
 } // namespace
 
 BrowserPage::BrowserPage(Connection *connection, const QString &sessionId, const QString &targetId)
@@ -469,7 +477,8 @@ FunctionCallResult<void> BrowserPage::setUploadFile(const QString &reference, co
     const QFileInfo file(path);
     if (!file.exists())
         return Failure(u"The file '%1' to upload does not exist"_s.arg(path));
-    const CommandResult found = call(u"Runtime.evaluate"_s, {{u"expression"_s, reference}});
+    const CommandResult found
+        = call(u"Runtime.evaluate"_s, {{u"expression"_s, uploadFieldOf.arg(reference)}});
     if (found.failed())
         return Failure(u"Could not find the upload field: %1"_s.arg(found.error));
     const QString object = found.value.value("result"_L1).toObject().value("objectId"_L1).toString();

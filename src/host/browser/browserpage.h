@@ -139,7 +139,7 @@ public:
     FunctionCallResult<void> setCustomFileInputValue(
         WebWrapper::HTML_CustomText *field, const QString &path) override;
 
-    /// Puts a file into the upload field that `reference` (a script expression) stands for.
+    /// Puts a file into the upload field that `reference` (a script expression) is, labels or holds.
     FunctionCallResult<void> setUploadFile(const QString &reference, const QString &path) const;
 
 Q_SIGNALS:

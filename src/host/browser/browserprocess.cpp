@@ -9,11 +9,11 @@
 #include <QStandardPaths>
 #include <QThread>
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 #include <fcntl.h>
@@ -28,11 +28,12 @@ namespace {
 constexpr int startLimitMs = 10000;
 constexpr int endNewsLimitMs = 2000;
 constexpr int killLimitMs = 2000;
-constexpr int groupGraceMs = 1000;
+constexpr int endLimitMs = 2000;
 constexpr int pollPauseMs = 10;
 constexpr qsizetype keptOutputBytes = 16 * 1024;
 constexpr qsizetype shownOutputLines = 5;
 constexpr const char *browserVariable = "PAGEPROBE_BROWSER";
+constexpr auto temporaryFolderVariable = "TMPDIR"_L1;
 constexpr std::array wellKnownNames{"chromium"_L1, "chromium-browser"_L1, "google-chrome"_L1};
 
 // The descriptors on which the browser expects commands and writes its answers.
@@ -98,36 +99,54 @@ private:
     std::vector<int> m_descriptors;
 };
 
-// Whether this line of /proc/<id>/stat is that of a living process of the group. The name in brackets may
-// hold anything, the fields behind it are: state, parent, group.
-bool isLivingMember(const QByteArray &statLine, qint64 group)
+QByteArray readProcessFile(const QString &process, const QString &name)
 {
-    const QList<QByteArray> fields = statLine.mid(statLine.lastIndexOf(')') + 2).split(' ');
+    QFile file(u"/proc/%1/%2"_s.arg(process, name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// Fields behind the name of /proc/<id>/stat, which stands in brackets and may hold anything: state, parent,
+// group. Dead processes that nobody has waited for still count as members for the system, for seconds in
+// containers whose first process is in no hurry.
+bool isLivingMember(const QString &process, qint64 group)
+{
+    const QByteArray status = readProcessFile(process, u"stat"_s);
+    const QList<QByteArray> fields = status.mid(status.lastIndexOf(')') + 2).split(' ');
     return fields.size() > 2 && fields.at(0) != "Z" && fields.at(0) != "X"
         && fields.at(2).toLongLong() == group;
 }
 
-// Dead processes that nobody has waited for still count as members for the system, for seconds in containers
-// whose first process is in no hurry, so the living ones are looked for where the system tells.
-bool groupIsAlive(qint64 group)
+// A browser's crash handlers leave its group for a session of their own, and their parent, too. What they
+// keep is their environment; a dead process has none.
+bool cameFromBrowser(const QString &process, const QString &profile)
 {
-    if (kill(pid_t(-group), 0) != 0)
-        return false;
-    const QStringList processes = QDir(u"/proc"_s).entryList({u"[0-9]*"_s}, QDir::Dirs);
-    if (processes.isEmpty())
-        return true;
-    return std::any_of(processes.begin(), processes.end(), [&](const QString &id) {
-        QFile stat(u"/proc/%1/stat"_s.arg(id));
-        return stat.open(QIODevice::ReadOnly) && isLivingMember(stat.readAll(), group);
-    });
+    const QByteArray variable = QFile::encodeName(u"%1=%2"_s.arg(temporaryFolderVariable, profile));
+    return readProcessFile(process, u"environ"_s).split('\0').contains(variable);
 }
 
-void waitForGroupToEnd(qint64 group, int limitMs)
+QStringList livingProcesses(qint64 group, const QString &profile)
 {
+    QStringList processes = QDir(u"/proc"_s).entryList({u"[0-9]*"_s}, QDir::Dirs);
+    processes.removeIf([&](const QString &process) {
+        return !isLivingMember(process, group) && !cameFromBrowser(process, profile);
+    });
+    return processes;
+}
+
+/// Ends all processes of a browser, also those that start meanwhile. Blocks until they are gone, but not for
+/// long.
+void endProcesses(qint64 group, const QString &profile)
+{
+    kill(pid_t(-group), SIGKILL);
     QElapsedTimer elapsed;
     elapsed.start();
-    while (groupIsAlive(group) && elapsed.elapsed() < limitMs)
+    QStringList living = livingProcesses(group, profile);
+    while (!living.isEmpty() && elapsed.elapsed() < endLimitMs) {
+        for (const QString &process : std::as_const(living))
+            kill(pid_t(process.toLongLong()), SIGKILL);
         QThread::msleep(pollPauseMs);
+        living = livingProcesses(group, profile);
+    }
 }
 
 } // namespace
@@ -189,7 +208,7 @@ FunctionCallResult<std::unique_ptr<Transport>> BrowserProcess::start(
         + arguments);
     // What the browser keeps in the temporary directory goes with the profile, too, even if it is killed.
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"TMPDIR"_s, m_profile->path());
+    environment.insert(temporaryFolderVariable, m_profile->path());
     m_process.setProcessEnvironment(environment);
     m_process.setStandardInputFile(QProcess::nullDevice());
     m_process.setStandardOutputFile(QProcess::nullDevice());
@@ -217,10 +236,9 @@ FunctionCallResult<std::unique_ptr<Transport>> BrowserProcess::start(
 void BrowserProcess::stop()
 {
     if (m_group > 0) {
-        kill(pid_t(-m_group), SIGKILL);
+        endProcesses(m_group, profilePath());
         if (isRunning())
             m_process.waitForFinished(killLimitMs);
-        waitForGroupToEnd(m_group, groupGraceMs);
         m_group = 0;
     }
     m_profile.reset();
@@ -230,10 +248,8 @@ void BrowserProcess::cleanUpAfter(qint64 processId)
 {
     const QList<LeftProfile> profiles = profilesLeftBy(processId);
     for (const LeftProfile &profile : profiles) {
-        if (profile.browserGroup > 0) {
-            kill(pid_t(-profile.browserGroup), SIGKILL);
-            waitForGroupToEnd(profile.browserGroup, groupGraceMs);
-        }
+        if (profile.browserGroup > 0)
+            endProcesses(profile.browserGroup, profile.path);
         removeProfile(profile.path);
     }
 }

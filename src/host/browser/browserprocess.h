@@ -17,7 +17,7 @@ namespace Ostrel::Host {
 /// else the well-known names in PATH. The error lists the places that were looked at.
 FunctionCallResult<QString> findBrowser(const QString &explicitPath);
 
-/// The process group of one browser, with its profile. Nothing of it outlives this object.
+/// The processes of one browser, with its profile. Nothing of it outlives this object.
 class BrowserProcess : public QObject
 {
     Q_OBJECT

@@ -71,7 +71,7 @@ constexpr EventRow rows[] = {
     {"sectionEnded"_L1, [](const QJsonObject &, ResultSink &sink) { sink.sectionEnded(); }},
     {"statementBegan"_L1,
         [](const QJsonObject &event, ResultSink &sink) {
-            sink.statementBegan({textFrom(event), textFrom(event, "arguments"_L1), placeFrom(event)});
+            sink.statementBegan({textFrom(event), placeFrom(event)});
         }},
     {"statementEnded"_L1,
         [](const QJsonObject &event, ResultSink &sink) {
@@ -132,8 +132,7 @@ void EventWriter::sectionEnded()
 
 void EventWriter::statementBegan(const StatementBegin &statement)
 {
-    m_write(lineOf(u"statementBegan"_s,
-        placed({{u"text"_s, statement.name}, {u"arguments"_s, statement.arguments}}, statement.place)));
+    m_write(lineOf(u"statementBegan"_s, placed({{u"text"_s, statement.text}}, statement.place)));
 }
 
 void EventWriter::statementEnded(double milliseconds, const QString &error)

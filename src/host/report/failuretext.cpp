@@ -4,11 +4,6 @@ namespace Ostrel::Host {
 
 using namespace Qt::StringLiterals;
 
-QString statementText(const StatementBegin &statement)
-{
-    return u"%1(%2)"_s.arg(statement.name, statement.arguments);
-}
-
 QString placeText(const ScriptPlace &place)
 {
     return place.line > 0 ? u"%1:%2"_s.arg(place.file, QString::number(place.line)) : place.file;

@@ -5,9 +5,6 @@
 
 namespace Ostrel::Host {
 
-/// "clickButton("save")", as it stands in a script.
-QString statementText(const StatementBegin &statement);
-
 /// "script.js:12", or without a line the file alone.
 QString placeText(const ScriptPlace &place);
 

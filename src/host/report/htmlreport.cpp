@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace Ostrel::Host {
 
@@ -66,8 +67,8 @@ public:
     Html page(const RunResult &run) const
     {
         Html scripts;
-        for (const ScriptResult &script : run.scripts)
-            scripts += scriptHtml(script);
+        for (std::size_t i = 0; i < run.scripts.size(); ++i)
+            scripts += scriptHtml(run.scripts[i], anchorOf(i));
         const QString title = u"Test report: %1"_s.arg(run.passed() ? u"passed"_s : u"failed"_s);
         return html(uR"(<!DOCTYPE html>
 <html lang="en">
@@ -85,7 +86,7 @@ public:
 </body>
 </html>
 )"_s,
-            title, Html{styleSheet()}, summary(run), scripts);
+            title, Html{styleSheet()}, summary(run) + overview(run), scripts);
     }
 
 private:
@@ -125,7 +126,24 @@ private:
             run.began.toString(u"yyyy-MM-dd HH:mm:ss"_s), duration(run.milliseconds), counts, bar);
     }
 
-    Html scriptHtml(const ScriptResult &script) const
+    static QString anchorOf(std::size_t script) { return u"script-%1"_s.arg(script + 1); }
+
+    /// What went wrong in which script, first of all: a run may have hundreds of scripts.
+    static Html overview(const RunResult &run)
+    {
+        Html items;
+        for (std::size_t i = 0; i < run.scripts.size(); ++i) {
+            const ScriptResult &script = run.scripts[i];
+            if (script.outcome() == Outcome::Passed || script.outcome() == Outcome::NotRun)
+                continue;
+            const QString failure = failureTexts(script.attempts.back()).first().section(u'\n', 0, 0);
+            items += html(u"<li><a href=\"#%1\">%2</a> %3</li>\n"_s, anchorOf(i), script.script, failure);
+        }
+        const bool hasOrder = run.scripts.size() > 1 && !items.text.isEmpty();
+        return hasOrder ? html(u"<ol class=\"failures\">\n%1</ol>\n"_s, items) : Html();
+    }
+
+    Html scriptHtml(const ScriptResult &script, const QString &anchor) const
     {
         const OutcomeWords &outcome = wordsOf(script.outcome());
         const bool isOpen = script.outcome() != Outcome::Passed && script.outcome() != Outcome::NotRun;
@@ -137,11 +155,11 @@ private:
             const Attempt &attempt = script.attempts.at(std::size_t(number - 1));
             attempts += last == 1 ? attemptHtml(attempt) : tryHtml(attempt, number, number == last);
         }
-        return html(uR"(<details class="script"%1>
-<summary>%2 <span class="name">%3</span><span class="time">%4</span></summary>
-%5</details>
+        return html(uR"(<details class="script" id="%1"%2>
+<summary>%3 <span class="name">%4</span><span class="time">%5</span></summary>
+%6</details>
 )"_s,
-            isOpen ? Html{u" open=\"\""_s} : Html(), state, script.script,
+            anchor, isOpen ? Html{u" open=\"\""_s} : Html(), state, script.script,
             script.outcome() == Outcome::NotRun ? QString() : duration(script.milliseconds()), attempts);
     }
 
@@ -160,7 +178,7 @@ private:
     {
         Html body;
         if (!attempt.passed() && !attempt.end.message.isEmpty())
-            body += problemHtml(attempt.end);
+            body += problemHtml(attempt);
         if (!attempt.steps.empty())
             body += stepsHtml(attempt.steps);
         if (!attempt.diagnostics.isEmpty())
@@ -170,14 +188,22 @@ private:
         return body;
     }
 
-    Html problemHtml(const ScriptEnd &end) const
+    /// How the script ended, and what did not hold on the way.
+    Html problemHtml(const Attempt &attempt) const
     {
+        const ScriptEnd &end = attempt.end;
+        QStringList failures = failureTexts(attempt);
+        if (end.outcome != Outcome::Failed)
+            failures.removeLast();
+        Html failed;
+        for (const QString &failure : std::as_const(failures))
+            failed += html(u"<div class=\"place\">%1</div>\n"_s, failure);
         Html callers;
         // The first caller is the place itself.
         for (qsizetype i = 1; i < end.callers.size(); ++i)
             callers += html(u"<div class=\"place\">called from %1</div>\n"_s, end.callers.at(i));
-        return html(u"<div class=\"problem\">\n<p>%1</p>\n%2%3</div>\n"_s, end.message, placeHtml(end.place),
-            callers);
+        return html(u"<div class=\"problem\">\n<p>%1</p>\n%2%3%4</div>\n"_s, end.message,
+            placeHtml(end.place), callers, failed);
     }
 
     /// The place with its source line, which is left out where it is the text that stands above it already.

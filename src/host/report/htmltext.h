@@ -15,6 +15,7 @@ struct Html
         text += other.text;
         return *this;
     }
+    Html operator+(const Html &other) const { return {text + other.text}; }
 };
 
 inline QString htmlPiece(const Html &html)

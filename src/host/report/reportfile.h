@@ -13,8 +13,11 @@ namespace Ostrel::Host {
 /// Tells before a run whether its report can be written: opens the file, which is made when it is not there.
 FunctionCallResult<void> probeReportFile(const QString &fileName);
 
-/// Writes a file by `write`. What could not be written whole, as on a full disk, is an error and is removed;
-/// a report that ends in its middle is worse than none.
+/// Writes a file. What could not be written whole, as on a full disk, is removed; a file that ends in its
+/// middle is worse than none. The error is the reason alone.
+FunctionCallResult<void> writeWhole(const QString &fileName, const QByteArray &content);
+
+/// Writes a report file by `write`, whole or not at all.
 FunctionCallResult<void> writeReportFile(
     const QString &fileName, const std::function<void(QIODevice *device)> &write);
 

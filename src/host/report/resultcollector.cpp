@@ -40,7 +40,7 @@ void ResultCollector::sectionEnded()
 
 void ResultCollector::statementBegan(const StatementBegin &statement)
 {
-    begin(makeStep(Step::Kind::Statement, statementText(statement), statement.place));
+    begin(makeStep(Step::Kind::Statement, statement.text, statement.place));
 }
 
 void ResultCollector::statementEnded(double milliseconds, const QString &error)
@@ -70,6 +70,10 @@ void ResultCollector::logged(const QString &text)
 
 void ResultCollector::screenshotTaken(const Screenshot &screenshot)
 {
+    if (++m_pictures > mostPictures) {
+        add(makeStep(Step::Kind::Log, u"(the picture '%1' is left out)"_s.arg(screenshot.title)));
+        return;
+    }
     Step step = makeStep(Step::Kind::Screenshot, screenshot.title);
     step.png = screenshot.png;
     add(std::move(step));
@@ -101,7 +105,7 @@ Attempt ResultCollector::take()
     }
     Attempt attempt = std::move(m_attempt);
     m_attempt = {};
-    m_steps = m_leftOut = m_verifications = m_failedVerifications = 0;
+    m_steps = m_pictures = m_leftOut = m_verifications = m_failedVerifications = 0;
     m_ended = false;
     return attempt;
 }

@@ -5,12 +5,13 @@
 
 namespace Ostrel::Host {
 
-/// Collects one attempt. Of a script that reports without end only the first steps are kept, and its
-/// failures.
+/// Collects one attempt. Of a script that reports without end only the first steps and pictures are kept, and
+/// its failures.
 class ResultCollector : public ResultSink
 {
 public:
     static constexpr int mostSteps = 20000;
+    static constexpr int mostPictures = 100;
 
     void scriptEnded(const ScriptEnd &end) override;
     void sectionBegan(const QString &title, const ScriptPlace &place) override;
@@ -47,6 +48,7 @@ private:
     Attempt m_attempt;
     std::vector<Open> m_open; ///< a step stays where it is as long as it is open
     int m_steps = 0;
+    int m_pictures = 0;
     int m_leftOut = 0;
     int m_verifications = 0;
     int m_failedVerifications = 0;

@@ -17,11 +17,10 @@ struct ScriptPlace
     bool operator==(const ScriptPlace &) const = default;
 };
 
-/// A statement as it begins: "clickButton" with "\"save\"" at its place.
+/// A statement as it begins, such as clickButton("save") or HTML_CheckBox.checked = true, at its place.
 struct StatementBegin
 {
-    QString name;
-    QString arguments; ///< as text, separated by ", "; empty for none
+    QString text;
     ScriptPlace place;
 };
 

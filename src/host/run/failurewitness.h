@@ -13,10 +13,13 @@ struct PageView
 {
     std::function<FunctionCallResult<QByteArray>()> screenshot; ///< as PNG
     std::function<FunctionCallResult<QString>()> objectTree; ///< as XML
+    /// Frees a page that is busy with itself or with dialogs without end, at the cost of what it runs; tells
+    /// whether it can be looked at then.
+    std::function<bool()> calm;
 };
 
 /// Writes events; behind a failed verification and before an error they are followed by a screenshot and the
-/// object tree. Only the first failures of a script are, so that one in a loop does not fill the report.
+/// object tree. Of the verifications only the first are, so that one in a loop does not fill the report.
 class FailureWitness : public EventWriter
 {
 public:
@@ -26,6 +29,9 @@ public:
 
     void verified(const Verification &verification) override;
     void scriptEnded(const ScriptEnd &end) override;
+
+    /// Shows the page at which a script is ended from outside, while the statement that runs is still there.
+    void showLast();
 
 private:
     void show();

@@ -11,11 +11,11 @@ namespace Ostrel::Host {
 
 namespace {
 
-constexpr std::array watchedSignals{SIGINT, SIGTERM, SIGHUP};
+constexpr std::array watchedSignals{SIGINT, SIGTERM, SIGHUP, SIGALRM};
 
 std::function<void()> reactAtOnce;
 std::array<int, 2> wakeUp{-1, -1};
-volatile std::sig_atomic_t interrupted = 0;
+volatile std::sig_atomic_t interrupted = 0; // the signal
 
 void onSignal(int number)
 {
@@ -24,7 +24,7 @@ void onSignal(int number)
         std::raise(number);
         return;
     }
-    interrupted = 1;
+    interrupted = number;
     reactAtOnce();
     const char byte = 0;
     // The event loop needs one byte; when the pipe is full it has one already.
@@ -58,6 +58,11 @@ Interruption::~Interruption()
 bool Interruption::wasInterrupted()
 {
     return interrupted != 0;
+}
+
+bool Interruption::isTimeOver()
+{
+    return interrupted == SIGALRM;
 }
 
 } // namespace Ostrel::Host

@@ -1,4 +1,5 @@
-// Interruption: Ctrl+C and SIGTERM end a run cleanly, so that no browser and no profile is left behind.
+// Interruption: Ctrl+C, SIGTERM and limits end a run cleanly, so that no browser and no profile is left
+// behind.
 #pragma once
 
 #include <QObject>
@@ -18,6 +19,8 @@ public:
     ~Interruption() override;
 
     static bool wasInterrupted();
+    /// Whether it was SIGALRM, by which a runner tells a script that its time is over.
+    static bool isTimeOver();
 };
 
 } // namespace Ostrel::Host

@@ -64,7 +64,7 @@ void Progress::attemptBegan(int script)
 
 void Progress::statementBegan(int script, const StatementBegin &statement)
 {
-    const QString text = textAt(statement.place, statementText(statement));
+    const QString text = textAt(statement.place, statement.text);
     showStatus(u"%1 %2"_s.arg(number(script), text));
 }
 

@@ -4,6 +4,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <functional>
 
 namespace Ostrel::Host {
 
@@ -25,7 +26,8 @@ RunResult Runner::run()
     elapsed.start();
     if (m_plan.runLimitMs > 0) {
         const QString reason = u"The run's limit of %1 s is over"_s.arg(m_plan.runLimitMs / 1000.0);
-        QTimer::singleShot(m_plan.runLimitMs, this, [this, reason] { stop(reason); });
+        QTimer::singleShot(
+            m_plan.runLimitMs, this, [this, reason] { endAll(reason, &WorkerProcess::stopAtLimit); });
     }
     startWorkers();
     if (!m_workers.empty())
@@ -36,10 +38,15 @@ RunResult Runner::run()
 
 void Runner::stop(const QString &reason)
 {
+    endAll(reason, &WorkerProcess::stop);
+}
+
+void Runner::endAll(const QString &reason, StopWorker stopWorker)
+{
     m_stopped = true;
     dropQueue(reason);
     for (const std::unique_ptr<WorkerProcess> &worker : m_workers)
-        worker->stop(reason);
+        std::invoke(stopWorker, *worker, reason);
 }
 
 // A script that waits to be tried again keeps the result that it has.

@@ -40,6 +40,10 @@ public:
     void stop(const QString &reason);
 
 private:
+    /// How a worker is ended.
+    using StopWorker = void (WorkerProcess::*)(const QString &reason);
+
+    void endAll(const QString &reason, StopWorker stopWorker);
     void startWorkers();
     void startWorker(int script);
     void noteEnded(WorkerProcess *worker);

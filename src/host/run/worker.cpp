@@ -8,7 +8,6 @@
 #include "ostrelhook/inspector.h"
 #include "ostrelhook/objectname.h"
 
-#include <QBuffer>
 #include <QEventLoop>
 #include <QImage>
 
@@ -20,7 +19,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int viewLimitMs = 5000;
+constexpr int viewLimitMs = 4000;
+constexpr int probeLimitMs = 1000;
 // What tells objects apart for a reader, and is read for all in one go.
 const QStringList shownProperties{u"tagName"_s, u"id"_s, u"name"_s, u"title"_s, u"simplifiedInnerText"_s};
 
@@ -53,10 +53,7 @@ FunctionCallResult<QByteArray> pictureOf(BrowserPage *page)
     const FunctionCallResult<QImage> picture = page->grabPageScreenshot();
     if (picture.failed())
         return Failure(picture.error);
-    QByteArray png;
-    QBuffer buffer(&png);
-    picture.value.save(&buffer, "PNG");
-    return png;
+    return pngOf(picture.value);
 }
 
 FunctionCallResult<QString> objectTreeOf(BrowserPage *page)
@@ -67,6 +64,21 @@ FunctionCallResult<QString> objectTreeOf(BrowserPage *page)
     if (dump.failed())
         return Failure(dump.error);
     return QString::fromUtf8(dumpAsXml(dump.value));
+}
+
+/// Ends what the page runs, when it does not answer; tells whether it answers then. A dialog that opens
+/// meanwhile fails a question and is dismissed by that, and the end may fail the next one, so that some are
+/// asked.
+bool calm(BrowserPage *page)
+{
+    constexpr int questions = 3;
+    const auto answers = [&] { return !page->evaluateJavaScript(u"1"_s, probeLimitMs).failed; };
+    bool isCalm = answers();
+    if (!isCalm)
+        page->connection()->send(page->sessionId(), u"Runtime.terminateExecution"_s);
+    for (int i = 0; i < questions && !isCalm && page->isPageAvailable(); ++i)
+        isCalm = answers();
+    return isCalm;
 }
 
 /// Sees the page of a session that need not have begun yet, and may have lost its page.
@@ -111,7 +123,7 @@ void waitForEnd(TestSession &session)
         loop.exec();
 }
 
-ScriptEnd runScript(const WorkerTask &task, ResultSink &results, Session &session)
+ScriptEnd runScript(const WorkerTask &task, FailureWitness &results, Session &session)
 {
     const FunctionCallResult<void> names
         = task.namesFile.isEmpty() ? loadNamesBeside(task.script) : ObjectMap::self()->load(task.namesFile);
@@ -126,8 +138,11 @@ ScriptEnd runScript(const WorkerTask &task, ResultSink &results, Session &sessio
                 engine->interrupt();
         },
         [&] {
-            if (session)
-                session->stop();
+            if (!session)
+                return;
+            if (Interruption::isTimeOver())
+                results.showLast();
+            session->stop();
         });
     auto started = TestSession::start(task.session, results);
     session = std::move(started.value);
@@ -150,7 +165,10 @@ void runWorker(const WorkerTask &task)
     Session session;
     const int usualLimitMs = task.session.browser.evaluationLimitMs;
     FailureWitness results(writeEvent,
-        {viewing(session, usualLimitMs, pictureOf), viewing(session, usualLimitMs, objectTreeOf)});
+        {viewing(session, usualLimitMs, pictureOf), viewing(session, usualLimitMs, objectTreeOf), [&] {
+             BrowserPage *page = session ? session->activePage() : nullptr;
+             return page && calm(page);
+         }});
     results.scriptBegan(task.script);
     results.scriptEnded(runScript(task, results, session));
     if (task.keepOpen && session && !Interruption::wasInterrupted())

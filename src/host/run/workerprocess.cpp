@@ -63,7 +63,7 @@ WorkerProcess::WorkerProcess(
     m_limit.setSingleShot(true);
     m_endLimit.setSingleShot(true);
     connect(&m_limit, &QTimer::timeout, this,
-        [this] { stop(u"The script did not end within %1"_s.arg(inSeconds(m_limit.interval()))); });
+        [this] { stopAtLimit(u"The script did not end within %1"_s.arg(inSeconds(m_limit.interval()))); });
     connect(&m_endLimit, &QTimer::timeout, this, [this] {
         m_killed = true;
         m_process.kill();
@@ -104,12 +104,24 @@ void WorkerProcess::setLimit(int limitMs)
 
 void WorkerProcess::stop(const QString &reason)
 {
+    stopBySignal(reason, SIGTERM);
+}
+
+void WorkerProcess::stopAtLimit(const QString &reason)
+{
+    stopBySignal(reason, SIGALRM);
+}
+
+void WorkerProcess::stopBySignal(const QString &reason, int signal)
+{
     if (m_finished || !m_stopReason.isEmpty())
         return;
     m_stopReason = reason;
+    m_stopPlace = m_news.openPlace();
     m_limit.stop();
     m_endLimit.start(m_endLimitMs);
-    m_process.terminate();
+    if (m_process.processId() > 0)
+        kill(pid_t(m_process.processId()), signal);
 }
 
 void WorkerProcess::readEvents()
@@ -182,8 +194,11 @@ Attempt WorkerProcess::takeAttempt()
     if (!m_news.hasEnded() || crashed)
         m_news.ResultCollector::scriptEnded(endWithoutWord());
     Attempt attempt = m_news.take();
-    if (!m_stopReason.isEmpty() && attempt.end.outcome == Outcome::Error)
+    if (!m_stopReason.isEmpty() && attempt.end.outcome == Outcome::Error) {
         attempt.end.message = m_stopReason;
+        if (attempt.end.place.line == 0 && m_stopPlace.line > 0)
+            attempt.end.place = m_stopPlace;
+    }
     attempt.began = m_began;
     attempt.milliseconds = m_milliseconds > 0 ? m_milliseconds : double(m_elapsed.nsecsElapsed()) / 1e6;
     attempt.diagnostics = QString::fromUtf8(m_diagnostics);

@@ -44,6 +44,9 @@ public:
     /// has ended.
     void stop(const QString &reason);
 
+    /// The same for a script whose time is over: it shows its page before.
+    void stopAtLimit(const QString &reason);
+
     /// The result, after ended(); once.
     Attempt takeAttempt();
 
@@ -65,6 +68,7 @@ private:
         WorkerProcess &m_owner;
     };
 
+    void stopBySignal(const QString &reason, int signal);
     void readEvents();
     void readDiagnostics();
     void addDiagnostics(const QByteArray &lines);
@@ -87,6 +91,7 @@ private:
     QByteArray m_partialLine;
     QByteArray m_diagnostics;
     QString m_stopReason;
+    ScriptPlace m_stopPlace; ///< of the statement that ran then
     bool m_keepOpen = false;
     bool m_killed = false;
     bool m_finished = false;

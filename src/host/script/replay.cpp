@@ -12,6 +12,7 @@
 #include "wrappers/web/controls/table.h"
 #include "wrappers/web/formelements.h"
 #include "wrappers/web/objectfactory.h"
+#include "wrappers/web/replay.h"
 #include "wrappers/web/sharedfunctions.h"
 #include "wrappers/web/toolkits/backbase.h"
 
@@ -178,14 +179,22 @@ bool takesPlainKeys(const QString &type)
     return types.contains(type);
 }
 
-/// Replaces the text of a field key by key, so that the page sees all that it would see of a user.
-Done retype(const Target &target, HTML_TextBase &field, const QString &text)
+Done checkWritable(const HTML_TextBase &field)
 {
     const FunctionCallResult<QString> readOnly = field.property("readOnly");
     if (readOnly.failed())
         return Failure(readOnly.error);
     if (readOnly.value == "true"_L1)
         return Failure(u"The field is read-only."_s);
+    return {};
+}
+
+/// Replaces the text of a field key by key, so that the page sees all that it would see of a user.
+Done retype(const Target &target, HTML_TextBase &field, const QString &text)
+{
+    const Done writable = checkWritable(field);
+    if (writable.failed())
+        return writable;
     const Done focused = field.focus();
     if (focused.failed())
         return focused;
@@ -304,8 +313,10 @@ Done chooseDate(const Target &target, const Arguments &arguments)
     const QDate date = QDate::fromString(text, Qt::ISODate);
     if (!date.isValid())
         return Failure(u"'%1' is no date of the form yyyy-MM-dd."_s.arg(text));
-    if (const std::unique_ptr<HTML_TextBase> field = plainField(target))
-        return setValue(*field, date.toString(Qt::ISODate));
+    if (const std::unique_ptr<HTML_TextBase> field = plainField(target)) {
+        const Done writable = checkWritable(*field);
+        return writable.failed() ? writable : setValue(*field, date.toString(Qt::ISODate));
+    }
     return callMember(target, u"setDate"_s, {wrapDateTime(date.startOfDay())});
 }
 
@@ -424,6 +435,27 @@ bool namesInvisible(const QString &name)
     return !parsed.failed() && parsed.value.property(u"visible"_s).stringValue() == "false"_L1;
 }
 
+bool isArea(HTML_Object *element)
+{
+    return dynamic_cast<HTML_Anchor *>(element) && element->tagName().value == "AREA"_L1;
+}
+
+bool isUsableUploadField(HTML_Object *element)
+{
+    const auto *field = dynamic_cast<HTML_TextBase *>(element);
+    return field && field->type().value == "file"_L1 && !field->disabled().value;
+}
+
+/// Whether there is nothing to wait for: an object is ready, or counts as invisible and yet is used. An area
+/// of an image has no box of its own, and pages show a button of their own in the place of an upload field.
+bool isUsableNow(HTML_Object *element)
+{
+    if (!element || !element->hasValidReference())
+        return false;
+    const FunctionCallResult<bool> ready = isObjectReady(element);
+    return !ready.failed() && (ready.value || isArea(element) || isUsableUploadField(element));
+}
+
 QString typeOf(const QString &parameter)
 {
     static const QStringList texts{u"text"_s, u"date"_s, u"name"_s};
@@ -508,6 +540,12 @@ Replay::Done Replay::perform(
         m_typedField.clear();
     leaveTypedField(page, element->jsReference());
     const QString reference = element->jsReference();
+    std::optional<Dialog> unanswered;
+    QObject watch;
+    connect(page, &BrowserPage::dialogOpened, &watch, [&](const Dialog &dialog) {
+        if (page->openDialog())
+            unanswered = dialog;
+    });
     const Done done = findAction(statement)->perform(
         {object.value, element, page}, Arguments(parameters, arguments.mid(1)));
     if (!page)
@@ -517,10 +555,11 @@ Replay::Done Replay::perform(
         m_typedPage = page;
     }
     settle(page);
-    if (const std::optional<Dialog> dialog = page->openDialog()) {
-        page->answerDialog({false, {}});
-        return Failure(u"It opened %1, which nobody answers."_s.arg(describeDialog(*dialog)));
-    }
+    // Handlers that take their time may be at work still, and open a dialog in the end. The page answers when
+    // they are done; the question dismisses what is open.
+    static_cast<void>(page->evaluateJavaScript(u"1"_s, 0));
+    if (unanswered && !done.failed())
+        return Failure(u"It opened %1, which nobody answers."_s.arg(describeDialog(*unanswered)));
     return done;
 }
 
@@ -545,6 +584,8 @@ FunctionCallResult<SharedPtr<Object>> Replay::readyObject(const SharedPtr<Object
         const QString name = subject->toQString();
         return namesInvisible(name) ? m_lookup->waitUntilThere(name) : m_lookup->waitUntilReady(name);
     }
+    if (isUsableNow(retrieveObject(subject)))
+        return subject;
     const Done ready = m_lookup->waitUntilReady(subject);
     if (ready.failed())
         return Failure(ready.error);

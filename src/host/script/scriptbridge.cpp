@@ -54,6 +54,14 @@ QJSValue ownNames(QJSEngine *engine, int from, int to, const std::function<Membe
     return engine->toScriptValue(names);
 }
 
+/// Whether a call is a step of a test: methods that give nothing do something, and those that give a value
+/// ask for it. The exceptions run code of the page or tell how it went.
+bool changesSomething(const Method &method)
+{
+    static const QStringList doAndTell{u"activateItem"_s, u"call"_s, u"invoke"_s};
+    return method.result().typeName() == "void"_L1 || doAndTell.contains(method.name());
+}
+
 QJSValue describeEnums(QJSEngine *engine, const Class *type)
 {
     QJSValue enums = engine->newArray();
@@ -82,6 +90,8 @@ QJSValue describeClass(QJSEngine *engine, const Class *type)
     description.setProperty(u"methods"_s,
         ownNames<Method>(engine, firstMethod, type->numMethods(), method,
             [](const Method &entry) { return !entry.isStatic(); }));
+    description.setProperty(
+        u"actions"_s, ownNames<Method>(engine, firstMethod, type->numMethods(), method, changesSomething));
     description.setProperty(u"statics"_s,
         ownNames<Method>(engine, firstMethod, type->numMethods(), method,
             [](const Method &entry) { return entry.isStatic(); }));
@@ -169,6 +179,45 @@ QString argumentTexts(const QJSValue &arguments)
     return texts.join(u", "_s);
 }
 
+QString unknownMemberText(const SharedPtr<Object> &object, const QString &name)
+{
+    return u"%1 has no property or method '%2'."_s.arg(
+        object ? object->objectClass()->name() : u"The object"_s, name);
+}
+
+FunctionCallResult<SharedPtr<Object>> objectFrom(const QJSValue &handle, const QString &member)
+{
+    if (SharedPtr<Object> object = heldObject(handle))
+        return object;
+    return Failure(u"'%1' was used on something that is no object of the object model."_s.arg(member));
+}
+
+/// A property and the object that has it.
+struct OwnedProperty
+{
+    SharedPtr<Object> object;
+    const Property *property = nullptr;
+};
+
+FunctionCallResult<OwnedProperty> findProperty(const QJSValue &handle, const QString &name)
+{
+    const FunctionCallResult<SharedPtr<Object>> object = objectFrom(handle, name);
+    if (object.failed())
+        return Failure(object.error);
+    if (const Property *property = object.value->objectClass()->findProperty(name))
+        return OwnedProperty{object.value, property};
+    return Failure(unknownMemberText(object.value, name));
+}
+
+/// A value of the frame, or the error that it has noted on the way.
+FunctionCallResult<SharedPtr<Object>> settled(const SharedPtr<Object> &value)
+{
+    Inspector *inspector = Inspector::self();
+    if (inspector->hasError())
+        return Failure(inspector->takeError());
+    return value;
+}
+
 } // namespace
 
 ScriptBridge::ScriptBridge(QJSEngine *engine, ResultSink &results) : m_engine(engine), m_results(results)
@@ -198,48 +247,44 @@ QString ScriptBridge::install()
 
 QJSValue ScriptBridge::read(const QJSValue &handle, const QString &name)
 {
-    const SharedPtr<Object> object = objectFrom(handle, name);
-    if (!object)
-        return {};
-    Class *type = object->objectClass();
-    const Property *property = type->findProperty(name);
-    if (!property) {
-        throwError(unknownMember(handle, name));
-        return {};
-    }
-    const SharedPtr<Object> value = type->read(object, property);
-    return throwPending() ? QJSValue() : toScript(value);
+    const FunctionCallResult<OwnedProperty> found = findProperty(handle, name);
+    if (found.failed())
+        return give(Failure(found.error));
+    const auto &[object, property] = found.value;
+    return give(settled(object->objectClass()->read(object, property)));
 }
 
-void ScriptBridge::write(const QJSValue &handle, const QString &name, const QJSValue &value)
+void ScriptBridge::write(
+    const QJSValue &handle, const QString &name, const QJSValue &value, const QString &stack)
 {
-    const SharedPtr<Object> object = objectFrom(handle, name);
-    if (!object)
-        return;
-    Class *type = object->objectClass();
-    const Property *property = type->findProperty(name);
-    if (!property) {
-        throwError(unknownMember(handle, name));
+    const FunctionCallResult<OwnedProperty> found = findProperty(handle, name);
+    if (found.failed()) {
+        give(Failure(found.error));
         return;
     }
-    type->write(object, property, fromScript(value));
-    throwPending();
+    const auto &[object, property] = found.value;
+    const QString text = u"%1.%2 = %3"_s.arg(object->objectClass()->name(), name, argumentText(value));
+    report(text, stack, [&] {
+        object->objectClass()->write(object, property, fromScript(value));
+        return settled(Inspector::self()->createVoid());
+    });
 }
 
-QJSValue ScriptBridge::invoke(const QJSValue &handle, const QString &name, const QJSValue &arguments)
+QJSValue ScriptBridge::invoke(
+    const QJSValue &handle, const QString &name, const QJSValue &arguments, const QString &stack)
 {
-    const SharedPtr<Object> object = objectFrom(handle, name);
-    if (!object)
-        return {};
-    Class *type = object->objectClass();
+    const FunctionCallResult<SharedPtr<Object>> object = objectFrom(handle, name);
+    if (object.failed())
+        return give(object);
+    Class *type = object.value->objectClass();
     const ObjectList given = argumentsFrom(arguments);
     const FunctionCallResult<Method *> method = type->resolve(name, given);
-    if (method.failed()) {
-        throwError(method.error);
-        return {};
-    }
-    const SharedPtr<Object> value = type->call(object, given, method.value);
-    return throwPending() ? QJSValue() : toScript(value);
+    if (method.failed())
+        return give(Failure(method.error));
+    const auto call = [&] { return settled(type->call(object.value, given, method.value)); };
+    if (stack.isEmpty() || !changesSomething(*method.value))
+        return give(call());
+    return report(u"%1.%2(%3)"_s.arg(type->name(), name, argumentTexts(arguments)), stack, call);
 }
 
 QJSValue ScriptBridge::invokeStatic(const QString &className, const QString &name, const QJSValue &arguments)
@@ -247,45 +292,53 @@ QJSValue ScriptBridge::invokeStatic(const QString &className, const QString &nam
     Class *type = Inspector::self()->findClass(className);
     const ObjectList given = argumentsFrom(arguments);
     const FunctionCallResult<Method *> method = type->resolve(name, given);
-    if (method.failed()) {
-        throwError(method.error);
-        return {};
-    }
-    const SharedPtr<Object> value = type->call(nullptr, given, method.value);
-    return throwPending() ? QJSValue() : toScript(value);
+    if (method.failed())
+        return give(Failure(method.error));
+    return give(settled(type->call(nullptr, given, method.value)));
 }
 
 QJSValue ScriptBridge::callGlobal(const QString &name, const QJSValue &arguments)
 {
-    const SharedPtr<Object> value
-        = Inspector::self()->globalClass()->callGlobal(name, argumentsFrom(arguments));
-    return throwPending() ? QJSValue() : toScript(value);
+    return give(settled(Inspector::self()->globalClass()->callGlobal(name, argumentsFrom(arguments))));
 }
 
 QJSValue ScriptBridge::callStatement(const QString &name, const QJSValue &arguments, const QString &stack)
 {
     if (reporters.contains(name))
         return callGlobal(name, arguments);
-    m_results.statementBegan({name, argumentTexts(arguments), innermostPlace(stack)});
+    return report(u"%1(%2)"_s.arg(name, argumentTexts(arguments)), stack, [&] {
+        return settled(Inspector::self()->globalClass()->callGlobal(name, argumentsFrom(arguments)));
+    });
+}
+
+QJSValue ScriptBridge::report(
+    const QString &text, const QString &stack, const std::function<Result()> &statement)
+{
+    m_results.statementBegan({text, innermostPlace(stack)});
     QElapsedTimer elapsed;
     elapsed.start();
-    Inspector *inspector = Inspector::self();
-    const SharedPtr<Object> value = inspector->globalClass()->callGlobal(name, argumentsFrom(arguments));
-    const QString error = inspector->hasError() ? inspector->takeError() : QString();
-    m_results.statementEnded(double(elapsed.nsecsElapsed()) / 1e6, error);
-    if (error.isEmpty())
-        return toScript(value);
-    throwError(error);
+    const Result result = statement();
+    m_results.statementEnded(double(elapsed.nsecsElapsed()) / 1e6, result.error);
+    return give(result);
+}
+
+QJSValue ScriptBridge::give(const Result &result)
+{
+    if (!result.failed())
+        return toScript(result.value);
+    m_engine->throwError(result.error);
     return {};
 }
 
 QString ScriptBridge::text(const QJSValue &handle)
 {
-    const SharedPtr<Object> object = objectFrom(handle, u"toString"_s);
-    if (!object)
+    const FunctionCallResult<SharedPtr<Object>> object = objectFrom(handle, u"toString"_s);
+    if (object.failed()) {
+        give(object);
         return {};
-    const QString text = objectAsText(object);
-    throwPending();
+    }
+    const QString text = objectAsText(object.value);
+    give(settled(Inspector::self()->createVoid()));
     return text;
 }
 
@@ -296,9 +349,7 @@ bool ScriptBridge::same(const QJSValue &a, const QJSValue &b)
 
 QString ScriptBridge::unknownMember(const QJSValue &handle, const QString &name) const
 {
-    const SharedPtr<Object> object = heldObject(handle);
-    return u"%1 has no property or method '%2'."_s.arg(
-        object ? object->objectClass()->name() : u"The object"_s, name);
+    return unknownMemberText(heldObject(handle), name);
 }
 
 QJSValue ScriptBridge::toScript(const SharedPtr<Object> &value)
@@ -373,28 +424,6 @@ ObjectList ScriptBridge::argumentsFrom(const QJSValue &arguments)
     for (quint32 i = 0; i < length; ++i)
         list.append(fromScript(arguments.property(i)));
     return list;
-}
-
-SharedPtr<Object> ScriptBridge::objectFrom(const QJSValue &handle, const QString &member)
-{
-    const SharedPtr<Object> object = heldObject(handle);
-    if (!object)
-        throwError(u"'%1' was used on something that is no object of the object model."_s.arg(member));
-    return object;
-}
-
-bool ScriptBridge::throwPending()
-{
-    Inspector *inspector = Inspector::self();
-    if (!inspector->hasError())
-        return false;
-    throwError(inspector->takeError());
-    return true;
-}
-
-void ScriptBridge::throwError(const QString &message)
-{
-    m_engine->throwError(message);
 }
 
 } // namespace Ostrel::Host

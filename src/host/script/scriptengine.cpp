@@ -42,10 +42,20 @@ QList<Frame> scriptFrames(const QStringList &trace)
     return frames;
 }
 
-QString messageOf(const QJSValue &thrown)
+/// What a script has thrown that is no error. A plain object tells nothing as text, but by what it holds.
+QString valueText(QJSEngine &engine, const QJSValue &thrown)
+{
+    const QString text = thrown.toString();
+    if (text != "[object Object]"_L1)
+        return text;
+    const QJSValue json = engine.globalObject().property(u"JSON"_s).property(u"stringify"_s).call({thrown});
+    return json.isString() ? json.toString() : text;
+}
+
+QString messageOf(QJSEngine &engine, const QJSValue &thrown)
 {
     if (!thrown.isError())
-        return thrown.toString();
+        return valueText(engine, thrown);
     const QString text = thrown.property(u"message"_s).toString();
     const QString kind = thrown.property(u"name"_s).toString();
     // The frame's errors are the script's errors, word for word; those of the language say their kind.
@@ -82,9 +92,10 @@ ScriptEngine::~ScriptEngine() = default;
 ScriptOutcome ScriptEngine::runFile(const QString &fileName)
 {
     QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
+    const QByteArray source = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    if (file.error() != QFileDevice::NoError)
         return {true, {u"Cannot read the script: %1."_s.arg(file.errorString()), fileName, 0, {}}};
-    return run(QString::fromUtf8(file.readAll()), fileName);
+    return run(QString::fromUtf8(source), fileName);
 }
 
 ScriptOutcome ScriptEngine::run(const QString &source, const QString &fileName)
@@ -100,7 +111,8 @@ ScriptOutcome ScriptEngine::run(const QString &source, const QString &fileName)
     if (trace.isEmpty() && !interrupted)
         return {};
 
-    ScriptError error{interrupted ? u"The script was interrupted."_s : messageOf(value), fileName, 0, {}};
+    ScriptError error{
+        interrupted ? u"The script was interrupted."_s : messageOf(m_engine, value), fileName, 0, {}};
     const QList<Frame> frames = scriptFrames(trace);
     if (!frames.isEmpty()) {
         error.file = frames.first().file.isEmpty() ? fileName : frames.first().file;

@@ -50,7 +50,7 @@
     function defineProperty(prototype, name) {
         Object.defineProperty(prototype, name, {
             get() { return bridge.read(this[handleKey], name); },
-            set(value) { bridge.write(this[handleKey], name, unwrap(value)); },
+            set(value) { bridge.write(this[handleKey], name, unwrap(value), new Error().stack); },
             enumerable: true,
             configurable: true
         });
@@ -62,8 +62,10 @@
         // A property hides the method of the same name: both read the same value. The method must not be defined at
         // all: the engine crashes when many members change from value to accessor.
         const reachable = description.methods.filter(name => !description.properties.includes(name));
-        reachable.forEach(name => defineMethod(prototype, name, function (...args) {
-            return bridge.invoke(this[handleKey], name, args.map(unwrap));
+        reachable.forEach(name => defineMethod(prototype, name, description.actions.includes(name) ? function (...args) {
+            return bridge.invoke(this[handleKey], name, args.map(unwrap), new Error().stack);
+        } : function (...args) {
+            return bridge.invoke(this[handleKey], name, args.map(unwrap), "");
         }));
         description.properties.forEach(name => defineProperty(prototype, name));
         defineMethod(prototype, "toString", function () { return bridge.text(this[handleKey]); });
@@ -99,7 +101,7 @@
 
     // Reaches a method that a property of the same name hides, or one whose name is only known at run time.
     defineMethod(global, "callMethod", function (object, name, ...args) {
-        return bridge.invoke(unwrap(object), name, args.map(unwrap));
+        return bridge.invoke(unwrap(object), name, args.map(unwrap), new Error().stack);
     });
     // Two script objects may stand for one thing, which == cannot see.
     defineMethod(global, "sameObject", function (a, b) {

@@ -2,6 +2,7 @@
 
 #include "host/channel/bindingcarrier.h"
 #include "host/channel/fetchcarrier.h"
+#include "host/report/reportfile.h"
 #include "host/script/elementvalue.h"
 #include "ostrelhook/globalfunction.h"
 #include "probelog/tracepoint.h"
@@ -16,6 +17,7 @@
 #include "wrappers/web/webtopleveldelegate.h"
 #include "wrappers/web/webutilities.h"
 
+#include <QBuffer>
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QImage>
@@ -49,6 +51,13 @@ bool hasOwnContent(const QString &address)
 QString completeAddress(const QString &address)
 {
     return hasOwnContent(address) ? address : addSchemeIfMissing(address);
+}
+
+QByteArray pngOf(const QImage &image)
+{
+    QBuffer png;
+    image.save(&png, "PNG");
+    return png.data();
 }
 
 void registerObjectModel()
@@ -277,9 +286,14 @@ FunctionCallResult<void> TestSession::saveScreenshot(const QString &fileName) co
     const FunctionCallResult<QImage> picture = page->grabPageScreenshot();
     if (picture.failed())
         return Failure(picture.error);
-    QImageWriter writer(fileName);
+    QBuffer content;
+    QImageWriter writer(&content, QFileInfo(fileName).suffix().toLatin1());
     if (!writer.write(picture.value))
         return Failure(u"Cannot write the screenshot '%1': %2."_s.arg(fileName, writer.errorString()));
+    const FunctionCallResult<void> written = writeWhole(fileName, content.data());
+    if (written.failed())
+        return Failure(u"Cannot write the screenshot '%1': %2."_s.arg(fileName, written.error));
+    m_results.screenshotTaken({fileName, pngOf(picture.value)});
     return {};
 }
 

@@ -46,6 +46,9 @@ struct SessionOptions
 /// The address that a user means by a text: "http://" stands in front where no scheme does.
 QString completeAddress(const QString &address);
 
+/// A picture as reports hold it.
+QByteArray pngOf(const QImage &image);
+
 /// Registers the classes and functions of the object model with the framework, once in a process.
 void registerObjectModel();
 

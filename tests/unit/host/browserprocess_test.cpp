@@ -122,34 +122,68 @@ TEST_F(BrowserProcessTest, GivesProfileAndArgumentsInOrder)
     EXPECT_FALSE(QDir(profile).exists());
 }
 
-TEST_F(BrowserProcessTest, KillsTheWholeGroupOfABrowserThatDoesNotListen)
+// A dead process that nobody has waited for has no command line any more.
+bool isAlive(const QByteArray &process)
 {
-    BrowserProcess process;
-    const QString childFile = directory.filePath(u"child"_s);
-    const auto started
-        = process.start(program(u"stubborn"_s,
-                            "trap '' TERM\n(trap '' TERM; while :; do sleep 0.1; done) &\necho $! > '"
-                                + childFile.toLocal8Bit() + "'\nwhile :; do sleep 0.1; done\n"),
-            {});
-    ASSERT_FALSE(started.failed());
-    QByteArray child;
-    ASSERT_TRUE(waitFor([&] {
-        QFile file(childFile);
-        child = file.open(QIODevice::ReadOnly) ? file.readAll().trimmed() : QByteArray();
-        return !child.isEmpty();
+    QFile commandLine(u"/proc/%1/cmdline"_s.arg(QString::fromLatin1(process)));
+    return commandLine.open(QIODevice::ReadOnly) && !commandLine.readAll().isEmpty();
+}
+
+// What a program has written to a file: the number of a process.
+QByteArray waitForNumber(const QString &fileName)
+{
+    QByteArray content;
+    EXPECT_TRUE(waitFor([&] {
+        QFile file(fileName);
+        content = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        return content.endsWith('\n');
     }));
-    QFile alive(u"/proc/%1/cmdline"_s.arg(QString::fromLatin1(child)));
-    ASSERT_TRUE(alive.open(QIODevice::ReadOnly) && !alive.readAll().isEmpty());
-    alive.close();
+    return content.trimmed();
+}
+
+// Programs that start a process which ignores polite requests and writes its number to %1.
+const QByteArray stubbornLoop = "trap '' TERM HUP; echo $$ > '%1'; while :; do sleep 0.1; done";
+const QByteArray ownGroup = "sh -c \"" + QByteArray(stubbornLoop).replace("$", "\\$") + "\" &\n";
+// As crash handlers do: neither the group nor the parent is the browser's.
+const QByteArray ownSession = "(setsid sh -c \"" + QByteArray(stubbornLoop).replace("$", "\\$") + "\" &)\n";
+const QByteArray waiting = "trap '' TERM\nwhile :; do sleep 0.1; done\n";
+
+TEST_F(BrowserProcessTest, KillsAllProcessesOfABrowserThatDoesNotListen)
+{
+    for (const QByteArray &helper : {ownGroup, ownSession}) {
+        SCOPED_TRACE(helper.toStdString());
+        const QString numberFile = directory.filePath(u"number"_s);
+        QFile::remove(numberFile);
+        BrowserProcess process;
+        const auto started = process.start(
+            program(u"stubborn"_s, QByteArray(helper).replace("%1", numberFile.toLocal8Bit()) + waiting), {});
+        ASSERT_FALSE(started.failed());
+        const QByteArray child = waitForNumber(numberFile);
+        ASSERT_TRUE(isAlive(child));
+
+        process.stop();
+
+        EXPECT_FALSE(process.isRunning());
+        EXPECT_FALSE(isAlive(child));
+    }
+}
+
+TEST_F(BrowserProcessTest, KillsWhatABrowserLeavesThatHasDied)
+{
+    const QString numberFile = directory.filePath(u"number"_s);
+    BrowserProcess process;
+    QSignalSpy ended(&process, &BrowserProcess::ended);
+    const auto started = process.start(
+        program(u"crashing"_s, QByteArray(ownSession).replace("%1", numberFile.toLocal8Bit()) + "exit 1\n"),
+        {});
+    ASSERT_FALSE(started.failed());
+    const QByteArray child = waitForNumber(numberFile);
+    ASSERT_TRUE(waitFor([&] { return ended.count() == 1; }));
+    ASSERT_TRUE(isAlive(child));
 
     process.stop();
 
-    EXPECT_FALSE(process.isRunning());
-    // A dead process that nobody has waited for has no command line any more.
-    EXPECT_TRUE(waitFor([&] {
-        QFile gone(alive.fileName());
-        return !gone.open(QIODevice::ReadOnly) || gone.readAll().isEmpty();
-    }));
+    EXPECT_FALSE(isAlive(child));
 }
 
 TEST_F(BrowserProcessTest, KeepsItsDescriptorsWhenLowNumbersAreFree)

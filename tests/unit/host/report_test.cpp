@@ -33,7 +33,7 @@ void reportEverything(ResultSink &sink, const QString &text)
 {
     sink.scriptBegan(text);
     sink.sectionBegan(text, place);
-    sink.statementBegan({text, text, place});
+    sink.statementBegan({text, place});
     sink.statementEnded(1.5, text);
     sink.verified({false, text, text, text, place});
     sink.logged(text);
@@ -59,7 +59,7 @@ TEST(EventLines, EachEventIsALineOfJson)
         (QList<QByteArray>{
             "{\"event\":\"scriptBegan\",\"text\":\"t\"}\n",
             "{\"event\":\"sectionBegan\",\"file\":\"script.js\",\"line\":12,\"text\":\"t\"}\n",
-            "{\"arguments\":\"t\",\"event\":\"statementBegan\",\"file\":\"script.js\",\"line\":12,\"text\":"
+            "{\"event\":\"statementBegan\",\"file\":\"script.js\",\"line\":12,\"text\":"
             "\"t\"}\n",
             "{\"error\":\"t\",\"event\":\"statementEnded\",\"ms\":1.5}\n",
             "{\"actual\":\"t\",\"event\":\"verified\",\"expected\":\"t\",\"file\":\"script.js\",\"line\":12,"
@@ -130,7 +130,7 @@ TEST(ResultCollector, WhatHappensInASectionLiesInIt)
     ResultCollector collector;
     collector.logged(u"before"_s);
     collector.sectionBegan(u"outer"_s, place);
-    collector.statementBegan({u"click"_s, u"\"a\", 1"_s, place});
+    collector.statementBegan({u"click(\"a\", 1)"_s, place});
     collector.statementEnded(3, u"no such button"_s);
     collector.sectionBegan(u"inner"_s, place);
     collector.verified({true, u"holds"_s, {}, {}, place});
@@ -155,8 +155,8 @@ TEST(ResultCollector, WhatHappensInASectionLiesInIt)
 TEST(ResultCollector, AStatementThatCallsTheScriptHoldsWhatThatDoes)
 {
     ResultCollector collector;
-    collector.statementBegan({u"waitFor"_s, u"function"_s, place});
-    collector.statementBegan({u"findObject"_s, {}, place});
+    collector.statementBegan({u"waitFor(function)"_s, place});
+    collector.statementBegan({u"findObject()"_s, place});
     collector.statementEnded(1, {});
     collector.statementEnded(2, {});
 
@@ -169,7 +169,7 @@ TEST(ResultCollector, WhatWasCutShortStaysOpenAndTellsItsPlace)
     EXPECT_EQ(collector.openPlace(), ScriptPlace());
     collector.sectionBegan(u"section"_s, {u"script.js"_s, 1});
     EXPECT_EQ(collector.openPlace(), ScriptPlace());
-    collector.statementBegan({u"snooze"_s, u"9"_s, place});
+    collector.statementBegan({u"snooze(9)"_s, place});
 
     EXPECT_EQ(collector.openPlace(), place);
     EXPECT_FALSE(collector.hasEnded());
@@ -214,7 +214,7 @@ TEST(ResultCollector, KeepsTheFirstStepsOfAnEndlessScriptAndItsFailures)
     for (int i = 0; i < ResultCollector::mostSteps; ++i)
         collector.logged(u"line"_s);
     collector.sectionBegan(u"left out"_s, place);
-    collector.statementBegan({u"left out"_s, {}, place});
+    collector.statementBegan({u"left out"_s, place});
     collector.statementEnded(1, {});
     collector.verified({false, u"kept"_s, {}, {}, place});
     collector.sectionEnded();
@@ -226,6 +226,20 @@ TEST(ResultCollector, KeepsTheFirstStepsOfAnEndlessScriptAndItsFailures)
     EXPECT_EQ(outline(attempt.steps).last(2),
         (QStringList{u"kept (failed)"_s, u"(2 further steps are left out)"_s}));
     EXPECT_EQ(attempt.end.outcome, Outcome::Failed);
+}
+
+TEST(ResultCollector, KeepsTheFirstPictures)
+{
+    ResultCollector collector;
+    for (int i = 0; i <= ResultCollector::mostPictures; ++i)
+        collector.screenshotTaken({u"picture %1"_s.arg(i), "png"});
+
+    const Attempt attempt = collector.take();
+
+    ASSERT_EQ(int(attempt.steps.size()), ResultCollector::mostPictures + 1);
+    EXPECT_EQ(attempt.steps.at(99).png, "png");
+    EXPECT_EQ(attempt.steps.at(100).kind, Step::Kind::Log);
+    EXPECT_EQ(attempt.steps.at(100).text, u"(the picture 'picture 100' is left out)"_s);
 }
 
 TEST(Results, TheLastTryDecides)
@@ -410,8 +424,12 @@ TEST(HtmlReport, TellsAllThatHappened)
 </ul>
 <div class="bar"><span class="passed" style="flex-grow:1"></span><span class="flaky" style="flex-grow:1"></span><span class="failed" style="flex-grow:1"></span><span class="error" style="flex-grow:1"></span><span class="notrun" style="flex-grow:1"></span></div>
 </header>
+<ol class="failures">
+<li><a href="#script-3">shop/look.js</a> shop/look.js:7: Verification failed: the &quot;title&quot; (actual: &lt;b&gt; &amp; %1&lt;/b&gt;; expected: it's)</li>
+<li><a href="#script-4">other/wait.js</a> other/wait.js:2: The browser has closed or crashed</li>
+</ol>
 <main>
-<details class="script">
+<details class="script" id="script-1">
 <summary><span class="badge passed">passed</span> <span class="name">shop/buy.js</span><span class="time">1.5 s</span></summary>
 <ol class="steps">
 <li class="statement"><span class="time">1.2 s</span><code>startBrowser(&quot;shop&quot;)</code>
@@ -430,12 +448,13 @@ TEST(HtmlReport, TellsAllThatHappened)
 </details></li>
 </ol>
 </details>
-<details class="script">
+<details class="script" id="script-2">
 <summary><span class="badge flaky">flaky</span> <span class="name">shop/again.js</span><span class="time">350 ms</span></summary>
 <details class="try">
 <summary><span class="badge failed">failed</span> Try 1<span class="time">250 ms</span></summary>
 <div class="problem">
 <p>1 of 1 verifications failed</p>
+<div class="place">shop/look.js:7: Verification failed: the &quot;title&quot; (actual: &lt;b&gt; &amp; %1&lt;/b&gt;; expected: it's)</div>
 </div>
 <ol class="steps">
 <li class="verification bad"><span class="mark">✗</span>the &quot;title&quot;
@@ -448,10 +467,11 @@ TEST(HtmlReport, TellsAllThatHappened)
 <summary><span class="badge passed">passed</span> Try 2<span class="time">100 ms</span></summary>
 </details>
 </details>
-<details class="script" open="">
+<details class="script" id="script-3" open="">
 <summary><span class="badge failed">failed</span> <span class="name">shop/look.js</span><span class="time">500 ms</span></summary>
 <div class="problem">
 <p>1 of 1 verifications failed</p>
+<div class="place">shop/look.js:7: Verification failed: the &quot;title&quot; (actual: &lt;b&gt; &amp; %1&lt;/b&gt;; expected: it's)</div>
 </div>
 <ol class="steps">
 <li class="log">looking around</li>
@@ -469,7 +489,7 @@ TEST(HtmlReport, TellsAllThatHappened)
 <details class="diagnostics"><summary>Standard error</summary><pre>a warning
 </pre></details>
 </details>
-<details class="script" open="">
+<details class="script" id="script-4" open="">
 <summary><span class="badge error">error</span> <span class="name">other/wait.js</span><span class="time">5.0 s</span></summary>
 <details class="try">
 <summary><span class="badge error">error</span> Try 1<span class="time">3.0 s</span></summary>
@@ -493,7 +513,7 @@ TEST(HtmlReport, TellsAllThatHappened)
 </div>
 </details>
 </details>
-<details class="script">
+<details class="script" id="script-5">
 <summary><span class="badge notrun">not run</span> <span class="name">other/late.js</span><span class="time"></span></summary>
 <div class="problem">
 <p>The run's limit of 60 s is over</p>

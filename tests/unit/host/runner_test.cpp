@@ -28,7 +28,7 @@ using namespace Host;
 // What a worker says at its end.
 const QString passes = u"echo '{\"event\":\"scriptEnded\",\"outcome\":\"passed\"}'\n"_s;
 const QString fails = u"echo '{\"event\":\"verified\",\"passed\":false,\"text\":\"it holds\"}'\n"_s + passes;
-const QString begins = u"echo '{\"event\":\"statementBegan\",\"text\":\"snooze\",\"arguments\":\"9\","
+const QString begins = u"echo '{\"event\":\"statementBegan\",\"text\":\"snooze(9)\","
                        "\"file\":\"inner.js\",\"line\":7}'\n"_s;
 const QString waits = u"sleep 600 & wait\n"_s;
 
@@ -44,7 +44,7 @@ public:
     }
     void statementBegan(int script, const StatementBegin &statement) override
     {
-        add(u"%1 %2"_s.arg(QString::number(script), statement.name));
+        add(u"%1 %2"_s.arg(QString::number(script), statement.text));
     }
     void verified(int script, const Verification &verification) override
     {
@@ -237,7 +237,7 @@ TEST_F(RunnerTest, AWorkerThatDoesNotListenIsKilled)
     QElapsedTimer elapsed;
     elapsed.start();
 
-    const RunResult result = run(plan, u"trap '' TERM\nwhile true; do sleep 0.05; done\n"_s);
+    const RunResult result = run(plan, u"trap '' ALRM\nwhile true; do sleep 0.05; done\n"_s);
 
     EXPECT_EQ(
         ends(result), QStringList{end(Outcome::Error, u"a.js"_s, u"The script did not end within 0.3 s"_s)});
@@ -270,7 +270,7 @@ TEST_F(RunnerTest, AStoppedRunTriesNothingAgain)
     plan.retries = 5;
     Runner runner(plan, worker(begins + u"exec sleep 600\n"_s), notes);
     notes.heard = [&] {
-        if (notes.lines.last() == "0 snooze"_L1)
+        if (notes.lines.last() == "0 snooze(9)"_L1)
             QTimer::singleShot(0, &runner, [&] { runner.stop(u"enough"_s); });
     };
 
@@ -354,10 +354,11 @@ protected:
     }
 
     bool pageIsThere = true;
+    bool isCalm = true;
     int looks = 0;
     QList<QByteArray> lines;
     FailureWitness witness{[this](const QByteArray &line) { lines.append(line); },
-        {[this] { return screenshot(); }, [this] { return objectTree(); }}};
+        {[this] { return screenshot(); }, [this] { return objectTree(); }, [this] { return isCalm; }}};
 };
 
 TEST_F(WitnessTest, ShowsThePageBehindAFailedVerificationAndBeforeAnError)
@@ -394,6 +395,19 @@ TEST_F(WitnessTest, AFailureInALoopDoesNotFillTheReport)
 
     EXPECT_EQ(looks, FailureWitness::mostViews);
     EXPECT_EQ(kinds().count(u"verified"_s), 100);
+
+    witness.scriptEnded({Outcome::Error, u"and then"_s, {}, {}});
+
+    EXPECT_EQ(looks, FailureWitness::mostViews + 1) << "the end is always shown";
+}
+
+TEST_F(WitnessTest, APageThatCannotBeFreedIsNotLookedAt)
+{
+    isCalm = false;
+    witness.scriptEnded({Outcome::Error, u"stuck"_s, {}, {}});
+
+    EXPECT_EQ(kinds(), QStringList{u"scriptEnded"_s});
+    EXPECT_EQ(looks, 0);
 }
 
 // From here on: which scripts.
@@ -479,7 +493,7 @@ TEST_F(ProgressTest, ASingleScriptInAPipeIsWhatItLogsAndWhatFails)
 {
     Progress lines = progress({u"a.js"_s}, 0, false);
     lines.attemptBegan(0);
-    lines.statementBegan(0, {u"click"_s, {}, {u"a.js"_s, 1}});
+    lines.statementBegan(0, {u"click()"_s, {u"a.js"_s, 1}});
     lines.logged(0, u"hello"_s);
     lines.verified(0, {true, u"fine"_s, {}, {}, {u"a.js"_s, 2}});
     lines.verified(0, {false, u"the total"_s, u"2"_s, u"3"_s, {u"a.js"_s, 2}});
@@ -515,10 +529,10 @@ TEST_F(ProgressTest, OnATerminalTheLastLineTellsWhatRunsNow)
 {
     Progress lines = progress({u"a.js"_s, u"b.js"_s}, 40);
     lines.attemptBegan(0);
-    lines.statementBegan(0, {u"click"_s, u"\"a\nb\""_s, {u"a.js"_s, 12}});
+    lines.statementBegan(0, {u"click(\"a\nb\")"_s, {u"a.js"_s, 12}});
     lines.logged(0, u"hello"_s);
-    lines.statementBegan(0, {u"click"_s, u"\"a\nb\""_s, {u"a.js"_s, 12}});
-    lines.statementBegan(0, {u"typeText"_s, u"\"a long text that does not fit\""_s, {u"a.js"_s, 13}});
+    lines.statementBegan(0, {u"click(\"a\nb\")"_s, {u"a.js"_s, 12}});
+    lines.statementBegan(0, {u"typeText(\"a long text that does not fit\")"_s, {u"a.js"_s, 13}});
     lines.attemptEnded(0, ended(Outcome::Passed), false);
     lines.printTotals({});
 

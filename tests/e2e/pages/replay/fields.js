@@ -1,9 +1,11 @@
 // Notes every event that the fields of a page see, in order. ids are those of the elements.
 "use strict";
 
-function watch(root, log) {
-    ["focus", "blur", "mouseover", "mousedown", "mouseup", "mouseout", "click", "dblclick", "contextmenu", "keydown",
-        "keypress", "keyup", "input", "change", "submit"].forEach(type => {
+const watched = ["focus", "blur", "mouseover", "mousedown", "mouseup", "mouseout", "click", "dblclick", "contextmenu",
+    "keydown", "keypress", "keyup", "input", "change", "submit", "reset"];
+
+function watch(root, log, types = watched) {
+    types.forEach(type => {
         root.addEventListener(type, event => {
             const target = event.composedPath()[0];
             if (target.id) {
