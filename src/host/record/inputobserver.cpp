@@ -38,12 +38,9 @@ InputEvent readInput(const QString &payload)
         qRound(record.value("y"_L1).toDouble()), record.value("files"_L1).toInt()};
 }
 
-/// Of an element: what a press on it is a press on, and where that is. Nothing of an element that is gone.
+/// Of an element: what a press on it is a press on, and where that is.
 const QString namingFunction = uR"(function () {
     var win = this.ownerDocument.defaultView, meant, corner;
-    if (!this.isConnected) {
-        return [];
-    }
     meant = win.top.__ostrel__eventObject(this);
     corner = meant.getBoundingClientRect();
     return [win.top.__ostrel__nameOf(meant), win.top.__ostrel__contextOf(win), corner.left, corner.top];
