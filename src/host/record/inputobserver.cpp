@@ -30,12 +30,9 @@ InputEvent readInput(const QString &json, int observer)
         record.value("files"_L1).toInt(), observer};
 }
 
-/// Of an element: what a press on it is a press on, and where that is. Nothing of an element that is gone.
+/// Of an element: what a press on it is a press on, and where that is.
 const QString namingFunction = uR"(function () {
     var win = this.ownerDocument.defaultView, meant, corner;
-    if (!this.isConnected) {
-        return [];
-    }
     meant = win.top.__ostrel__eventObject(this);
     corner = meant.getBoundingClientRect();
     return [win.top.__ostrel__nameOf(meant), win.top.__ostrel__contextOf(win), corner.left, corner.top];

@@ -17,7 +17,9 @@
         lastWheel = -wheelPauseMs,
         pointer = "", // where the pointer was last
         isPressWanted = false, // whether the pointer went down and no press has followed yet
+        release = null, // the event by which it came up since, as long as none has followed
         pressed = null, // what it went down on
+        pressedPath = [], // that, and what holds it
         pressedAt = {}, // where in the window
         endHover = function () {}; // stops looking for an answer of the page to the last hover
 
@@ -116,23 +118,33 @@
     // Pages can take the pointer's own event, after which no press follows but a click.
     listen("pointerdown", function (event) {
         isKeyDown = false;
+        // A hand can be faster than the timer below.
+        if (isPressWanted && release) {
+            tellPress(release);
+        }
+        release = null;
         isPressWanted = event.button === 0 && event.pointerType === "mouse";
         pressed = targetOf(event);
+        pressedPath = event.composedPath();
         pressedAt = { x: event.clientX, y: event.clientY };
     });
 
     // A press of which no event of the page's own tells. What the page calls its element, the host asks there.
+    // A page may have replaced it: then what holds it was pressed.
     function tellPress(event) {
         isPressWanted = false;
-        window.__pageprobeElement = pressed;
+        window.__pageprobeElement = pressedPath.filter(function (node) {
+            return node.nodeType === 1 && node.isConnected && node.contains(document.body) === false;
+        })[0];
         tell(event, { kind: "pointerup", target: describe(pressed), x: pressedAt.x, y: pressedAt.y });
     }
 
     // Where the page has put something else below the pointer there is no click either, or one of what holds both.
     listen("pointerup", function (event) {
         if (isPressWanted) {
+            release = event;
             setTimeout(function () {
-                if (isPressWanted) {
+                if (isPressWanted && release === event) {
                     tellPress(event);
                 }
             }, 0);
