@@ -3,12 +3,12 @@
 #include "app/complaint.h"
 #include "host/dump/dumpwriter.h"
 #include "host/dump/pagedump.h"
+#include "host/report/reportfile.h"
 #include "host/run/interruption.h"
 #include "host/script/lookup.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QTextStream>
 
 #include <cstdio>
@@ -54,32 +54,20 @@ QStringList wantedProperties(const DumpCommandOptions &options)
     return names;
 }
 
-/// Writes into an open file; flushing tells of a disk that is full, by its name.
-bool writeAll(QFileDevice &file, const QByteArray &text)
-{
-    return file.write(text) == text.size() && file.flush();
-}
-
+/// Into the file, or to standard output where there is no name.
 FunctionCallResult<void> write(const QByteArray &text, const QString &fileName)
 {
-    const auto failure = [&fileName](const QFileDevice &file) {
-        return fileName.isEmpty()
-            ? Failure(u"Cannot write the dump to standard output: %1."_s.arg(file.errorString()))
-            : Failure(u"Cannot write the dump '%1': %2."_s.arg(fileName, file.errorString()));
-    };
-    // What is no file on a disk, as a terminal or a pipe, is written to and never replaced.
-    const QFileInfo target(fileName);
-    if (fileName.isEmpty() || (target.exists() && !target.isFile())) {
-        QFile file(fileName);
-        const bool opened
-            = fileName.isEmpty() ? file.open(stdout, QIODevice::WriteOnly) : file.open(QIODevice::WriteOnly);
-        return opened && writeAll(file, text) ? FunctionCallResult<void>() : failure(file);
+    if (!fileName.isEmpty()) {
+        const FunctionCallResult<void> written = writeWhole(fileName, text);
+        if (written.failed())
+            return Failure(u"Cannot write the dump '%1': %2."_s.arg(fileName, written.error));
+        return {};
     }
-    // A file that was there before stays when the new one cannot be written.
-    QSaveFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly) || !writeAll(file, text) || !file.commit())
-        return failure(file);
-    return {};
+    QFile output;
+    const bool written
+        = output.open(stdout, QIODevice::WriteOnly) && output.write(text) == text.size() && output.flush();
+    return written ? FunctionCallResult<void>()
+                   : Failure(u"Cannot write the dump to standard output: %1."_s.arg(output.errorString()));
 }
 
 FunctionCallResult<PageDump> takeDump(TestSession &session, const DumpCommandOptions &options)

@@ -1,9 +1,10 @@
 #include "host/record/recordednames.h"
 
+#include "host/report/reportfile.h"
+
 #include <QFile>
 #include <QMap>
 #include <QRegularExpression>
-#include <QSaveFile>
 
 namespace Ostrel::Host {
 
@@ -91,9 +92,8 @@ FunctionCallResult<void> RecordedNames::save() const
 {
     if (m_added.isEmpty())
         return {};
-    QSaveFile file(m_fileName);
-    if (!file.open(QIODevice::WriteOnly) || file.write(m_content + m_added) < 0 || !file.commit())
-        return Failure(u"Cannot write the names file '%1': %2."_s.arg(m_fileName, file.errorString()));
+    if (const auto written = writeWhole(m_fileName, m_content + m_added); written.failed())
+        return Failure(u"Cannot write the names file '%1': %2."_s.arg(m_fileName, written.error));
     return {};
 }
 

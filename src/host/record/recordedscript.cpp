@@ -1,8 +1,7 @@
 #include "host/record/recordedscript.h"
 
 #include "host/record/statementtext.h"
-
-#include <QSaveFile>
+#include "host/report/reportfile.h"
 
 #include <algorithm>
 
@@ -53,9 +52,8 @@ QString RecordedScript::text() const
 
 FunctionCallResult<void> RecordedScript::save(const QString &fileName) const
 {
-    QSaveFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly) || file.write(text().toUtf8()) < 0 || !file.commit())
-        return Failure(u"Cannot write the script '%1': %2."_s.arg(fileName, file.errorString()));
+    if (const auto written = writeWhole(fileName, text().toUtf8()); written.failed())
+        return Failure(u"Cannot write the script '%1': %2."_s.arg(fileName, written.error));
     return {};
 }
 

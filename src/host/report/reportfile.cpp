@@ -3,6 +3,7 @@
 #include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
+#include <QSaveFile>
 
 namespace Ostrel::Host {
 
@@ -13,6 +14,12 @@ namespace {
 Failure unwritable(const QString &fileName, const QString &reason)
 {
     return Failure(u"Cannot write the report '%1': %2."_s.arg(fileName, reason));
+}
+
+/// Flushing tells of a disk that is full, by its name.
+bool writeAll(QFileDevice &file, const QByteArray &content)
+{
+    return file.write(content) == content.size() && file.flush();
 }
 
 } // namespace
@@ -28,20 +35,19 @@ FunctionCallResult<void> probeReportFile(const QString &fileName)
 
 FunctionCallResult<void> writeWhole(const QString &fileName, const QByteArray &content)
 {
-    QFile file(fileName);
-    const bool opened = file.open(QIODevice::WriteOnly | QIODevice::Truncate);
-    const bool written = opened && file.write(content) == content.size() && file.flush();
-    QString reason = file.errorString();
-    // Some file systems tell only now.
-    file.close();
-    if (written && file.error() == QFileDevice::NoError)
-        return {};
-    if (written)
-        reason = file.errorString();
-    // A device, such as a pipe, is not ours to remove.
-    if (opened && QFileInfo(fileName).isFile())
-        QFile::remove(fileName);
-    return Failure(reason);
+    const QFileInfo target(fileName);
+    // What is no file on a disk, as a terminal or a pipe, is written to and never replaced.
+    if (target.exists() && !target.isFile()) {
+        QFile device(fileName);
+        return device.open(QIODevice::WriteOnly) && writeAll(device, content) ? FunctionCallResult<void>()
+                                                                              : Failure(device.errorString());
+    }
+    QSaveFile file(fileName);
+    // In a folder in which nothing can be made, the file itself may still be written.
+    file.setDirectWriteFallback(true);
+    if (!file.open(QIODevice::WriteOnly) || !writeAll(file, content) || !file.commit())
+        return Failure(file.errorString());
+    return {};
 }
 
 FunctionCallResult<void> writeReportFile(

@@ -13,8 +13,8 @@ namespace Ostrel::Host {
 /// Tells before a run whether its report can be written: opens the file, which is made when it is not there.
 FunctionCallResult<void> probeReportFile(const QString &fileName);
 
-/// Writes a file. What could not be written whole, as on a full disk, is removed; a file that ends in its
-/// middle is worse than none. The error is the reason alone.
+/// Writes a file whole or, as on a full disk, not at all: then what was there before stays. The error is the
+/// reason alone.
 FunctionCallResult<void> writeWhole(const QString &fileName, const QByteArray &content);
 
 /// Writes a report file by `write`, whole or not at all.

@@ -62,7 +62,8 @@
         // A property hides the method of the same name: both read the same value. The method must not be defined at
         // all: the engine crashes when many members change from value to accessor.
         const reachable = description.methods.filter(name => !description.properties.includes(name));
-        reachable.forEach(name => defineMethod(prototype, name, description.actions.includes(name) ? function (...args) {
+        const isAction = name => description.actions.includes(name);
+        reachable.forEach(name => defineMethod(prototype, name, isAction(name) ? function (...args) {
             return bridge.invoke(this[handleKey], name, args.map(unwrap), new Error().stack);
         } : function (...args) {
             return bridge.invoke(this[handleKey], name, args.map(unwrap), "");

@@ -5,6 +5,8 @@
 #include "wrappers/web/objectfactory.h"
 #include "wrappers/web/scripttext.h"
 
+#include <cmath>
+
 namespace Ostrel::WebWrapper {
 
 HTML_Style::HTML_Style(const QString &reference, HTMLComponent *component) : PageValue(reference, component)
@@ -62,7 +64,8 @@ FunctionCallResult<double> HTML_XPathResult::numberValue() const
         return Failure(text.error);
     bool ok = false;
     const double number = text.value.toDouble(&ok);
-    if (!ok) {
+    // A text that is no number comes as "NaN", which the conversion would take for one.
+    if (!ok || std::isnan(number)) {
         return Failure(
             message(u"Error converting number value of xpath resultset %1 to double, received value is '%2'",
                 reference(), text.value));

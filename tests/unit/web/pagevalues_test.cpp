@@ -107,6 +107,7 @@ TEST(XPathResult, ReadsNumbers)
     const HTML_XPathResult result(variable, &page);
     page.answer(u"-2.5e3"_s);
     page.answer(u"some text"_s);
+    page.answer(u"NaN"_s);
     page.fail(u"gone"_s);
 
     EXPECT_EQ(result.numberValue().value, -2500.0);
@@ -115,8 +116,11 @@ TEST(XPathResult, ReadsNumbers)
         u"value is "
         "'some text'"_s);
     EXPECT_EQ(result.numberValue().error,
+        u"Error converting number value of xpath resultset window.__ostrel__object__C7 to double, received "
+        u"value is 'NaN'"_s);
+    EXPECT_EQ(result.numberValue().error,
         u"Error obtaining number value of xpath resultset window.__ostrel__object__C7: gone"_s);
-    EXPECT_EQ(page.scripts(), QStringList(3, variable + u".numberValue()"_s));
+    EXPECT_EQ(page.scripts(), QStringList(4, variable + u".numberValue()"_s));
 }
 
 TEST(XPathResult, ReadsTextAsItStands)
