@@ -176,7 +176,11 @@ second! Cannot retrieve element at '1', length check failed: Could not convert l
 xpath! Error evaluating xpath 'count(//li)': Error: taken away
 path: DOCUMENT.HTML1.BODY1.H11
 )"_s},
-        {"string", QString(allWorks).replace(u"xpath: 2"_s, u"xpath: NaN"_s)},
+        {"string",
+            QString(allWorks).replace(u"xpath: 2"_s,
+                u"xpath! Error converting number value of xpath resultset window.__ostrel__object__C17 to "
+                u"double, "
+                "received value is 'NaN'"_s)},
         {"noEval", u"open! TypeError: (0 , eval) is not a function\n"_s},
         {"ownEval", u"open! Failed to parse JSON return value 'nonsense':* Line 1, Column 1\n"_s},
         {"defineProperty", allWorks},

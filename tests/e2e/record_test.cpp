@@ -353,6 +353,38 @@ TEST_F(Keyboard, ThatOpensADialogIsWaitedFor)
             u"typeText(\"{visible='true' tagName='INPUT' type='text' id='f'}\", \"abcde\");"_s}));
 }
 
+// Keys overlap when somebody types quickly: the last one to come up has changed nothing, and the next may
+// have changed the field before its neighbour is told.
+TEST_F(Keyboard, AtFullSpeedTellsWhatEachKeyLeft)
+{
+    serve(u"overlap-a.html"_s, "<textarea id='t'></textarea><button id='b' type='button'>Do</button>");
+    record(server.url(u"overlap-a.html"_s));
+    TrustedUser user(page());
+    const auto stroke = [this](const QString &type, const QString &key) {
+        QJsonObject event{{u"type"_s, type}, {u"key"_s, key}};
+        if (type == "keyDown"_L1)
+            event.insert("text"_L1, key);
+        page()->connection()->send(page()->sessionId(), u"Input.dispatchKeyEvent"_s, event);
+    };
+
+    user.click(u"q('#t')"_s);
+    for (const QString &key : {u"a"_s, u"b"_s, u"c"_s, u"d"_s})
+        stroke(u"keyDown"_s, key);
+    for (const QString &key : {u"a"_s, u"b"_s, u"c"_s, u"d"_s})
+        stroke(u"keyUp"_s, key);
+    user.click(u"q('#b')"_s);
+    user.click(u"q('#t')"_s);
+    user.type(u"efg"_s);
+    user.key(u"Enter"_s);
+    user.type(u"h"_s);
+
+    const QString field = u"{visible='true' tagName='TEXTAREA' id='t'}"_s;
+    EXPECT_EQ(statements().filter(u"typeText"_s),
+        (QStringList{u"typeText(\"%1\", \"abcd\");"_s.arg(field),
+            u"typeText(\"%1\", \"abcdefg\");"_s.arg(field),
+            u"typeText(\"%1\", \"abcdefg\\nh\");"_s.arg(field)}));
+}
+
 TEST_F(Keyboard, IsToldByPagesThatReplaceTheClock)
 {
     serve(u"clock-a.html"_s, R"(<input id='f'><script>

@@ -92,7 +92,8 @@ QString Injection::script() const
     for (const PageVariable &variable : variables)
         parts.append(assignment(variable));
     parts.append(payload);
-    parts.append(companion);
+    if (!companion.isEmpty())
+        parts.append(companion);
     return parts.join(u'\n');
 }
 
@@ -103,9 +104,12 @@ QString Injection::newDocumentScript() const
     QStringList assignments;
     for (const PageVariable &variable : variables)
         assignments.append(assignment(variable));
-    return u"if (window === window.top) {\n(0, eval)(%1);\n(0, eval)(%2);\n(0, eval)(%3);\n(0, eval)(%4);\n%5 = document;\n}"_s
-        .arg(scriptLiteral(namespaceCode), scriptLiteral(assignments.join(u'\n')), scriptLiteral(payload),
-            scriptLiteral(companion), injectedDocument);
+    QString script = u"if (window === window.top) {\n"_s;
+    for (const QString &text : {namespaceCode, assignments.join(u'\n'), payload, companion}) {
+        if (!text.isEmpty())
+            script += u"(0, eval)(%1);\n"_s.arg(scriptLiteral(text));
+    }
+    return script + u"%1 = document;\n}"_s.arg(injectedDocument);
 }
 
 QString Injection::isMissingExpression()

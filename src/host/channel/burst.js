@@ -1,8 +1,9 @@
 // Sends texts to the host. Those that follow each other faster than a person types share a message, since each message
 // costs the page as much as a key press itself. Of those that may wait the first one behind a pause goes at once, so
 // that the host knows of the burst and can ask for the rest; one that must not wait goes at once with all that do.
-// Stands in front of the scripts that send, in one function with them.
-function burst(post) {
+// Stands in front of the scripts that send, in one function with them. `complete` runs before a message goes and may
+// add to it.
+function burst(post, complete) {
     "use strict";
 
     var lengthMs = 30,
@@ -11,12 +12,18 @@ function burst(post) {
         now = performance.now.bind(performance),
         waiting = "",
         burstAt = -lengthMs, // when the last message of the burst was sent
-        isTimed = false;
+        isTimed = false,
+        isLate = false; // whether anything waits for the timer
 
     function flush() {
-        var texts = waiting;
+        var texts;
+        if (complete) {
+            complete();
+        }
+        texts = waiting;
         waiting = "";
         burstAt = -lengthMs;
+        isLate = false;
         if (texts !== "") {
             post(texts);
         }
@@ -30,22 +37,34 @@ function burst(post) {
     window.addEventListener("beforeunload", flush, true);
     window.addEventListener("pagehide", flush, true);
 
-    function add(text, mayWait) {
-        waiting += waiting === "" ? text : "\0" + text;
-        if (!mayWait) {
-            flush();
-        } else if (now() - burstAt >= lengthMs) {
-            goOn();
-        } else if (!isTimed) {
+    function isRunning() {
+        return now() - burstAt < lengthMs;
+    }
+
+    // Has a message go within the length of a burst.
+    function wait() {
+        isLate = true;
+        if (!isTimed) {
             isTimed = true;
             startTimer(function () {
                 isTimed = false;
-                if (waiting !== "") {
+                if (isLate) {
                     goOn();
                 }
             }, lengthMs);
         }
     }
 
-    return { add: add, flush: flush };
+    function add(text, mayWait) {
+        waiting += waiting === "" ? text : "\0" + text;
+        if (!mayWait) {
+            flush();
+        } else if (!isRunning()) {
+            goOn();
+        } else {
+            wait();
+        }
+    }
+
+    return { add: add, flush: flush, isRunning: isRunning, wait: wait };
 }

@@ -281,6 +281,7 @@ void Recorder::noteDocumentGone(const QString &tab)
 {
     noteNews(tab, [this, tab, order = m_order] {
         std::erase_if(m_texts, [&](const PageText &text) { return text.tab == tab && text.order <= order; });
+        m_changed.remove(tab);
         m_logger.notePageGone(tab);
     });
 }
@@ -438,7 +439,14 @@ Verdict Recorder::judge(const Happening &happening)
         return m_logger.noteEditing(tab, WebWrapper::unescape(rawMember(told, "object"_L1)),
             WebWrapper::unescape(rawMember(told, "context"_L1)), input);
     }
-    const Verdict verdict = m_logger.handle(told, input);
+    if (rawMember(told, "isFollowed"_L1) == "true"_L1) {
+        if (input.changed)
+            m_changed.insert(tab);
+        return {Verdict::Kind::Merged, u"typed text is one statement, at its end"_s};
+    }
+    InputEvent last = input;
+    last.changed = m_changed.remove(tab) || input.changed;
+    const Verdict verdict = m_logger.handle(told, last);
     // A key that no field took and that caused no click was meant for a handler of the page.
     const bool isOfHandler = input.kind == "keyup"_L1 && !input.isText && !input.isTaken
         && m_keyDown.contains(tab) && m_keyDown.take(tab).key == input.key && !isSilentKey(input.key);

@@ -10,6 +10,7 @@
 #include <QDeadlineTimer>
 #include <QObject>
 #include <QPointer>
+#include <QSet>
 #include <QTimer>
 
 #include <deque>
@@ -105,6 +106,7 @@ private:
     };
     std::optional<TypedIn> m_typedIn;
     int m_fetching = 0; ///< how many documents are asked for what they keep back
+    QSet<QString> m_changed; ///< the tabs in which keys have changed a text that a key behind them tells
     QTimer m_timer;
     QStringList m_shown;
     quint64 m_order = 0; ///< counts what pages say

@@ -587,8 +587,10 @@ void Replay::leaveTypedField(BrowserPage *page, const QString &reference)
     if (field.isEmpty() || field == reference || page != m_typedPage)
         return;
     static_cast<void>(page->evaluateJavaScript(
-        u"(function(field, target) { try { target.focus(); } catch (e) {} try { if (field.getRootNode()"
-        ".activeElement === field) { field.blur(); } } catch (e) {} }(%1, %2));"_s.arg(field, reference),
+        u"(function(field, target) { function hasFocus() { return field.getRootNode().activeElement === "
+        u"field; }"
+        " try { if (hasFocus()) { target.focus(); if (hasFocus()) { field.blur(); } } } catch (e) {} }(%1, %2));"_s
+            .arg(field, reference),
         0));
 }
 

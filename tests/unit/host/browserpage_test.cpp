@@ -339,6 +339,11 @@ TEST(Injection, KeepsTheOrderAndEveryByte)
         u"if (window === window.top) {\n(0, eval)(\"names();\");\n"
         "(0, eval)(\"window.a = true;\\nwindow.b = \\\"x\\\\\\\"y\\\";\");\n"
         "(0, eval)(\"pay(\\\"%1 %2\\\");\\u000d\\n// end\");\nwindow.__ostrel__injectedDocument = document;\n}"_s);
+
+    injection.companion = u"help()"_s;
+    EXPECT_TRUE(injection.script().endsWith(u"\r\n// end\nhelp()"_s));
+    EXPECT_TRUE(injection.newDocumentScript().contains(
+        u"// end\");\n(0, eval)(\"help()\");\nwindow.__ostrel__injectedDocument"_s));
 }
 
 TEST(BrowserArguments, KeepTheSandboxButForRoot)

@@ -127,5 +127,8 @@ function __ostrel__memberOfNode(node, name) {
  * @return {boolean} also for a form of another frame; false in old browsers, which tell it from no other element
  */
 function __ostrel__isForm(object) {
-    return Object.prototype.toString.call(object) === "[object HTMLFormElement]";
+    var tag = object.tagName;
+
+    // A field may bear that name, too; of anything but a form it is a text or missing.
+    return typeof tag === "string" ? tag.toUpperCase() === "FORM" : Boolean(tag);
 }
