@@ -9,6 +9,7 @@
 
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
 
@@ -178,7 +179,7 @@ path: DOCUMENT.HTML1.BODY1.H11
 )"_s},
         {"string",
             QString(allWorks).replace(u"xpath: 2"_s,
-                u"xpath! Error converting number value of xpath resultset window.__ostrel__object__C17 to "
+                u"xpath! Error converting number value of xpath resultset window.__ostrel__object__C* to "
                 u"double, "
                 "received value is 'NaN'"_s)},
         {"noEval", u"open! TypeError: (0 , eval) is not a function\n"_s},
@@ -199,7 +200,8 @@ path: DOCUMENT.HTML1.BODY1.H11
         const QString opening
             = u"attempt('open', () => open('redefined.html?%1'));"_s.arg(QLatin1String(row.name));
 
-        EXPECT_EQ(run(opening + u"if (heading) {"_s + use + u'}'), row.logged);
+        static const QRegularExpression counter(u"(object__C)[0-9]+"_s);
+        EXPECT_EQ(run(opening + u"if (heading) {"_s + use + u'}').replace(counter, u"\\1*"_s), row.logged);
     }
 }
 

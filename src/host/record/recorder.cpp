@@ -228,7 +228,7 @@ void Recorder::note(BrowserPage *page, const InputEvent &input)
     } else if (!isElsewhere) {
         m_typedIn.reset();
     }
-    m_happenings.insert(place, {page->targetId(), input, {}, QDeadlineTimer(textLimitMs)});
+    m_happenings.insert(place, {page->targetId(), input, {}, QDeadlineTimer(textLimitMs), {}});
     handleAll();
 }
 
@@ -271,7 +271,7 @@ void Recorder::startLimitsAgain(const QString &tab)
 
 void Recorder::noteNews(const QString &tab, std::function<void()> act)
 {
-    m_happenings.push_back({tab, {}, std::move(act), {}});
+    m_happenings.push_back({tab, {}, std::move(act), {}, {}});
     handleAll();
 }
 
@@ -279,6 +279,11 @@ void Recorder::noteNews(const QString &tab, std::function<void()> act)
 // that of an event in the next page.
 void Recorder::noteDocumentGone(const QString &tab)
 {
+    // Of two messages of one moment the document's end may let only the first through.
+    for (Happening &happening : m_happenings) {
+        if (happening.tab == tab && !happening.lastText)
+            happening.lastText = m_order;
+    }
     noteNews(tab, [this, tab, order = m_order] {
         std::erase_if(m_texts, [&](const PageText &text) { return text.tab == tab && text.order <= order; });
         m_changed.remove(tab);
@@ -366,10 +371,7 @@ bool Recorder::handleFirst()
     if (m_fetching && !first.limit.hasExpired() && !first.act)
         return false;
     if (!first.act && isToldByPage(first.input) && !isOver(first.tab, first.limit)) {
-        const bool isTold = std::any_of(m_texts.begin(), m_texts.end(), [&](const PageText &text) {
-            return text.tab == first.tab && (text.event == first.input.kind || !isBrowserEvent(text.event));
-        });
-        if (!isTold)
+        if (!first.lastText && textFor(first) == m_texts.cend())
             return false;
     }
     const Happening happening = first;
@@ -422,10 +424,8 @@ Verdict Recorder::judge(const Happening &happening)
         return {plain.verdict, reason};
     }
 
-    const auto text = std::find_if(m_texts.begin(), m_texts.end(), [&](const PageText &candidate) {
-        return candidate.tab == tab && (candidate.event == input.kind || !isBrowserEvent(candidate.event));
-    });
-    if (text == m_texts.end())
+    const auto text = textFor(happening);
+    if (text == m_texts.cend())
         return {Verdict::Kind::LeftOut, u"the page has sent nothing for it"_s};
     const QString told = text->text;
     m_texts.erase(text);
@@ -455,6 +455,15 @@ Verdict Recorder::judge(const Happening &happening)
         return remark(u"not recorded: the key '%1' on %2"_s.arg(input.key, input.target));
     }
     return verdict;
+}
+
+/// What the page says of an event of the user.
+std::deque<Recorder::PageText>::const_iterator Recorder::textFor(const Happening &happening) const
+{
+    return std::find_if(m_texts.cbegin(), m_texts.cend(), [&](const PageText &text) {
+        return text.tab == happening.tab && text.order <= happening.lastText.value_or(text.order)
+            && (text.event == happening.input.kind || !isBrowserEvent(text.event));
+    });
 }
 
 /// The text of an event that the page has dispatched must not be taken for that of the user's next one.

@@ -55,6 +55,8 @@ private:
         InputEvent input;
         std::function<void()> act; ///< of news; empty for events of the user
         QDeadlineTimer limit; ///< how long it waits for the text of the page
+        std::optional<quint64>
+            lastText; ///< of an event in a document that is gone: what is said later is not of it
     };
     /// What a page says of an event.
     struct PageText
@@ -87,6 +89,7 @@ private:
     void forgetTextsWithoutInput();
     void waitForMore();
     QString inSession(const QString &text) const;
+    std::deque<PageText>::const_iterator textFor(const Happening &happening) const;
     BrowserPage *pageOf(const QString &tab) const;
 
     TestSession *m_session;

@@ -262,10 +262,10 @@ void ScriptBridge::write(
         give(Failure(found.error));
         return;
     }
-    const auto &[object, property] = found.value;
+    const SharedPtr<Object> object = found.value.object;
     const QString text = u"%1.%2 = %3"_s.arg(object->objectClass()->name(), name, argumentText(value));
     report(text, stack, [&] {
-        object->objectClass()->write(object, property, fromScript(value));
+        object->objectClass()->write(object, found.value.property, fromScript(value));
         return settled(Inspector::self()->createVoid());
     });
 }
