@@ -428,10 +428,10 @@ TEST_F(Upload, AFileThatCannotBeReadIsAnError)
 {
     file.setPermissions({});
     const QString path = file.fileName();
+    const std::string told
+        = u"Error automating file upload field, file at '%1' is not readable.\n"_s.arg(path).toStdString();
 
-    EXPECT_EXIT(uploadAsNobody(field, path), testing::ExitedWithCode(0),
-        testing::Eq(
-            qPrintable(u"Error automating file upload field, file at '%1' is not readable.\n"_s.arg(path))));
+    EXPECT_EXIT(uploadAsNobody(field, path), testing::ExitedWithCode(0), testing::Eq(told));
     EXPECT_EQ(page.scripts(), QStringList());
     EXPECT_EQ(devices.input, QStringList());
 }
