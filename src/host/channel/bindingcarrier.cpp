@@ -2,8 +2,7 @@
 
 #include "host/browser/browserpage.h"
 #include "host/channel/pagechannel.h"
-
-#include <QFile>
+#include "host/resourcetext.h"
 
 using namespace Qt::StringLiterals;
 
@@ -13,21 +12,11 @@ namespace {
 
 const QString binding = u"__ostrel__carryEvents"_s;
 
-QString resourceText(const QString &name)
-{
-    QFile file(name);
-    const bool opened = file.open(QIODevice::ReadOnly);
-    Q_ASSERT(opened);
-    Q_UNUSED(opened)
-    return QString::fromUtf8(file.readAll());
-}
-
 } // namespace
 
 QString burstScript(const QString &resource)
 {
-    return u"(function () {\n%1\n%2\n}());"_s.arg(
-        resourceText(u":/pageprobe/burst.js"_s), resourceText(resource));
+    return u"(function () {\n%1\n%2\n}());"_s.arg(resourceText(u"burst.js"_s), resourceText(resource));
 }
 
 BindingCarrier::BindingCarrier(BrowserPage *page, PageChannel *channel, const ChannelAddress &address)
@@ -44,7 +33,7 @@ BindingCarrier::BindingCarrier(BrowserPage *page, PageChannel *channel, const Ch
 
 QString BindingCarrier::pageScript()
 {
-    return burstScript(u":/pageprobe/bindingcarrier.js"_s);
+    return burstScript(u"bindingcarrier.js"_s);
 }
 
 void BindingCarrier::carry(const QString &payload)

@@ -1,19 +1,12 @@
 // The HTML form: the viewer, with its style, its script and the dump as JSON inside.
 #include "host/dump/dumpwriter.h"
-
-#include <QFile>
+#include "host/resourcetext.h"
 
 namespace Ostrel::Host {
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-QString resource(const QString &name)
-{
-    QFile file(u":/pageprobe/"_s + name);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-}
 
 /// JSON as the text of a script element: nothing in it may end the element or begin a comment.
 QString embeddable(const QByteArray &json)
@@ -26,9 +19,9 @@ QString embeddable(const QByteArray &json)
 QByteArray dumpAsHtml(const PageDump &dump)
 {
     // Filled in one go: what the dump holds may look like a place to fill.
-    return resource(u"viewer.html"_s)
-        .arg(wellFormed(dump.title).toHtmlEscaped(), resource(u"viewer.css"_s), embeddable(dumpAsJson(dump)),
-            resource(u"viewer.js"_s))
+    return resourceText(u"viewer.html"_s)
+        .arg(wellFormed(dump.title).toHtmlEscaped(), resourceText(u"viewer.css"_s),
+            embeddable(dumpAsJson(dump)), resourceText(u"viewer.js"_s))
         .toUtf8();
 }
 

@@ -62,7 +62,7 @@ InputObserver::InputObserver(BrowserPage *page) : QObject(page), m_page(page)
     connection->send(page->sessionId(), u"Runtime.addBinding"_s,
         {{u"name"_s, binding}, {u"executionContextName"_s, world}});
     connection->send(page->sessionId(), u"Page.addScriptToEvaluateOnNewDocument"_s,
-        {{u"source"_s, burstScript(u":/pageprobe/inputobserver.js"_s)}, {u"worldName"_s, world}});
+        {{u"source"_s, burstScript(u"inputobserver.js"_s)}, {u"worldName"_s, world}});
 }
 
 void InputObserver::flush(BrowserPage *page, int observer, std::function<void()> done)

@@ -1,4 +1,5 @@
 #include "host/report/htmlreport.h"
+#include "host/resourcetext.h"
 
 #include "host/report/failuretext.h"
 #include "host/report/htmltext.h"
@@ -53,12 +54,6 @@ QString duration(double milliseconds)
     return u"%1 min %2 s"_s.arg(QString::number(seconds / 60), QString::number(seconds % 60));
 }
 
-QString styleSheet()
-{
-    QFile file(u":/pageprobe/report.css"_s);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-}
-
 class Writer
 {
 public:
@@ -86,7 +81,7 @@ public:
 </body>
 </html>
 )"_s,
-            title, Html{styleSheet()}, summary(run) + overview(run), scripts);
+            title, Html{resourceText(u"report.css"_s)}, summary(run) + overview(run), scripts);
     }
 
 private:

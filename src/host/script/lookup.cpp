@@ -1,4 +1,5 @@
 #include "host/script/lookup.h"
+#include "host/resourcetext.h"
 
 #include "host/browser/evaluation.h"
 #include "host/inseconds.h"
@@ -12,7 +13,6 @@
 
 #include <QDeadlineTimer>
 #include <QEventLoop>
-#include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -40,10 +40,7 @@ constexpr qsizetype shownOfName = 400;
 
 QString pageQuery(const QString &name)
 {
-    QFile file(u":/pageprobe/pagequeries/%1.js"_s.arg(name));
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("A page query is missing: %s", qUtf8Printable(name));
-    return QString::fromUtf8(file.readAll());
+    return resourceText(u"pagequeries/%1.js"_s.arg(name));
 }
 
 QString shortened(const QString &text, qsizetype limit = shownOfName)
