@@ -245,8 +245,7 @@ CommandResult BrowserPage::call(const QString &method, const QJsonObject &parame
     return answer.result;
 }
 
-BrowserPage::Answer BrowserPage::await(
-    const QString &method, const QJsonObject &parameters, int limitMs) const
+BrowserPage::Answer BrowserPage::await(const QString &method, CommandParameters parameters, int limitMs) const
 {
     if (!m_refusal.isEmpty())
         return {WaitState::Answered, Failure(m_refusal), m_document};
@@ -256,11 +255,12 @@ BrowserPage::Answer BrowserPage::await(
     Answer answer{obstacle(), {}, {}};
     if (answer.state == WaitState::Waiting) {
         AnswerWait wait(m_waits);
-        const int id = m_connection->send(m_session, method, parameters, [&](const CommandResult &result) {
+        const auto reply = [&](const CommandResult &result) {
             answer.result = result;
             answer.document = m_document;
             wait.end(stateOf(result));
-        });
+        };
+        const int id = m_connection->send(m_session, method, std::move(parameters), reply);
         answer.state = wait.run(limitMs + answerGraceMs);
         m_connection->giveUp(id, describe(answer.state, limitMs));
     }

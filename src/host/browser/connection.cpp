@@ -1,7 +1,5 @@
 #include "host/browser/connection.h"
 
-#include "host/browser/protocolmessage.h"
-
 using namespace Qt::StringLiterals;
 
 namespace Ostrel::Host {
@@ -38,7 +36,7 @@ Connection::~Connection()
 }
 
 int Connection::send(
-    const QString &sessionId, const QString &method, const QJsonObject &parameters, CommandReply reply)
+    const QString &sessionId, const QString &method, CommandParameters parameters, CommandReply reply)
 {
     if (!m_open) {
         if (reply)
@@ -46,7 +44,7 @@ int Connection::send(
         return 0;
     }
     const int id = m_pending.add(sessionId, method, std::move(reply));
-    const QByteArray text = composeCommand(id, sessionId, method, parameters);
+    const QByteArray text = composeCommand(id, sessionId, method, std::move(parameters));
     logText(">>", text);
     m_transport->send(text);
     return id;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/browser/pendingcommands.h"
+#include "host/browser/protocolmessage.h"
 #include "host/browser/transport.h"
 
 #include <QHash>
@@ -32,7 +33,7 @@ public:
 
     /// Sends a command; `reply` runs exactly once, at the latest when the browser is lost. Gives the id for
     /// giveUp(), or 0 when the connection is closed; the reply has then run already.
-    int send(const QString &sessionId, const QString &method, const QJsonObject &parameters = {},
+    int send(const QString &sessionId, const QString &method, CommandParameters parameters = {},
         CommandReply reply = {});
 
     /// The answer is not wanted any more: the reply runs now with `reason`, a late answer is dropped

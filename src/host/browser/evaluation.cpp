@@ -1,8 +1,7 @@
 #include "host/browser/evaluation.h"
 
 #include <QJsonValue>
-
-#include <algorithm>
+#include <QStringEncoder>
 
 using namespace Qt::StringLiterals;
 
@@ -31,39 +30,56 @@ bool standsForItself(char16_t unit)
         && !QChar::isSurrogate(unit);
 }
 
-/// Writes a unit that does not stand for itself.
-void appendEscaped(QString &literal, char16_t unit)
+/// How a unit is written that does not stand for itself.
+QString escaped(char16_t unit)
 {
-    literal += u'\\';
     if (unit == u'"' || unit == u'\\')
-        literal += QChar(unit);
-    else if (unit == u'\n')
-        literal += u'n';
-    else
-        literal += u"u%1"_s.arg(int(unit), 4, 16, QLatin1Char('0'));
+        return u"\\%1"_s.arg(QChar(unit));
+    return unit == u'\n' ? u"\\n"_s : u"\\u%1"_s.arg(int(unit), 4, 16, QLatin1Char('0'));
 }
 
-/// Appends the literal of a text. A dump's script has some ten million units, nearly all of which stand for
-/// themselves, so these are copied in runs.
-void appendLiteral(QString &to, QStringView text)
+/// Takes what is between the quotes of a text's literal to pieces: runs of units that stand for themselves,
+/// and escapes. A dump's script has some ten million units, nearly all of which are in long runs.
+template <typename Run, typename Escape>
+void forEachPieceOfLiteral(QStringView text, const Run &onRun, const Escape &onEscape)
 {
-    to += u'"';
-    const char16_t *rest = text.utf16();
-    const char16_t *const end = rest + text.size();
-    for (;;) {
-        const char16_t *const special = std::find_if_not(rest, end, standsForItself);
-        to += QStringView(rest, special);
-        if (special == end)
-            break;
-        const bool isPair
-            = QChar::isHighSurrogate(*special) && special + 1 != end && QChar::isLowSurrogate(special[1]);
-        if (isPair)
-            to += QStringView(special, 2);
-        else
-            appendEscaped(to, *special);
-        rest = special + (isPair ? 2 : 1);
+    const char16_t *run = text.utf16();
+    const char16_t *const end = run + text.size();
+    const char16_t *unit = run;
+    while (unit != end) {
+        if (standsForItself(*unit)) {
+            ++unit;
+        } else if (QChar::isHighSurrogate(*unit) && unit + 1 != end && QChar::isLowSurrogate(unit[1])) {
+            unit += 2;
+        } else {
+            onRun(QStringView(run, unit));
+            onEscape(escaped(*unit));
+            run = ++unit;
+        }
     }
-    to += u'"';
+    onRun(QStringView(run, end));
+}
+
+/// Appends UTF-8 without a text in between.
+void appendUtf8(QByteArray &to, QStringView text)
+{
+    // An encoder asks for room for the longest units, so that it is given large texts in parts.
+    constexpr qsizetype part = 16 * 1024;
+    QStringEncoder encoder(QStringEncoder::Utf8);
+    for (qsizetype from = 0; from < text.size(); from += part) {
+        const QStringView next = text.mid(from, part);
+        const qsizetype size = to.size();
+        to.resize(size + encoder.requiredSpace(next.size()));
+        to.truncate(encoder.appendToBuffer(to.data() + size, next) - to.constData());
+    }
+}
+
+/// Appends what a JSON text holds between its quotes for `text`.
+void appendAsJson(QByteArray &to, QStringView text)
+{
+    forEachPieceOfLiteral(
+        text, [&to](QStringView run) { appendUtf8(to, run); },
+        [&to](const QString &escape) { appendUtf8(to, escape); });
 }
 
 } // namespace
@@ -72,28 +88,29 @@ QString scriptLiteral(const QString &text)
 {
     QString literal;
     literal.reserve(text.size() + text.size() / 16 + 2);
-    appendLiteral(literal, text);
+    literal += u'"';
+    const auto append = [&literal](QStringView piece) { literal += piece; };
+    forEachPieceOfLiteral(text, append, append);
+    literal += u'"';
     return literal;
 }
 
-QString evaluationExpression(const QString &script)
+CommandParameters evaluationParameters(const QString &script, int limitMs)
 {
-    QString expression = evaluationTemplate;
-    expression.reserve(expression.size() + script.size() + script.size() / 16 + 3);
-    appendLiteral(expression, script);
-    expression += u')';
-    return expression;
-}
-
-QJsonObject evaluationParameters(const QString &script, int limitMs)
-{
-    return {
-        {u"expression"_s, evaluationExpression(script)},
-        {u"returnByValue"_s, true},
-        {u"timeout"_s, limitMs},
-        // A page that forbids eval by its security policy forbids it to itself, not to its tester.
-        {u"allowUnsafeEvalBlockedByCSP"_s, true},
-    };
+    constexpr qsizetype restOfText = 2048;
+    QByteArray text;
+    text.reserve(script.size() + script.size() / 16 + restOfText);
+    text += R"({"expression":")";
+    appendAsJson(text, evaluationTemplate);
+    text += R"~(\")~";
+    forEachPieceOfLiteral(
+        script, [&text](QStringView run) { appendUtf8(text, run); },
+        [&text](const QString &escape) { appendAsJson(text, escape); });
+    // A page that forbids eval by its security policy forbids it to itself, not to its tester.
+    text += R"~(\")","returnByValue":true,"allowUnsafeEvalBlockedByCSP":true,"timeout":)~";
+    text += QByteArray::number(limitMs);
+    text += '}';
+    return CommandParameters::fromText(std::move(text));
 }
 
 WebWrapper::HTMLComponent::EvalResult readEvaluation(const QJsonObject &answer)

@@ -1,6 +1,7 @@
 // Evaluation: the script that goes to the page for one evaluation, and what its answer means.
 #pragma once
 
+#include "host/browser/protocolmessage.h"
 #include "wrappers/web/htmlcomponent.h"
 
 #include <QJsonObject>
@@ -12,12 +13,10 @@ namespace Ostrel::Host {
 /// control characters are escaped, since the protocol carries UTF-8.
 QString scriptLiteral(const QString &text);
 
-/// The expression that evaluates `script` as the page's own top-level code and gives its value as text, in
-/// one round trip. It stands on no name that a page could take away later but `eval`.
-QString evaluationExpression(const QString &script);
-
-/// Parameters of the command "Runtime.evaluate" for evaluationExpression().
-QJsonObject evaluationParameters(const QString &script, int limitMs);
+/// Parameters of the command "Runtime.evaluate" that evaluate `script` as the page's own top-level code and
+/// give its value as text, in one round trip. They stand on no name that a page could take away later but
+/// `eval`.
+CommandParameters evaluationParameters(const QString &script, int limitMs);
 
 /// What the page answered. A script that raised an exception has both flags set and the exception's text as
 /// result: a caller that looks at one flag only must not take the message for a value.

@@ -59,8 +59,7 @@ void PipeTransport::send(const QByteArray &text)
 {
     if (m_writeDescriptor < 0)
         return;
-    m_unsent += text;
-    m_unsent += '\0';
+    m_unsent.append(text);
     writePending();
 }
 
@@ -121,17 +120,26 @@ void PipeTransport::handOn()
 void PipeTransport::writePending()
 {
     while (m_writeDescriptor >= 0 && !m_unsent.isEmpty()) {
-        const ssize_t count = ::write(m_writeDescriptor, m_unsent.constData(), std::size_t(m_unsent.size()));
+        // The byte behind the text, which ends every QByteArray, ends it in the pipe, too.
+        const QByteArray &text = m_unsent.first();
+        const ssize_t count
+            = ::write(m_writeDescriptor, text.constData() + m_sent, std::size_t(text.size() + 1 - m_sent));
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0) {
             // The reading side notices a lost browser, so that all texts that came before are still handed
             // on.
-            if (!wouldBlock())
+            if (!wouldBlock()) {
                 m_unsent.clear();
+                m_sent = 0;
+            }
             break;
         }
-        m_unsent.remove(0, count);
+        m_sent += count;
+        if (m_sent > text.size()) {
+            m_unsent.removeFirst();
+            m_sent = 0;
+        }
     }
     if (m_writeDescriptor >= 0)
         m_writable->setEnabled(!m_unsent.isEmpty());

@@ -37,7 +37,8 @@ private:
     QByteArray m_incomplete; ///< the start of a text whose NUL has not come yet
     QByteArrayList m_complete; ///< whole texts that wait for their turn
     bool m_atEnd = false; ///< the browser has closed its side
-    QByteArray m_unsent;
+    QByteArrayList m_unsent;
+    qsizetype m_sent = 0; ///< how much of the first of them is on its way
 };
 
 } // namespace Ostrel::Host

@@ -1,5 +1,7 @@
 #include "host/browser/protocolmessage.h"
 
+#include "wrappers/web/scripttext.h"
+
 #include <QJsonDocument>
 
 using namespace Qt::StringLiterals;
@@ -41,15 +43,36 @@ std::optional<ProtocolMessage> parseProtocolMessage(const QByteArray &text)
     return message.method.isEmpty() ? std::nullopt : std::optional(message);
 }
 
+CommandParameters::CommandParameters(const QJsonObject &members)
+    : m_text(members.isEmpty() ? QByteArray() : QJsonDocument(members).toJson(QJsonDocument::Compact))
+{
+}
+
+CommandParameters::CommandParameters(std::initializer_list<std::pair<QString, QJsonValue>> members)
+    : CommandParameters(QJsonObject(members))
+{
+}
+
+CommandParameters CommandParameters::fromText(QByteArray object)
+{
+    CommandParameters parameters;
+    parameters.m_text = std::move(object);
+    return parameters;
+}
+
 QByteArray composeCommand(
-    int id, const QString &sessionId, const QString &method, const QJsonObject &parameters)
+    int id, const QString &sessionId, const QString &method, CommandParameters parameters)
 {
     QJsonObject root{{u"id"_s, id}, {u"method"_s, method}};
-    if (!parameters.isEmpty())
-        root.insert("params"_L1, parameters);
     if (!sessionId.isEmpty())
         root.insert("sessionId"_L1, sessionId);
-    return QJsonDocument(root).toJson(QJsonDocument::Compact);
+    QByteArray head = QJsonDocument(root).toJson(QJsonDocument::Compact);
+    QByteArray text = parameters.takeText();
+    if (text.isEmpty())
+        return head;
+    head.chop(1);
+    WebWrapper::enclose<QByteArray>(text, head + R"(,"params":)", "}");
+    return text;
 }
 
 } // namespace Ostrel::Host

@@ -5,7 +5,9 @@
 #include <QJsonObject>
 #include <QString>
 
+#include <initializer_list>
 #include <optional>
+#include <utility>
 
 namespace Ostrel::Host {
 
@@ -22,8 +24,26 @@ struct ProtocolMessage
 /// Nothing when the text is no message of the protocol: cut off, not JSON, neither answer nor event.
 std::optional<ProtocolMessage> parseProtocolMessage(const QByteArray &text);
 
+/// The parameters of a command as the text of a JSON object; empty when it has none. Who has a very large one
+/// writes its text himself, which spares the copies on the way through a QJsonObject.
+class CommandParameters
+{
+public:
+    CommandParameters() = default;
+    CommandParameters(const QJsonObject &members);
+    CommandParameters(std::initializer_list<std::pair<QString, QJsonValue>> members);
+    /// `object` is the text of a JSON object.
+    static CommandParameters fromText(QByteArray object);
+
+    /// The text, which is then gone from here.
+    QByteArray takeText() { return std::exchange(m_text, {}); }
+
+private:
+    QByteArray m_text;
+};
+
 /// The text of a command; an empty session addresses the browser itself.
 QByteArray composeCommand(
-    int id, const QString &sessionId, const QString &method, const QJsonObject &parameters);
+    int id, const QString &sessionId, const QString &method, CommandParameters parameters);
 
 } // namespace Ostrel::Host

@@ -13,11 +13,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr auto envelope
-    = u"(function() {\n  try {\n    return JSON.stringify({'result': %1});\n  } catch( e ) {\n"
-      "    return JSON.stringify({'error': {'name': e['name'], 'message': e['message'], 'file': "
-      "e['fileName'], "
-      "'line': e['lineNumber'], 'stack': e['stack']}});\n  }\n}());";
+const QString envelopeHead = u"(function() {\n  try {\n    return JSON.stringify({'result': "_s;
+const QString envelopeTail
+    = u"});\n  } catch( e ) {\n    return JSON.stringify({'error': {'name': e['name'], 'message': "
+      "e['message'], 'file': e['fileName'], 'line': e['lineNumber'], 'stack': e['stack']}});\n  }\n}());"_s;
 
 /// A long expression as it stands in messages: its beginning and its end.
 QString shortForm(const QString &expression)
@@ -84,15 +83,23 @@ template <typename Parser>
 ParsedJson parseBy(const QString &text, const Parser &parser)
 {
     ParsedJson parsed;
-    const std::string bytes(text.toUtf8().constData());
+    const QByteArray bytes = text.toUtf8();
+    const char *const begin = bytes.constData();
     try {
-        if (!parser(bytes, parsed))
+        if (!parser(begin, begin + qstrlen(begin), parsed))
             parsed.outcome = ParsedJson::Outcome::Malformed;
     } catch (const Json::RuntimeError &error) {
         parsed.outcome = ParsedJson::Outcome::Threw;
         parsed.error = QString::fromUtf8(error.what());
     }
     return parsed;
+}
+
+HTMLComponent::EvalResult evaluateInEnvelope(
+    const HTMLComponent *component, QString expression, unsigned int timeoutMs)
+{
+    enclose(expression, envelopeHead, envelopeTail);
+    return component->evaluateJavaScript(expression, timeoutMs);
 }
 
 /// What an answer says, once it is parsed.
@@ -123,8 +130,8 @@ ParsedJson parseJson(const QString &text)
     QT_WARNING_DISABLE_DEPRECATED
     Json::Reader reader;
     QT_WARNING_POP
-    return parseBy(text, [&reader](const std::string &bytes, ParsedJson &parsed) {
-        const bool read = reader.parse(bytes, parsed.root, true);
+    return parseBy(text, [&reader](const char *begin, const char *end, ParsedJson &parsed) {
+        const bool read = reader.parse(begin, end, parsed.root, true);
         parsed.error = QString::fromStdString(reader.getFormattedErrorMessages());
         return read;
     });
@@ -134,10 +141,10 @@ ParsedJson parseDeepJson(const QString &text, int levels)
 {
     Json::CharReaderBuilder builder;
     builder["stackLimit"] = levels;
-    return parseBy(text, [&builder](const std::string &bytes, ParsedJson &parsed) {
+    return parseBy(text, [&builder](const char *begin, const char *end, ParsedJson &parsed) {
         std::string error;
         const std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
-        const bool read = reader->parse(bytes.data(), bytes.data() + bytes.size(), &parsed.root, &error);
+        const bool read = reader->parse(begin, end, &parsed.root, &error);
         parsed.error = QString::fromStdString(error);
         return read;
     });
@@ -152,31 +159,31 @@ PageException PageException::fromJson(const Json::Value &error)
 }
 
 FunctionCallResult<Json::Value> evaluateAsJson(
-    const HTMLComponent *component, const QString &expression, unsigned int timeoutMs)
+    const HTMLComponent *component, QString expression, unsigned int timeoutMs)
 {
-    const HTMLComponent::EvalResult answer
-        = component->evaluateJavaScript(message(envelope, expression), timeoutMs);
+    const QString call = shortForm(expression);
+    const HTMLComponent::EvalResult answer = evaluateInEnvelope(component, std::move(expression), timeoutMs);
     if (answer.failed || answer.threw)
         return Failure(answer.result);
 
     ParsedJson parsed = parseJson(answer.result);
-    return valueOf(shortForm(expression), answer.result, parsed);
+    return valueOf(call, answer.result, parsed);
 }
 
 FunctionCallResult<Json::Value> evaluateAsDeepJson(
-    const HTMLComponent *component, const QString &expression, unsigned int timeoutMs, int levels)
+    const HTMLComponent *component, QString expression, unsigned int timeoutMs, int levels)
 {
-    const HTMLComponent::EvalResult answer
-        = component->evaluateJavaScript(message(envelope, expression), timeoutMs);
+    const QString call = shortForm(expression);
+    const HTMLComponent::EvalResult answer = evaluateInEnvelope(component, std::move(expression), timeoutMs);
     if (answer.failed || answer.threw)
         return Failure(answer.result);
 
     ParsedJson parsed = parseDeepJson(answer.result, levels);
     if (parsed.outcome == ParsedJson::Outcome::Threw) {
-        return Failure(message(u"Calling %1: The answer is nested deeper than %2 levels",
-            shortForm(expression), QString::number(levels)));
+        return Failure(message(
+            u"Calling %1: The answer is nested deeper than %2 levels", call, QString::number(levels)));
     }
-    return valueOf(shortForm(expression), answer.result, parsed);
+    return valueOf(call, answer.result, parsed);
 }
 
 template <>

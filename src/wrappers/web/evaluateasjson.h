@@ -18,12 +18,12 @@ class HTMLComponent;
 /// Evaluates an expression and gives its value through JSON; `undefined` gives a null value and no error. A
 /// failure of the bridge comes back word for word, an exception of the page with its name and message.
 FunctionCallResult<Json::Value> evaluateAsJson(
-    const HTMLComponent *component, const QString &expression, unsigned int timeoutMs);
+    const HTMLComponent *component, QString expression, unsigned int timeoutMs);
 
 /// Like evaluateAsJson(), for an answer that may be nested deeper than the thousand levels that do elsewhere,
 /// as the elements of a page are. One deeper than `levels` is a failure that says so.
 FunctionCallResult<Json::Value> evaluateAsDeepJson(
-    const HTMLComponent *component, const QString &expression, unsigned int timeoutMs, int levels);
+    const HTMLComponent *component, QString expression, unsigned int timeoutMs, int levels);
 
 /// A JSON value as a C++ value. Null gives the default; a value of another kind is a failure that shows it.
 template <typename T>

@@ -105,9 +105,9 @@ private:
     const DumpFilters &m_filters;
     /// The elements as they stand in the page.
     QList<const HTML_Object *> m_inPageOrder;
-    /// What the page is to read of them, until it is sent. One text from the beginning: it may have many
-    /// megabytes.
-    QString m_readings;
+    /// The script that reads what a dump asks of them, without its end, until it is sent. One text from the
+    /// beginning: it may have many megabytes.
+    QString m_reading = u"window.top.__ostrel.readPropertiesFromObjects( ["_s;
     /// The names of the values: the same few come back with every element.
     std::map<std::string, QString, std::less<>> m_names;
 };
@@ -139,9 +139,9 @@ FunctionCallResult<void> HtmlObjectDumpObjectTreeDelegate::Snapshot::add(
     const FunctionCallResult<QString> wanted = getters(object);
     if (wanted.failed())
         return Failure(wanted.error);
-    if (!m_readings.isEmpty())
-        m_readings += u',';
-    m_readings += script(
+    if (m_inPageOrder.size() > 1)
+        m_reading += u',';
+    m_reading += script(
         u"{ 'object': %1, 'propertyGetters': { %2} }", Expr{wrapper->jsReference()}, Expr{wanted.value});
 
     if (!childRecords.isArray())
@@ -201,9 +201,9 @@ FunctionCallResult<QString> HtmlObjectDumpObjectTreeDelegate::Snapshot::getters(
 /// Reads the values of all entries in one call.
 FunctionCallResult<void> HtmlObjectDumpObjectTreeDelegate::Snapshot::fetchPropertyValues()
 {
-    const FunctionCallResult<Json::Value> values = evaluateAsJson(m_inPageOrder.first()->component(),
-        script(u"window.top.__ostrel.readPropertiesFromObjects( [%1] )", Expr{std::exchange(m_readings, {})}),
-        noLimit);
+    m_reading += u"] )"_s;
+    const FunctionCallResult<Json::Value> values
+        = evaluateAsJson(m_inPageOrder.first()->component(), std::exchange(m_reading, {}), noLimit);
     if (values.failed())
         return Failure(message(u"Error fetching property values: %1", values.error));
     if (!values.value.isObject())

@@ -10,6 +10,8 @@
 
 #include <QString>
 
+#include <algorithm>
+
 namespace Ostrel::WebWrapper {
 
 /// Text for a single-quoted script string: backslash, quote and line feed escaped, carriage returns removed.
@@ -75,6 +77,19 @@ template <typename... Pieces>
 QString script(QStringView shape, const Pieces &...pieces)
 {
     return shape.toString().arg(Detail::piece(pieces)...);
+}
+
+/// Puts texts before and after a large one within its own memory: copies of a dump's script took longer than
+/// the page took to carry it out.
+template <typename Text>
+void enclose(Text &text, const Text &before, const Text &after)
+{
+    const qsizetype size = text.size();
+    text.resize(before.size() + size + after.size());
+    const auto end = std::copy_backward(text.begin(), text.begin() + size, text.end() - after.size());
+    Q_ASSERT(end - text.begin() == before.size());
+    std::copy(before.begin(), before.end(), text.begin());
+    std::copy(after.begin(), after.end(), text.end() - after.size());
 }
 
 /// Wraps an action so that the page runs it 100 ms later, outside the call stack of the evaluation.

@@ -111,7 +111,7 @@ TEST(ProtocolMessage, ComposesCommands)
     EXPECT_EQ(
         composeCommand(1, {}, u"Browser.close"_s, {}), QByteArray(R"({"id":1,"method":"Browser.close"})"));
     EXPECT_EQ(composeCommand(2, u"S"_s, u"Page.navigate"_s, {{u"url"_s, u"about:blank"_s}}),
-        QByteArray(R"({"id":2,"method":"Page.navigate","params":{"url":"about:blank"},"sessionId":"S"})"));
+        QByteArray(R"({"id":2,"method":"Page.navigate","sessionId":"S","params":{"url":"about:blank"}})"));
 }
 
 // Writes each reply down as "<method>: value" or its error.
