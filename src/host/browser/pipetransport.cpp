@@ -21,6 +21,14 @@ void makeNonBlocking(int descriptor)
     fcntl(descriptor, F_SETFL, fcntl(descriptor, F_GETFL) | O_NONBLOCK);
 }
 
+// A dump's script fills a pipe of the usual size hundreds of times, and each time the other side must be
+// woken. Where the system refuses, the pipe works all the same.
+void enlarge(int descriptor)
+{
+    constexpr int size = 1024 * 1024;
+    fcntl(descriptor, F_SETPIPE_SZ, size);
+}
+
 // Writing to a browser that has just died must be an error to handle, not the end of the host. A handler that
 // the program has installed itself stays.
 void ignoreBrokenPipes()
@@ -43,6 +51,8 @@ PipeTransport::PipeTransport(int readDescriptor, int writeDescriptor, QObject *p
       m_writable(std::make_unique<QSocketNotifier>(writeDescriptor, QSocketNotifier::Write))
 {
     ignoreBrokenPipes();
+    enlarge(readDescriptor);
+    enlarge(writeDescriptor);
     makeNonBlocking(readDescriptor);
     makeNonBlocking(writeDescriptor);
     m_writable->setEnabled(false);
