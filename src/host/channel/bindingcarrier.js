@@ -1,7 +1,7 @@
 // Takes the texts of events off the network. Only what nobody waits for: an answer cannot come this way.
 //
 // To name a field and to write its text for each key would slow down a page in which somebody types faster than a
-// person can. In a burst only the last key has its text, and the others have one that says that it follows.
+// person can. In a burst only the last key has its text, behind one that says how many keys it follows.
 (function () {
     "use strict";
 
@@ -9,6 +9,7 @@
         sendOverNetwork = __ostrel__sendOverNetwork,
         logEvent = __ostrel__logEvent,
         lastKey = null, // the key that waits for its text
+        followed = 0, // how many keys went before it, of which nothing is told but that
         told = null, // the key whose text is on its way
         kept = burst(function (texts) {
             binding(window.__ostrel__port + "\0" + texts);
@@ -21,7 +22,8 @@
     }
 
     // What is told of an event once it has passed, when it knows its source no more.
-    function lasting(e, source) {
+    function lasting(key) {
+        var e = key.event, source = key.source;
         return {
             type: e.type, target: source, srcElement: source, key: e.key, keyCode: e.keyCode, which: e.which,
             altKey: e.altKey, ctrlKey: e.ctrlKey, shiftKey: e.shiftKey, metaKey: e.metaKey,
@@ -33,15 +35,21 @@
 
     function tellLastKey() {
         var key = lastKey,
+            before = followed,
             context = __ostrel__ctxwin;
         lastKey = null;
+        followed = 0;
         if (!key) {
             return;
+        }
+        if (before > 0) {
+            kept.add(__ostrel__getLogEventUrl(
+                "event=keyup&followed=" + before + __ostrel__tabIdLogEventParameter()), true);
         }
         __ostrel__ctxwin = key.context;
         told = key;
         try {
-            logEvent(key.event, key.win);
+            logEvent(lasting(key), key.win);
         } finally {
             told = null;
             __ostrel__ctxwin = context;
@@ -61,14 +69,12 @@
             tellLastKey();
             return logEvent(e, w);
         }
-        if (lastKey && lastKey.event.target !== source) {
+        if (lastKey && lastKey.source !== source) {
             tellLastKey();
         } else if (lastKey) {
-            lastKey = null;
-            kept.add(__ostrel__getLogEventUrl(
-                "event=keyup&isFollowed=true" + __ostrel__tabIdLogEventParameter()), true);
+            followed += 1;
         }
-        lastKey = { event: lasting(e, source), win: w, context: __ostrel__ctxwin, value: source.value };
+        lastKey = { event: e, source: source, win: w, context: __ostrel__ctxwin, value: source.value };
         kept.wait();
         return true;
     };

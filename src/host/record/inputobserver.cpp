@@ -7,6 +7,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
+#include <algorithm>
+
 namespace Ostrel::Host {
 
 using namespace Qt::StringLiterals;
@@ -16,9 +18,8 @@ namespace {
 const QString world = u"pageprobe"_s;
 const QString binding = u"__pageprobeInput"_s;
 
-InputEvent readInput(const QString &json, int observer)
+InputEvent readInput(const QJsonObject &record, int observer)
 {
-    const QJsonObject record = QJsonDocument::fromJson(json.toUtf8()).object();
     const auto text = [&](QLatin1StringView name) { return record.value(name).toString(); };
     const auto truth = [&](QLatin1StringView name) { return record.value(name).toBool(); };
     return {text("kind"_L1), record.value("time"_L1).toDouble(), text("target"_L1), text("key"_L1),
@@ -43,6 +44,34 @@ QString objectIdIn(const QJsonObject &answer, QLatin1StringView member)
     return answer.value(member).toObject().value("objectId"_L1).toString();
 }
 
+/// The events that one record of the observer tells of.
+QList<InputEvent> readInputs(const QString &json, int observer)
+{
+    const QJsonObject record = QJsonDocument::fromJson(json.toUtf8()).object();
+    if (record.value("kind"_L1) != "typed"_L1)
+        return {readInput(record, observer)};
+
+    InputEvent key;
+    key.target = record.value("target"_L1).toString();
+    key.field = record.value("field"_L1).toString();
+    key.isText = true;
+    key.observer = observer;
+    QList<InputEvent> keys;
+    for (const QJsonValue &told : record.value("keys"_L1).toArray()) {
+        key.kind = told["kind"_L1].toString();
+        key.time = told["time"_L1].toDouble();
+        key.key = told["key"_L1].toString();
+        key.changed = told["changed"_L1].toBool();
+        keys.append(key);
+    }
+    // The text of the field is known before the last of them went down.
+    const auto last = std::find_if(
+        keys.rbegin(), keys.rend(), [](const InputEvent &event) { return event.kind == "keydown"_L1; });
+    if (last != keys.rend())
+        last->value = record.value("value"_L1).toString();
+    return keys;
+}
+
 } // namespace
 
 InputObserver::InputObserver(BrowserPage *page) : QObject(page), m_page(page)
@@ -53,8 +82,10 @@ InputObserver::InputObserver(BrowserPage *page) : QObject(page), m_page(page)
             if (event.value("name"_L1) != binding)
                 return;
             const int observer = event.value("executionContextId"_L1).toInt();
-            for (const QString &record : event.value("payload"_L1).toString().split(QChar::Null))
-                m_told.push_back(readInput(record, observer));
+            for (const QString &record : event.value("payload"_L1).toString().split(QChar::Null)) {
+                const QList<InputEvent> inputs = readInputs(record, observer);
+                m_told.insert(m_told.end(), inputs.begin(), inputs.end());
+            }
             passOn();
         });
     // The binding exists in the observer's world only, so that no script of the page can call it.

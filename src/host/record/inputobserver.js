@@ -8,7 +8,9 @@
         synthetic = ["mousedown", "click"], // what pages like to dispatch as if a user had done it
         wheelPauseMs = 500,
         longestName = 30,
-        kept = burst(window.__pageprobeInput), // on its way to the host
+        kept = burst(window.__pageprobeInput, tellTyped), // on its way to the host
+        typed = null, // the keys typed into a field one after the other that are told together
+        typedInto = null, // that field
         values = new WeakMap(), // what holds text held before the key that is down
         marks = new WeakMap(), // the mark of each holder of text that the user had to do with
         markCount = 0,
@@ -91,11 +93,24 @@
         return by;
     }
 
+    function timeOf(event) {
+        return performance.timeOrigin + event.timeStamp;
+    }
+
+    function tellTyped() {
+        var told = typed;
+        typed = null;
+        typedInto = null;
+        if (told) {
+            kept.add(JSON.stringify(told), true);
+        }
+    }
+
     function tell(event, more) {
         var element = targetOf(event),
             told = {
                 kind: event.type,
-                time: performance.timeOrigin + event.timeStamp,
+                time: timeOf(event),
                 target: describe(element),
                 isText: isTextField(element),
                 field: markOf(element)
@@ -103,7 +118,31 @@
         Object.keys(more || {}).forEach(function (name) {
             told[name] = more[name];
         });
-        kept.add(JSON.stringify(told), told.isText && event.type.indexOf("key") === 0 && event.key.length === 1);
+        tellTyped();
+        kept.add(JSON.stringify(told), false);
+    }
+
+    function isTypedKey(event) {
+        return event.key.length === 1 && isTextField(targetOf(event));
+    }
+
+    // The page waits while a key is told, so that keys which follow each other fast cost no more than their own data.
+    function tellKey(event, changed) {
+        var element = targetOf(event);
+        if (typedInto !== element) {
+            tellTyped();
+            typed = { kind: "typed", target: describe(element), field: markOf(element), value: "", keys: [] };
+            typedInto = element;
+        }
+        typed.keys.push({ kind: event.type, time: timeOf(event), key: event.key, changed: changed });
+        if (event.type === "keydown") {
+            typed.value = element.value;
+        }
+        if (kept.isRunning()) {
+            kept.wait();
+        } else {
+            tellTyped();
+        }
     }
 
     function listen(type, listener) {
@@ -194,21 +233,30 @@
     listen("keydown", function (event) {
         var element = targetOf(event);
         isKeyDown = true;
-        tell(event, { key: event.key, value: isTextField(element) ? element.value : "" });
+        if (isTypedKey(event)) {
+            tellKey(event, false);
+        } else {
+            tell(event, { key: event.key, value: isTextField(element) ? element.value : "" });
+        }
     });
 
     listen("keyup", function (event) {
         var element = targetOf(event),
             text = textOf(element),
-            isEditable = text !== null && !isTextField(element);
+            isEditable = text !== null && !isTextField(element),
+            changed = text !== null && values.get(element) !== text;
         isKeyDown = false;
-        tell(event, {
-            key: event.key,
-            value: isEditable ? text : "",
-            changed: text !== null && values.get(element) !== text,
-            isTaken: takesKey(element, event.key),
-            isEditable: isEditable
-        });
+        if (isTypedKey(event)) {
+            tellKey(event, changed);
+        } else {
+            tell(event, {
+                key: event.key,
+                value: isEditable ? text : "",
+                changed: changed,
+                isTaken: takesKey(element, event.key),
+                isEditable: isEditable
+            });
+        }
         if (text !== null) {
             values.set(element, text);
         }

@@ -202,7 +202,8 @@ void Recorder::take(const QString &text)
     const QString context = rawMember(unique, "context"_L1);
     if (!context.isEmpty())
         m_contexts.insert(tab, WebWrapper::unescape(context));
-    m_texts.push_back({tab, rawMember(unique, "event"_L1), unique, ++m_order, QDeadlineTimer(textLimitMs)});
+    m_texts.push_back({tab, rawMember(unique, "event"_L1), unique, ++m_order, QDeadlineTimer(textLimitMs),
+        rawMember(unique, "followed"_L1).toInt()});
     handleAll();
 }
 
@@ -371,7 +372,7 @@ bool Recorder::handleFirst()
     if (m_fetching && !first.limit.hasExpired() && !first.act)
         return false;
     if (!first.act && isToldByPage(first.input) && !isOver(first.tab, first.limit)) {
-        if (!first.lastText && textFor(first) == m_texts.cend())
+        if (!first.lastText && textFor(first) == m_texts.end())
             return false;
     }
     const Happening happening = first;
@@ -425,8 +426,15 @@ Verdict Recorder::judge(const Happening &happening)
     }
 
     const auto text = textFor(happening);
-    if (text == m_texts.cend())
+    if (text == m_texts.end())
         return {Verdict::Kind::LeftOut, u"the page has sent nothing for it"_s};
+    if (text->followed > 0) {
+        if (--text->followed == 0)
+            m_texts.erase(text);
+        if (input.changed)
+            m_changed.insert(tab);
+        return {Verdict::Kind::Merged, u"typed text is one statement, at its end"_s};
+    }
     const QString told = text->text;
     m_texts.erase(text);
     if (input.kind == "keyup"_L1 && input.key == "Enter"_L1 && !input.isText
@@ -438,11 +446,6 @@ Verdict Recorder::judge(const Happening &happening)
         m_keyDown.remove(tab);
         return m_logger.noteEditing(tab, WebWrapper::unescape(rawMember(told, "object"_L1)),
             WebWrapper::unescape(rawMember(told, "context"_L1)), input);
-    }
-    if (rawMember(told, "isFollowed"_L1) == "true"_L1) {
-        if (input.changed)
-            m_changed.insert(tab);
-        return {Verdict::Kind::Merged, u"typed text is one statement, at its end"_s};
     }
     InputEvent last = input;
     last.changed = m_changed.remove(tab) || input.changed;
@@ -458,9 +461,9 @@ Verdict Recorder::judge(const Happening &happening)
 }
 
 /// What the page says of an event of the user.
-std::deque<Recorder::PageText>::const_iterator Recorder::textFor(const Happening &happening) const
+std::deque<Recorder::PageText>::iterator Recorder::textFor(const Happening &happening)
 {
-    return std::find_if(m_texts.cbegin(), m_texts.cend(), [&](const PageText &text) {
+    return std::find_if(m_texts.begin(), m_texts.end(), [&](const PageText &text) {
         return text.tab == happening.tab && text.order <= happening.lastText.value_or(text.order)
             && (text.event == happening.input.kind || !isBrowserEvent(text.event));
     });

@@ -66,6 +66,7 @@ private:
         QString text;
         quint64 order; ///< of its arrival
         QDeadlineTimer limit;
+        int followed; ///< how many keys it stands for that others follow; 0 for a text of one event
     };
 
     void watch(BrowserPage *page);
@@ -89,7 +90,7 @@ private:
     void forgetTextsWithoutInput();
     void waitForMore();
     QString inSession(const QString &text) const;
-    std::deque<PageText>::const_iterator textFor(const Happening &happening) const;
+    std::deque<PageText>::iterator textFor(const Happening &happening);
     BrowserPage *pageOf(const QString &tab) const;
 
     TestSession *m_session;
