@@ -1,17 +1,20 @@
 // Sends texts to the host. Those that follow each other faster than a person types share a message, since each message
 // costs the page as much as a key press itself. Of those that may wait the first one behind a pause goes at once, so
-// that the host knows of the burst and can ask for the rest; one that must not wait goes at once with all that do.
+// that the host knows of the burst and can ask for the rest; one that must not wait goes at once with all that do. The
+// longer a burst lasts, the longer its messages wait for each other.
 // Stands in front of the scripts that send, in one function with them. `complete` runs before a message goes and may
 // add to it.
 function burst(post, complete) {
     "use strict";
 
-    var lengthMs = 30,
+    var shortestMs = 30,
+        longestMs = 240,
+        lengthMs = shortestMs, // how long the texts of the burst wait
         // Pages replace the clock and the timers.
         startTimer = setTimeout.bind(window),
         now = performance.now.bind(performance),
         waiting = "",
-        burstAt = -lengthMs, // when the last message of the burst was sent
+        burstAt = -longestMs, // when the last message of the burst was sent
         isTimed = false,
         isLate = false; // whether anything waits for the timer
 
@@ -22,7 +25,7 @@ function burst(post, complete) {
         }
         texts = waiting;
         waiting = "";
-        burstAt = -lengthMs;
+        burstAt = -longestMs;
         isLate = false;
         if (texts !== "") {
             post(texts);
@@ -30,6 +33,7 @@ function burst(post, complete) {
     }
 
     function goOn() {
+        lengthMs = isLate ? Math.min(2 * lengthMs, longestMs) : shortestMs;
         flush();
         burstAt = now();
     }
@@ -51,7 +55,7 @@ function burst(post, complete) {
                 if (isLate) {
                     goOn();
                 }
-            }, lengthMs);
+            }, burstAt + lengthMs - now());
         }
     }
 

@@ -11,6 +11,7 @@
         kept = burst(window.__pageprobeInput, tellTyped), // on its way to the host
         typed = null, // the keys typed into a field one after the other that are told together
         typedInto = null, // that field
+        timeOrigin = performance.timeOrigin,
         values = new WeakMap(), // what holds text held before the key that is down
         marks = new WeakMap(), // the mark of each holder of text that the user had to do with
         markCount = 0,
@@ -94,7 +95,7 @@
     }
 
     function timeOf(event) {
-        return performance.timeOrigin + event.timeStamp;
+        return timeOrigin + event.timeStamp;
     }
 
     function tellTyped() {
@@ -224,7 +225,7 @@
     // A text comes by other ways than keys: the menu of the browser, the arrows of a number, a text that is dropped.
     listen("input", function (event) {
         var element = targetOf(event);
-        if (textOf(element) !== null && !isKeyDown) {
+        if (!isKeyDown && textOf(element) !== null) {
             tell(event, { isText: true, value: textOf(element) });
             values.set(element, textOf(element));
         }
