@@ -1,4 +1,5 @@
 #include "host/run/runner.h"
+#include "host/inseconds.h"
 
 #include <QElapsedTimer>
 #include <QTimer>
@@ -25,7 +26,7 @@ RunResult Runner::run()
     QElapsedTimer elapsed;
     elapsed.start();
     if (m_plan.runLimitMs > 0) {
-        const QString reason = u"The run's limit of %1 s is over"_s.arg(m_plan.runLimitMs / 1000.0);
+        const QString reason = u"The run's limit of %1 is over"_s.arg(inSeconds(m_plan.runLimitMs));
         QTimer::singleShot(
             m_plan.runLimitMs, this, [this, reason] { endAll(reason, &WorkerProcess::stopAtLimit); });
     }

@@ -1,6 +1,7 @@
 #include "host/run/workerprocess.h"
 
 #include "host/browser/browserprocess.h"
+#include "host/inseconds.h"
 #include "host/report/eventlines.h"
 
 #include <csignal>
@@ -15,11 +16,6 @@ namespace {
 
 constexpr int killLimitMs = 5000;
 constexpr qsizetype keptDiagnostics = 64 * 1024;
-
-QString inSeconds(int milliseconds)
-{
-    return u"%1 s"_s.arg(milliseconds / 1000.0);
-}
 
 // Runs between fork and exec. The runner alone decides what Ctrl+C at the terminal does; a worker whose
 // runner dies cleans up and ends.
