@@ -235,12 +235,21 @@ TEST_F(DumpTest, TakesTwoEvaluationsHoweverLargeThePageIs)
 TEST_F(DumpTest, FieldsMayHaveTheNamesOfAFormsOwnMembers)
 {
     begin();
-    for (const char *name : {"id", "name", "title", "tagName", "nodeName", "className", "style", "type",
-             "value", "parentNode", "parentElement", "offsetParent", "firstChild", "nextSibling", "children",
-             "childNodes", "attributes", "innerHTML", "innerText", "textContent", "ownerDocument",
-             "shadowRoot", "alert", "submit", "getAttribute", "getBoundingClientRect"}) {
+    const auto number = [this](const QString &side) {
+        return evaluate(
+            u"Element.prototype.getBoundingClientRect.call(document.getElementById('order'))."_s + side)
+            .toDouble();
+    };
+    for (const char *name :
+        {"id", "name", "title", "tagName", "nodeName", "className", "style", "type", "value", "parentNode",
+            "parentElement", "offsetParent", "firstChild", "nextSibling", "children", "childNodes",
+            "attributes", "innerHTML", "innerText", "textContent", "ownerDocument", "shadowRoot", "alert",
+            "submit", "getAttribute", "getBoundingClientRect", "nodeType", "qx_Widget", "offsetLeft",
+            "offsetTop", "offsetWidth", "offsetHeight", "scrollWidth", "scrollHeight"}) {
         open("<!DOCTYPE html><body><form id=order class=wide title=Order><input name=" + QByteArray(name)
             + "><p id=text>text</p></form></body>");
+        const QRect where
+            = QRectF(number(u"x"_s), number(u"y"_s), number(u"width"_s), number(u"height"_s)).toRect();
 
         const PageDump taken = dump();
 
@@ -253,6 +262,8 @@ TEST_F(DumpTest, FieldsMayHaveTheNamesOfAFormsOwnMembers)
         EXPECT_EQ(property(*form, u"title"_s), u"Order"_s) << name;
         EXPECT_EQ(property(*form, u"tagName"_s), u"FORM"_s) << name;
         EXPECT_EQ(property(*form, u"innerText"_s), u"text"_s) << name;
+        EXPECT_EQ(boundsOf(*form), where) << name;
+        EXPECT_EQ(property(*form, u"width"_s), QString::number(where.width())) << name;
         EXPECT_EQ(nameOf(*elementWithId(*taken.root, u"text"_s)), u"DOCUMENT.HTML1.BODY1.FORM1.P1"_s) << name;
     }
 }
