@@ -358,6 +358,64 @@ TEST_F(DumpTest, BoundsInAFrameFitThePictureOfThePage)
     }
 }
 
+TEST_F(DumpTest, WhatATurnedOrMirroredFrameShowsHasNoBounds)
+{
+    begin();
+    const struct
+    {
+        const char *style; ///< of the frame
+        const char *around; ///< of what it stands in
+        bool hasBounds;
+    } rows[] = {
+        {"", "", true},
+        {"transform:scale(0.5,2) translate(3px,4px)", "transform:rotate(360deg)", true},
+        {"scale:2", "rotate:0deg", true},
+        {"transform:rotate(10deg)", "", false},
+        {"transform:rotate(180deg)", "", false},
+        {"transform:scaleX(-1)", "", false},
+        {"transform:skewX(20deg)", "", false},
+        {"transform:rotateY(40deg)", "", false},
+        {"rotate:20deg", "", false},
+        {"scale:1 -1", "", false},
+        {"offset-path:path('M0 0 L100 100')", "", false},
+        {"", "transform:rotate(10deg)", false},
+    };
+    for (const auto &row : rows) {
+        open("<!DOCTYPE html><body><div style=\"margin:200px;" + QByteArray(row.around)
+            + "\"><iframe style=\"width:100px;height:80px;border:0;" + row.style
+            + "\" srcdoc=\"<body style='margin:0'><div id=red style='width:30px;height:20px;"
+              "background:#f00'></div>\"></iframe></div>");
+        ASSERT_TRUE(becomes(u"!!frames[0].document.getElementById('red')"_s, u"true"_s));
+        const auto body = WebWrapper::wrapObject(WebWrapper::htmlObjectFromReferenceInfo(
+            page, u"BODY"_s, evaluate(u"__ostrel__idForObject(frames[0].document.body)"_s), u"BODY1"_s));
+        QStringList told;
+        PageDumpOptions options;
+        options.picture = true;
+        options.screenshots = true;
+        options.log = [&](const QString &line) { told.append(line); };
+
+        const auto taken = dumpPage(page, body, options);
+
+        ASSERT_EQ(taken.error, QString());
+        const UIElement *red = elementWithId(*taken.value.root, u"red"_s);
+        ASSERT_TRUE(red);
+        EXPECT_EQ(red->bounds().isValid(), row.hasBounds) << row.style << row.around;
+        EXPECT_EQ(!red->image().isNull(), row.hasBounds) << row.style << row.around;
+        if (row.hasBounds) {
+            EXPECT_EQ(taken.value.picture.pixelColor(boundsOf(*red).center()), QColor(255, 0, 0))
+                << row.style;
+            EXPECT_NE(taken.value.picture.pixelColor(boundsOf(*red).bottomRight() + QPoint(1, 1)),
+                QColor(255, 0, 0))
+                << row.style;
+            EXPECT_EQ(told, QStringList());
+        } else {
+            EXPECT_EQ(told,
+                QStringList{u"The frame is turned or mirrored: its elements have no place in the picture."_s})
+                << row.style;
+        }
+    }
+}
+
 /// A page in which reading an element's id does something first.
 QByteArray pageThat(const QByteArray &action)
 {
