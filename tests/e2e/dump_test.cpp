@@ -450,6 +450,29 @@ TEST_F(DumpTest, APageWhoseElementsThrowIsDumpedWithoutTheirValues)
     EXPECT_EQ(property(*elementWithId(*taken.root, u"second"_s), u"innerText"_s), u"two"_s);
 }
 
+TEST_F(DumpTest, HalfACharacterDoesNotSpoilADump)
+{
+    begin();
+    open("<!DOCTYPE html><body><p id=cut>one</p><p id=whole>two</p><script>"
+         "cut.title = 'x\\ud83d'; cut.className = '\\udc00'; cut.textContent = '\\ud83d\\ud83d\\ude00';"
+         "whole.title = 'a\\u0000\\u2028\\ud83d\\ude00'</script>");
+
+    const PageDump taken = dump();
+
+    ASSERT_TRUE(taken.root);
+    const UIElement *cut = elementWithId(*taken.root, u"cut"_s);
+    ASSERT_TRUE(cut);
+    EXPECT_EQ(property(*cut, u"title"_s), u"x\uFFFD"_s);
+    EXPECT_EQ(property(*cut, u"domClassName"_s), u"\uFFFD"_s);
+    EXPECT_EQ(property(*cut, u"textContent"_s), u"\uFFFD\U0001F600"_s);
+    EXPECT_EQ(property(*elementWithId(*taken.root, u"whole"_s), u"title"_s), u"a\0\u2028\U0001F600"_s);
+    QXmlStreamReader xml(writeDump(taken, DumpFormat::Xml));
+    while (!xml.atEnd())
+        xml.readNext();
+    EXPECT_FALSE(xml.hasError()) << xml.errorString().toStdString();
+    EXPECT_FALSE(QJsonDocument::fromJson(writeDump(taken, DumpFormat::Json)).isNull());
+}
+
 TEST_F(DumpTest, APageThatHangsIsAnErrorAfterTheLimit)
 {
     SessionOptions options;
