@@ -45,6 +45,7 @@ TEST_F(JsObjects, TheClassHasThreeMethods)
 property(String propertyName) Object
 call(String methodName) Object
 call(String methodName, Array arguments) Object)"_s);
+    EXPECT_TRUE(Inspector::self()->findClass(u"JsObject"_s)->isScriptVisible());
 }
 
 TEST_F(JsObjects, CodeGoesIntoADoubleQuotedString)
