@@ -601,6 +601,11 @@ protected:
         moveTo(element, u"mousePressed"_s);
         moveTo(element, u"mouseReleased"_s);
     }
+    /// Where the picture shows the middle of the red box, as something that has a place.
+    const QString middleOfRed
+        = u"({ getBoundingClientRect() { const picture = document.getElementById('picture'), "
+          "box = picture.getBoundingClientRect(), scale = box.width / picture.naturalWidth; "
+          "return { x: box.x + 130 * scale, y: box.y + 70 * scale, width: 0, height: 0 }; } })"_s;
     /// Where an outline lies, in pixels of the picture.
     QString outlined(const QString &id) const
     {
@@ -681,6 +686,10 @@ TEST_F(ViewerTest, NodesAreOpenedAndClosed)
 
     click(twisty);
     EXPECT_TRUE(becomes(row(u"red"_s) + u" !== undefined"_s, u"true"_s));
+
+    evaluate(QString(twisty).chopped(qsizetype(qstrlen(".querySelector('.twisty')")))
+        + u".dispatchEvent(new MouseEvent('dblclick', { bubbles: true }))"_s);
+    EXPECT_TRUE(becomes(row(u"red"_s) + u" === undefined"_s, u"true"_s));
 }
 
 TEST_F(ViewerTest, ClickingThePictureSelectsWhatIsThere)
@@ -690,14 +699,8 @@ TEST_F(ViewerTest, ClickingThePictureSelectsWhatIsThere)
     ASSERT_TRUE(becomes(u"document.getElementById('selection').hidden"_s, u"false"_s));
     click(row(u"gone"_s));
     ASSERT_TRUE(becomes(u"document.getElementById('selection').hidden"_s, u"true"_s));
-    // Where the red box is shown.
     evaluate(u"document.getElementById('canvas').scrollTo(0, 0)"_s);
-    const QString spot
-        = u"({ getBoundingClientRect() { const picture = document.getElementById('picture'), "
-          "box = picture.getBoundingClientRect(), scale = box.width / picture.naturalWidth; "
-          "return { x: box.x + 130 * scale, y: box.y + 70 * scale, width: 0, height: 0 }; } })"_s;
-
-    click(spot);
+    click(middleOfRed);
 
     EXPECT_TRUE(becomes(u"document.querySelector('[aria-selected=true] .id').textContent"_s, u"#red"_s));
 }
@@ -717,8 +720,16 @@ TEST_F(ViewerTest, TheKeyboardWalksTheTree)
 
     press(u"ArrowDown"_s);
     EXPECT_TRUE(becomes(selected, u"div #green"_s));
+    press(u"ArrowUp"_s);
+    EXPECT_TRUE(becomes(selected, u"div #red Red"_s));
     press(u"ArrowLeft"_s);
     EXPECT_TRUE(becomes(selected, u"body"_s));
+    press(u"ArrowLeft"_s);
+    EXPECT_TRUE(becomes(row(u"red"_s) + u" === undefined"_s, u"true"_s));
+    press(u"ArrowRight"_s);
+    EXPECT_TRUE(becomes(row(u"red"_s) + u" !== undefined"_s, u"true"_s));
+    press(u"ArrowRight"_s);
+    EXPECT_TRUE(becomes(selected, u"div #red Red"_s));
 }
 
 TEST_F(ViewerTest, TheSearchFindsElements)
@@ -730,6 +741,77 @@ TEST_F(ViewerTest, TheSearchFindsElements)
 
     EXPECT_EQ(evaluate(u"document.getElementById('hits').textContent"_s), u"1 hit"_s);
     EXPECT_EQ(evaluate(u"document.querySelector('[aria-selected=true] .id').textContent"_s), u"#red"_s);
+}
+
+TEST_F(ViewerTest, EnterGoesToTheNextThatTheSearchFinds)
+{
+    view(boxes);
+    const QString selected = u"document.querySelector('[aria-selected=true] .id').textContent"_s;
+    evaluate(u"document.getElementById('search').focus(); document.getElementById('search').value = 're'; "
+             "document.getElementById('search').dispatchEvent(new Event('input')); 1"_s);
+    ASSERT_EQ(
+        evaluate(u"document.getElementById('hits').textContent + ' ' + "_s + selected), u"3 hits #red"_s);
+
+    for (const QString &next : {u"#green"_s, u"#gone"_s, u"#red"_s}) {
+        EXPECT_EQ(page->call(u"Input.dispatchKeyEvent"_s, {{u"type"_s, u"keyDown"_s}, {u"key"_s, u"Enter"_s}})
+                      .error,
+            QString());
+        EXPECT_TRUE(becomes(selected, next));
+    }
+}
+
+TEST_F(ViewerTest, TheDetailsShowTheElementsPartOfThePicture)
+{
+    view(boxes);
+    const QString crop = u"(({ hidden, style }) => hidden ? 'hidden' : [style.width, style.height, "
+                         "style.backgroundPosition].join(' '))(document.getElementById('crop'))"_s;
+
+    click(row(u"red"_s));
+    EXPECT_TRUE(becomes(crop, u"60px 40px -100px -52px"_s)) << evaluate(crop).toStdString();
+
+    click(row(u"gone"_s));
+    EXPECT_TRUE(becomes(crop, u"hidden"_s));
+    EXPECT_EQ(evaluate(u"document.getElementById('place').textContent"_s), u"Not visible in the picture"_s);
+}
+
+TEST_F(ViewerTest, TheMouseOutlinesWhatItPointsAtInThePicture)
+{
+    view(boxes);
+    moveTo(middleOfRed);
+    EXPECT_TRUE(waitFor([&] { return outlined(u"hover"_s) == "100,52,60,40"_L1; }))
+        << outlined(u"hover"_s).toStdString();
+
+    moveTo(u"document.getElementById('address')"_s);
+    EXPECT_TRUE(waitFor([&] { return outlined(u"hover"_s) == "hidden"_L1; }));
+}
+
+TEST_F(ViewerTest, TextNodesAreShownOnDemand)
+{
+    open(boxes);
+    evaluate(u"window.top.__ostrel__filter__non__element__nodes = false; 1"_s);
+    PageDumpOptions options;
+    options.picture = true;
+    const QString viewer = write(u"viewer.html"_s, writeDump(dump(options), DumpFormat::Html));
+    ASSERT_EQ(session->open(viewer).error, QString());
+    const QString underRed
+        = u"(%1).closest('li').getAttribute('aria-expanded') + ' ' + (%1).closest('li').className"_s.arg(
+            row(u"red"_s));
+    ASSERT_EQ(evaluate(u"document.getElementById('switch').hidden"_s), u"false"_s);
+    ASSERT_EQ(evaluate(underRed), u"null leaf"_s);
+
+    click(u"document.getElementById('texts')"_s);
+
+    EXPECT_TRUE(becomes(underRed, u"true "_s)) << evaluate(underRed).toStdString();
+
+    click(u"document.getElementById('texts')"_s);
+    EXPECT_TRUE(becomes(underRed, u"null leaf"_s));
+}
+
+TEST_F(ViewerTest, APageWithoutTextNodesHasNoSwitchForThem)
+{
+    view(boxes);
+
+    EXPECT_EQ(evaluate(u"document.getElementById('switch').hidden"_s), u"true"_s);
 }
 
 TEST_F(ViewerTest, NothingOfThePageRunsInTheViewer)
@@ -789,7 +871,7 @@ protected:
 TEST_F(DumpCommandTest, WritesXmlToStandardOutput)
 {
     const Ostrel::Test::Ended ended
-        = run.run({u"dump"_s, page(), u"DOCUMENT.HTML1.BODY1.DIV1"_s, u"--properties"_s, u"id,visible"_s});
+        = run.run({u"dump"_s, page(), u"DOCUMENT.HTML1.BODY1.DIV1"_s, u"--properties"_s, u"id, visible"_s});
 
     EXPECT_EQ(ended.err, QString());
     EXPECT_EQ(ended.exitCode, 0);
@@ -816,8 +898,36 @@ TEST_F(DumpCommandTest, TheSuffixOfTheFileDecidesTheFormat)
     EXPECT_EQ(html.value("name"_L1).toString(), u"DOCUMENT.HTML1"_s);
     EXPECT_FALSE(
         QImage::fromData(QByteArray::fromBase64(html.value("image"_L1).toString().toLatin1())).isNull());
+    EXPECT_FALSE(json.contains("picture"_L1));
     EXPECT_TRUE(written(u"out.html"_s).startsWith("<!DOCTYPE html>"));
+    EXPECT_TRUE(written(u"out.html"_s).contains("\"picture\":\"iVBORw0KGgo"));
     EXPECT_FALSE(QJsonDocument::fromJson(written(u"out.txt"_s)).object().value("root"_L1).isNull());
+}
+
+TEST_F(DumpCommandTest, AnElementThatComesLateIsWaitedFor)
+{
+    const QString late = run.write(u"late.html"_s,
+        "<!DOCTYPE html><body><script>setTimeout(() => { document.body.innerHTML = '<p id=late>Here</p>'; }, "
+        "1500);</script>");
+
+    const Ostrel::Test::Ended ended
+        = run.run({u"dump"_s, u"file://"_s + late, u"{tagName='P' id='late'}"_s, u"--properties"_s, u"id"_s});
+
+    EXPECT_EQ(ended.err, QString());
+    EXPECT_TRUE(ended.out.contains("<property name=\"id\">late</property>"_L1)) << ended.out.toStdString();
+}
+
+TEST_F(DumpCommandTest, WhatFailsAtSingleElementsIsTold)
+{
+    const QString turned = run.write(u"turned.html"_s,
+        "<!DOCTYPE html><body><iframe style='transform:rotate(9deg)' srcdoc='<p id=inner>In</p>'></iframe>");
+
+    const Ostrel::Test::Ended ended = run.run({u"dump"_s, u"file://"_s + turned,
+        u"{context='turned.html.FRAME1' tagName='P' id='inner'}"_s, u"--properties"_s, u"id"_s});
+
+    EXPECT_EQ(ended.exitCode, 0);
+    EXPECT_EQ(ended.err,
+        u"pageprobe dump: The frame is turned or mirrored: its elements have no place in the picture.\n"_s);
 }
 
 TEST_F(DumpCommandTest, ANameThatFindsNothingIsAFailure)
