@@ -235,12 +235,21 @@ TEST_F(DumpTest, TakesTwoEvaluationsHoweverLargeThePageIs)
 TEST_F(DumpTest, FieldsMayHaveTheNamesOfAFormsOwnMembers)
 {
     begin();
-    for (const char *name : {"id", "name", "title", "tagName", "nodeName", "className", "style", "type",
-             "value", "parentNode", "parentElement", "offsetParent", "firstChild", "nextSibling", "children",
-             "childNodes", "attributes", "innerHTML", "innerText", "textContent", "ownerDocument",
-             "shadowRoot", "alert", "submit", "getAttribute", "getBoundingClientRect"}) {
+    const auto number = [this](const QString &side) {
+        return evaluate(
+            u"Element.prototype.getBoundingClientRect.call(document.getElementById('order'))."_s + side)
+            .toDouble();
+    };
+    for (const char *name :
+        {"id", "name", "title", "tagName", "nodeName", "className", "style", "type", "value", "parentNode",
+            "parentElement", "offsetParent", "firstChild", "nextSibling", "children", "childNodes",
+            "attributes", "innerHTML", "innerText", "textContent", "ownerDocument", "shadowRoot", "alert",
+            "submit", "getAttribute", "getBoundingClientRect", "nodeType", "qx_Widget", "offsetLeft",
+            "offsetTop", "offsetWidth", "offsetHeight", "scrollWidth", "scrollHeight"}) {
         open("<!DOCTYPE html><body><form id=order class=wide title=Order><input name=" + QByteArray(name)
             + "><p id=text>text</p></form></body>");
+        const QRect where
+            = QRectF(number(u"x"_s), number(u"y"_s), number(u"width"_s), number(u"height"_s)).toRect();
 
         const PageDump taken = dump();
 
@@ -253,6 +262,8 @@ TEST_F(DumpTest, FieldsMayHaveTheNamesOfAFormsOwnMembers)
         EXPECT_EQ(property(*form, u"title"_s), u"Order"_s) << name;
         EXPECT_EQ(property(*form, u"tagName"_s), u"FORM"_s) << name;
         EXPECT_EQ(property(*form, u"innerText"_s), u"text"_s) << name;
+        EXPECT_EQ(boundsOf(*form), where) << name;
+        EXPECT_EQ(property(*form, u"width"_s), QString::number(where.width())) << name;
         EXPECT_EQ(nameOf(*elementWithId(*taken.root, u"text"_s)), u"DOCUMENT.HTML1.BODY1.FORM1.P1"_s) << name;
     }
 }
@@ -347,6 +358,64 @@ TEST_F(DumpTest, BoundsInAFrameFitThePictureOfThePage)
     }
 }
 
+TEST_F(DumpTest, WhatATurnedOrMirroredFrameShowsHasNoBounds)
+{
+    begin();
+    const struct
+    {
+        const char *style; ///< of the frame
+        const char *around; ///< of what it stands in
+        bool hasBounds;
+    } rows[] = {
+        {"", "", true},
+        {"transform:scale(0.5,2) translate(3px,4px)", "transform:rotate(360deg)", true},
+        {"scale:2", "rotate:0deg", true},
+        {"transform:rotate(10deg)", "", false},
+        {"transform:rotate(180deg)", "", false},
+        {"transform:scaleX(-1)", "", false},
+        {"transform:skewX(20deg)", "", false},
+        {"transform:rotateY(40deg)", "", false},
+        {"rotate:20deg", "", false},
+        {"scale:1 -1", "", false},
+        {"offset-path:path('M0 0 L100 100')", "", false},
+        {"", "transform:rotate(10deg)", false},
+    };
+    for (const auto &row : rows) {
+        open("<!DOCTYPE html><body><div style=\"margin:200px;" + QByteArray(row.around)
+            + "\"><iframe style=\"width:100px;height:80px;border:0;" + row.style
+            + "\" srcdoc=\"<body style='margin:0'><div id=red style='width:30px;height:20px;"
+              "background:#f00'></div>\"></iframe></div>");
+        ASSERT_TRUE(becomes(u"!!frames[0].document.getElementById('red')"_s, u"true"_s));
+        const auto body = WebWrapper::wrapObject(WebWrapper::htmlObjectFromReferenceInfo(
+            page, u"BODY"_s, evaluate(u"__ostrel__idForObject(frames[0].document.body)"_s), u"BODY1"_s));
+        QStringList told;
+        PageDumpOptions options;
+        options.picture = true;
+        options.screenshots = true;
+        options.log = [&](const QString &line) { told.append(line); };
+
+        const auto taken = dumpPage(page, body, options);
+
+        ASSERT_EQ(taken.error, QString());
+        const UIElement *red = elementWithId(*taken.value.root, u"red"_s);
+        ASSERT_TRUE(red);
+        EXPECT_EQ(red->bounds().isValid(), row.hasBounds) << row.style << row.around;
+        EXPECT_EQ(!red->image().isNull(), row.hasBounds) << row.style << row.around;
+        if (row.hasBounds) {
+            EXPECT_EQ(taken.value.picture.pixelColor(boundsOf(*red).center()), QColor(255, 0, 0))
+                << row.style;
+            EXPECT_NE(taken.value.picture.pixelColor(boundsOf(*red).bottomRight() + QPoint(1, 1)),
+                QColor(255, 0, 0))
+                << row.style;
+            EXPECT_EQ(told, QStringList());
+        } else {
+            EXPECT_EQ(told,
+                QStringList{u"The frame is turned or mirrored: its elements have no place in the picture."_s})
+                << row.style;
+        }
+    }
+}
+
 /// A page in which reading an element's id does something first.
 QByteArray pageThat(const QByteArray &action)
 {
@@ -379,6 +448,29 @@ TEST_F(DumpTest, APageWhoseElementsThrowIsDumpedWithoutTheirValues)
     ASSERT_TRUE(taken.root);
     EXPECT_EQ(property(*elementWithId(*taken.root, u"first"_s), u"title"_s), QString());
     EXPECT_EQ(property(*elementWithId(*taken.root, u"second"_s), u"innerText"_s), u"two"_s);
+}
+
+TEST_F(DumpTest, HalfACharacterDoesNotSpoilADump)
+{
+    begin();
+    open("<!DOCTYPE html><body><p id=cut>one</p><p id=whole>two</p><script>"
+         "cut.title = 'x\\ud83d'; cut.className = '\\udc00'; cut.textContent = '\\ud83d\\ud83d\\ude00';"
+         "whole.title = 'a\\u0000\\u2028\\ud83d\\ude00'</script>");
+
+    const PageDump taken = dump();
+
+    ASSERT_TRUE(taken.root);
+    const UIElement *cut = elementWithId(*taken.root, u"cut"_s);
+    ASSERT_TRUE(cut);
+    EXPECT_EQ(property(*cut, u"title"_s), u"x\uFFFD"_s);
+    EXPECT_EQ(property(*cut, u"domClassName"_s), u"\uFFFD"_s);
+    EXPECT_EQ(property(*cut, u"textContent"_s), u"\uFFFD\U0001F600"_s);
+    EXPECT_EQ(property(*elementWithId(*taken.root, u"whole"_s), u"title"_s), u"a\0\u2028\U0001F600"_s);
+    QXmlStreamReader xml(writeDump(taken, DumpFormat::Xml));
+    while (!xml.atEnd())
+        xml.readNext();
+    EXPECT_FALSE(xml.hasError()) << xml.errorString().toStdString();
+    EXPECT_FALSE(QJsonDocument::fromJson(writeDump(taken, DumpFormat::Json)).isNull());
 }
 
 TEST_F(DumpTest, APageThatHangsIsAnErrorAfterTheLimit)
@@ -509,6 +601,11 @@ protected:
         moveTo(element, u"mousePressed"_s);
         moveTo(element, u"mouseReleased"_s);
     }
+    /// Where the picture shows the middle of the red box, as something that has a place.
+    const QString middleOfRed
+        = u"({ getBoundingClientRect() { const picture = document.getElementById('picture'), "
+          "box = picture.getBoundingClientRect(), scale = box.width / picture.naturalWidth; "
+          "return { x: box.x + 130 * scale, y: box.y + 70 * scale, width: 0, height: 0 }; } })"_s;
     /// Where an outline lies, in pixels of the picture.
     QString outlined(const QString &id) const
     {
@@ -589,6 +686,10 @@ TEST_F(ViewerTest, NodesAreOpenedAndClosed)
 
     click(twisty);
     EXPECT_TRUE(becomes(row(u"red"_s) + u" !== undefined"_s, u"true"_s));
+
+    evaluate(QString(twisty).chopped(qsizetype(qstrlen(".querySelector('.twisty')")))
+        + u".dispatchEvent(new MouseEvent('dblclick', { bubbles: true }))"_s);
+    EXPECT_TRUE(becomes(row(u"red"_s) + u" === undefined"_s, u"true"_s));
 }
 
 TEST_F(ViewerTest, ClickingThePictureSelectsWhatIsThere)
@@ -598,14 +699,8 @@ TEST_F(ViewerTest, ClickingThePictureSelectsWhatIsThere)
     ASSERT_TRUE(becomes(u"document.getElementById('selection').hidden"_s, u"false"_s));
     click(row(u"gone"_s));
     ASSERT_TRUE(becomes(u"document.getElementById('selection').hidden"_s, u"true"_s));
-    // Where the red box is shown.
     evaluate(u"document.getElementById('canvas').scrollTo(0, 0)"_s);
-    const QString spot
-        = u"({ getBoundingClientRect() { const picture = document.getElementById('picture'), "
-          "box = picture.getBoundingClientRect(), scale = box.width / picture.naturalWidth; "
-          "return { x: box.x + 130 * scale, y: box.y + 70 * scale, width: 0, height: 0 }; } })"_s;
-
-    click(spot);
+    click(middleOfRed);
 
     EXPECT_TRUE(becomes(u"document.querySelector('[aria-selected=true] .id').textContent"_s, u"#red"_s));
 }
@@ -625,8 +720,16 @@ TEST_F(ViewerTest, TheKeyboardWalksTheTree)
 
     press(u"ArrowDown"_s);
     EXPECT_TRUE(becomes(selected, u"div #green"_s));
+    press(u"ArrowUp"_s);
+    EXPECT_TRUE(becomes(selected, u"div #red Red"_s));
     press(u"ArrowLeft"_s);
     EXPECT_TRUE(becomes(selected, u"body"_s));
+    press(u"ArrowLeft"_s);
+    EXPECT_TRUE(becomes(row(u"red"_s) + u" === undefined"_s, u"true"_s));
+    press(u"ArrowRight"_s);
+    EXPECT_TRUE(becomes(row(u"red"_s) + u" !== undefined"_s, u"true"_s));
+    press(u"ArrowRight"_s);
+    EXPECT_TRUE(becomes(selected, u"div #red Red"_s));
 }
 
 TEST_F(ViewerTest, TheSearchFindsElements)
@@ -638,6 +741,77 @@ TEST_F(ViewerTest, TheSearchFindsElements)
 
     EXPECT_EQ(evaluate(u"document.getElementById('hits').textContent"_s), u"1 hit"_s);
     EXPECT_EQ(evaluate(u"document.querySelector('[aria-selected=true] .id').textContent"_s), u"#red"_s);
+}
+
+TEST_F(ViewerTest, EnterGoesToTheNextThatTheSearchFinds)
+{
+    view(boxes);
+    const QString selected = u"document.querySelector('[aria-selected=true] .id').textContent"_s;
+    evaluate(u"document.getElementById('search').focus(); document.getElementById('search').value = 're'; "
+             "document.getElementById('search').dispatchEvent(new Event('input')); 1"_s);
+    ASSERT_EQ(
+        evaluate(u"document.getElementById('hits').textContent + ' ' + "_s + selected), u"3 hits #red"_s);
+
+    for (const QString &next : {u"#green"_s, u"#gone"_s, u"#red"_s}) {
+        EXPECT_EQ(page->call(u"Input.dispatchKeyEvent"_s, {{u"type"_s, u"keyDown"_s}, {u"key"_s, u"Enter"_s}})
+                      .error,
+            QString());
+        EXPECT_TRUE(becomes(selected, next));
+    }
+}
+
+TEST_F(ViewerTest, TheDetailsShowTheElementsPartOfThePicture)
+{
+    view(boxes);
+    const QString crop = u"(({ hidden, style }) => hidden ? 'hidden' : [style.width, style.height, "
+                         "style.backgroundPosition].join(' '))(document.getElementById('crop'))"_s;
+
+    click(row(u"red"_s));
+    EXPECT_TRUE(becomes(crop, u"60px 40px -100px -52px"_s)) << evaluate(crop).toStdString();
+
+    click(row(u"gone"_s));
+    EXPECT_TRUE(becomes(crop, u"hidden"_s));
+    EXPECT_EQ(evaluate(u"document.getElementById('place').textContent"_s), u"Not visible in the picture"_s);
+}
+
+TEST_F(ViewerTest, TheMouseOutlinesWhatItPointsAtInThePicture)
+{
+    view(boxes);
+    moveTo(middleOfRed);
+    EXPECT_TRUE(waitFor([&] { return outlined(u"hover"_s) == "100,52,60,40"_L1; }))
+        << outlined(u"hover"_s).toStdString();
+
+    moveTo(u"document.getElementById('address')"_s);
+    EXPECT_TRUE(waitFor([&] { return outlined(u"hover"_s) == "hidden"_L1; }));
+}
+
+TEST_F(ViewerTest, TextNodesAreShownOnDemand)
+{
+    open(boxes);
+    evaluate(u"window.top.__ostrel__filter__non__element__nodes = false; 1"_s);
+    PageDumpOptions options;
+    options.picture = true;
+    const QString viewer = write(u"viewer.html"_s, writeDump(dump(options), DumpFormat::Html));
+    ASSERT_EQ(session->open(viewer).error, QString());
+    const QString underRed
+        = u"(%1).closest('li').getAttribute('aria-expanded') + ' ' + (%1).closest('li').className"_s.arg(
+            row(u"red"_s));
+    ASSERT_EQ(evaluate(u"document.getElementById('switch').hidden"_s), u"false"_s);
+    ASSERT_EQ(evaluate(underRed), u"null leaf"_s);
+
+    click(u"document.getElementById('texts')"_s);
+
+    EXPECT_TRUE(becomes(underRed, u"true "_s)) << evaluate(underRed).toStdString();
+
+    click(u"document.getElementById('texts')"_s);
+    EXPECT_TRUE(becomes(underRed, u"null leaf"_s));
+}
+
+TEST_F(ViewerTest, APageWithoutTextNodesHasNoSwitchForThem)
+{
+    view(boxes);
+
+    EXPECT_EQ(evaluate(u"document.getElementById('switch').hidden"_s), u"true"_s);
 }
 
 TEST_F(ViewerTest, NothingOfThePageRunsInTheViewer)
@@ -697,7 +871,7 @@ protected:
 TEST_F(DumpCommandTest, WritesXmlToStandardOutput)
 {
     const Ostrel::Test::Ended ended
-        = run.run({u"dump"_s, page(), u"DOCUMENT.HTML1.BODY1.DIV1"_s, u"--properties"_s, u"id,visible"_s});
+        = run.run({u"dump"_s, page(), u"DOCUMENT.HTML1.BODY1.DIV1"_s, u"--properties"_s, u"id, visible"_s});
 
     EXPECT_EQ(ended.err, QString());
     EXPECT_EQ(ended.exitCode, 0);
@@ -724,8 +898,36 @@ TEST_F(DumpCommandTest, TheSuffixOfTheFileDecidesTheFormat)
     EXPECT_EQ(html.value("name"_L1).toString(), u"DOCUMENT.HTML1"_s);
     EXPECT_FALSE(
         QImage::fromData(QByteArray::fromBase64(html.value("image"_L1).toString().toLatin1())).isNull());
+    EXPECT_FALSE(json.contains("picture"_L1));
     EXPECT_TRUE(written(u"out.html"_s).startsWith("<!DOCTYPE html>"));
+    EXPECT_TRUE(written(u"out.html"_s).contains("\"picture\":\"iVBORw0KGgo"));
     EXPECT_FALSE(QJsonDocument::fromJson(written(u"out.txt"_s)).object().value("root"_L1).isNull());
+}
+
+TEST_F(DumpCommandTest, AnElementThatComesLateIsWaitedFor)
+{
+    const QString late = run.write(u"late.html"_s,
+        "<!DOCTYPE html><body><script>setTimeout(() => { document.body.innerHTML = '<p id=late>Here</p>'; }, "
+        "1500);</script>");
+
+    const Ostrel::Test::Ended ended
+        = run.run({u"dump"_s, u"file://"_s + late, u"{tagName='P' id='late'}"_s, u"--properties"_s, u"id"_s});
+
+    EXPECT_EQ(ended.err, QString());
+    EXPECT_TRUE(ended.out.contains("<property name=\"id\">late</property>"_L1)) << ended.out.toStdString();
+}
+
+TEST_F(DumpCommandTest, WhatFailsAtSingleElementsIsTold)
+{
+    const QString turned = run.write(u"turned.html"_s,
+        "<!DOCTYPE html><body><iframe style='transform:rotate(9deg)' srcdoc='<p id=inner>In</p>'></iframe>");
+
+    const Ostrel::Test::Ended ended = run.run({u"dump"_s, u"file://"_s + turned,
+        u"{context='turned.html.FRAME1' tagName='P' id='inner'}"_s, u"--properties"_s, u"id"_s});
+
+    EXPECT_EQ(ended.exitCode, 0);
+    EXPECT_EQ(ended.err,
+        u"pageprobe dump: The frame is turned or mirrored: its elements have no place in the picture.\n"_s);
 }
 
 TEST_F(DumpCommandTest, ANameThatFindsNothingIsAFailure)

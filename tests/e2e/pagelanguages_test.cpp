@@ -13,7 +13,9 @@
 #include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
+using Ostrel::Test::callMethod;
 using Ostrel::Test::readProperty;
+using Ostrel::Test::ScriptAnswer;
 
 namespace Ostrel::Host {
 namespace {
@@ -104,7 +106,35 @@ const QString compareWithBrowser = uR"((function () {
     return differences.slice(0, 10).join('\n') + (compared > 6000 ? '' : 'compared only ' + compared);
 }()))"_s;
 
-/// The same on a document whose names differ in case, with the option off and on. The browser has no such
+/// Every operator between values of all kinds. Gives the differences and how much was compared.
+const QString compareOperators = uR"((function () {
+    var operands = ['true()', 'false()', '""', '"x"', '" 2 "', '"-2.5"', '0', '2', '-2.5', '1 div 0', '0 div 0', '//a',
+            '//@class', '//nothing', 'count(//li)'],
+        operators = ['=', '!=', '<', '<=', '>', '>=', 'and', 'or', '+', '-', '*', 'div', 'mod'],
+        differences = [], compared = 0;
+
+    function compare(expression) {
+        var theirs = document.evaluate(expression, document, null, 0, null),
+            ours = xpathDomEval(expression, document),
+            isNumber = theirs.resultType === 1;
+        compared++;
+        if (!Object.is(isNumber ? ours.numberValue() : ours.booleanValue(), isNumber ? theirs.numberValue : theirs.booleanValue)) {
+            differences.push(expression + ': ' + ours.stringValue());
+        }
+    }
+    operands.forEach(function (left) {
+        compare('-(' + left + ')');
+        compare('not(' + left + ')');
+        operands.forEach(function (right) {
+            operators.forEach(function (operator) {
+                compare('(' + left + ') ' + operator + ' (' + right + ')');
+            });
+        });
+    });
+    return differences.slice(0, 10).join('\n') + (compared > 2900 ? '' : 'compared only ' + compared);
+}()))"_s;
+
+/// Node sets of a document whose names differ in case, with the option off and on. The browser has no such
 /// option; it is asked in other words.
 const QString compareCase = uR"((function () {
     var xml = new DOMParser().parseFromString('<Shop Name="a"><item Id="1"/><Item id="2"><ITEM/></Item>' +
@@ -167,6 +197,14 @@ protected:
         return evaluated.result;
     }
 
+    static SharedPtr<Object> object(const QString &expression)
+    {
+        const auto found
+            = WebWrapper::htmlObjectFromJavaScriptResult(session->activePage(), expression, {}, 0);
+        EXPECT_EQ(found.error, QString());
+        return WebWrapper::wrapObject(found.value);
+    }
+
     static std::unique_ptr<TestSession> session;
 };
 
@@ -182,11 +220,81 @@ TEST_F(PageLanguagesTest, XPathGivesWhatTheBrowserGives)
     }
 }
 
+TEST_F(PageLanguagesTest, OperatorsOfXPathGiveWhatTheBrowserGives)
+{
+    open(u"index.html"_s);
+
+    EXPECT_EQ(evaluate(compareOperators), QString());
+}
+
 TEST_F(PageLanguagesTest, TheCaseOptionOfXPathIsWhatFoldedNamesGive)
 {
     open(u"index.html"_s);
 
     EXPECT_EQ(evaluate(compareCase), QString());
+}
+
+TEST_F(PageLanguagesTest, ScriptsReadWhatAStatementGives)
+{
+    open(u"index.html"_s);
+    const SharedPtr<Object> document = object(u"document"_s);
+    const auto resultOf = [&](const QString &statement) {
+        const ScriptAnswer result = callMethod(document, u"evaluateXPath"_s, statement);
+        EXPECT_EQ(result.error, QString()) << statement.toStdString();
+        return result.value;
+    };
+    const auto answer
+        = [](const ScriptAnswer &read) { return read.error.isEmpty() ? read.text() : read.error; };
+
+    const SharedPtr<Object> links = resultOf(u"//a[\n  @href\r\n]"_s);
+    const SharedPtr<Object> title = resultOf(u"string(//title)"_s);
+
+    // Each has a variable of its own.
+    EXPECT_EQ(answer(readProperty(links, u"snapshotLength"_s)), evaluate(u"document.links.length"_s));
+    EXPECT_EQ(answer(readProperty(title, u"stringValue"_s)), evaluate(u"document.title"_s));
+    EXPECT_EQ(answer(readProperty(title, u"snapshotLength"_s)), u"-1"_s);
+    EXPECT_TRUE(
+        answer(readProperty(title, u"numberValue"_s)).endsWith(" to double, received value is 'NaN'"_L1));
+    EXPECT_EQ(answer(readProperty(links, u"booleanValue"_s)), u"true"_s);
+    EXPECT_EQ(answer(readProperty(resultOf(u"count(//a) > 3"_s), u"booleanValue"_s)), u"true"_s);
+    EXPECT_EQ(answer(readProperty(resultOf(u"1 div 4"_s), u"numberValue"_s)), u"0.25"_s);
+
+    const ScriptAnswer first = callMethod(links, u"singleNodeValue"_s);
+    EXPECT_EQ(first.value->objectClass()->name(), u"HTML_Anchor"_s);
+    EXPECT_EQ(WebWrapper::retrieveObject(first.value)->jsReference(),
+        evaluate(u"__ostrel__idForObject(document.links[0])"_s));
+    EXPECT_EQ(WebWrapper::retrieveObject(callMethod(links, u"snapshotItem"_s, 2).value)->jsReference(),
+        evaluate(u"__ostrel__idForObject(document.links[2])"_s));
+    for (const ScriptAnswer &none :
+        {callMethod(links, u"snapshotItem"_s, 5000), callMethod(title, u"snapshotItem"_s, 0),
+            callMethod(resultOf(u"//nothing"_s), u"singleNodeValue"_s)}) {
+        EXPECT_EQ(none.error, QString());
+        EXPECT_TRUE(none.value->isNull());
+    }
+
+    EXPECT_EQ(callMethod(document, u"evaluateXPath"_s, u"//["_s).error,
+        u"Error evaluating xpath '//[': XPath parse error Unexpected token in: //["_s);
+    EXPECT_TRUE(callMethod(document, u"evaluateXPath"_s, u"sum(1)"_s)
+                    .error.startsWith("Error evaluating xpath 'sum(1)': "_L1));
+
+    open(u"help.html"_s);
+    EXPECT_EQ(answer(readProperty(title, u"stringValue"_s)),
+        u"XPathResult reference deleted in browser already, please obtain a new reference using the "
+        "obj.evaluateXPath() function."_s);
+}
+
+TEST_F(PageLanguagesTest, ScriptsReadAStyleByTheNamesOfThePage)
+{
+    open(u"index.html"_s);
+    const SharedPtr<Object> link = object(u"document.links[0]"_s);
+
+    const ScriptAnswer style = callMethod(link, u"style"_s);
+
+    ASSERT_EQ(style.error, QString());
+    for (const QString &name : {u"color"_s, u"display"_s, u"borderLeftWidth"_s})
+        EXPECT_EQ(callMethod(style.value, u"value"_s, name).text(),
+            evaluate(u"getComputedStyle(document.links[0])."_s + name));
+    EXPECT_EQ(callMethod(style.value, u"value"_s, u"it's none"_s).text(), u"undefined"_s);
 }
 
 /// "rgb(1, 2, 3)" and "rgba(1, 2, 3, 0.5)", the forms in which the browser computes colours.

@@ -75,18 +75,38 @@ FunctionCallResult<SharedPtr<Object>> documentOf(BrowserPage *page)
 
 /// Tells where the document of a node lies in the picture of the page: [scale x, scale y, x, y] and the part
 /// of the picture that shows it, [x, y, width, height]. Null for what belongs to the page itself. A frame may
-/// be scrolled, be drawn at another size, and lie in a frame.
+/// be scrolled, be drawn at another size, and lie in a frame. Nothing for one that is turned or mirrored: its
+/// elements stand upright in its own document and in the picture do not.
 const QString framePlaceScript = uR"((function (node) {
     var win = (node.ownerDocument || node).defaultView,
         ratio = top.devicePixelRatio,
-        scale = [1, 1], corner = [0, 0], shown = [-Infinity, -Infinity, Infinity, Infinity];
+        scale = [1, 1], corner = [0, 0], shown = [-Infinity, -Infinity, Infinity, Infinity],
+        turning = ['m12', 'm13', 'm14', 'm21', 'm23', 'm24', 'm31', 'm32', 'm34'];
+
+    function isTurned(style) {
+        var matrix = new DOMMatrix(style.transform);
+        return turning.some(function (name) { return Math.abs(matrix[name]) > 1e-6; }) ||
+            matrix.m11 < 0 || matrix.m22 < 0 || /[1-9]/.test(style.rotate) || /-/.test(style.scale) ||
+            !/^(none)?$/.test(style.offsetPath || '');
+    }
+    function standsUpright(element) {
+        for (; element; element = element.assignedSlot || element.parentElement || element.getRootNode().host) {
+            if (isTurned(element.ownerDocument.defaultView.getComputedStyle(element))) {
+                return false;
+            }
+        }
+        return true;
+    }
 
     if (!win || win === top) {
         return null;
     }
     for (; win !== top; win = win.parent) {
-        var frame = win.frameElement,
-            style = win.parent.getComputedStyle(frame),
+        var frame = win.frameElement;
+        if (!standsUpright(frame)) {
+            return [];
+        }
+        var style = win.parent.getComputedStyle(frame),
             box = frame.getBoundingClientRect(),
             stretch = [box.width / frame.offsetWidth, box.height / frame.offsetHeight],
             inside = [box.left + (frame.clientLeft + parseFloat(style.paddingLeft)) * stretch[0] + win.parent.scrollX,
@@ -114,15 +134,21 @@ struct FramePlace
     QRectF shown;
 };
 
-/// Nothing for an element of the page's own document.
-FunctionCallResult<std::optional<FramePlace>> framePlaceOf(const BrowserPage &page, const HTML_Object &root)
+/// Nothing for an element of the page's own document. What has no place in the picture, and why, goes to the
+/// log.
+FunctionCallResult<std::optional<FramePlace>> framePlaceOf(
+    const BrowserPage &page, const HTML_Object &root, LogInterface &log)
 {
     const FunctionCallResult<QString> answer = evaluate(page, framePlaceScript.arg(root.jsReference()));
     if (answer.failed())
         return Failure(u"Cannot find the place of the frame: %1"_s.arg(answer.error));
-    const QJsonArray place = QJsonDocument::fromJson(answer.value.toUtf8()).array();
-    if (place.isEmpty())
+    if (answer.value == "null"_L1)
         return std::optional<FramePlace>();
+    const QJsonArray place = QJsonDocument::fromJson(answer.value.toUtf8()).array();
+    if (place.isEmpty()) {
+        log.log(1, "The frame is turned or mirrored: its elements have no place in the picture.");
+        return std::optional(FramePlace());
+    }
     const auto number = [&place](int list, int index) { return place.at(list)[index].toDouble(); };
     return std::optional(FramePlace{QTransform(number(0, 0), 0, 0, number(0, 1), number(1, 0), number(1, 1)),
         QRectF(number(2, 0), number(2, 1), number(2, 2), number(2, 3))});
@@ -191,10 +217,10 @@ FunctionCallResult<PageDump> dumpPage(
         dump.picture = picture.value;
     }
     // Nothing is asked behind the dump itself: the page may have gone on by then.
-    const auto framePlace = framePlaceOf(*page, *retrieveObject(root));
+    Log log(options.log);
+    const auto framePlace = framePlaceOf(*page, *retrieveObject(root), log);
     if (framePlace.failed())
         return Failure(framePlace.error);
-    Log log(options.log);
     const HtmlObjectDumpObjectTreeDelegate delegate(&log);
     DumpFilter wanted(DumpFilter::Only, options.properties.isEmpty() ? quickProperties() : options.properties,
         {pathProperty});

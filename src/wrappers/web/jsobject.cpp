@@ -31,12 +31,6 @@ QSet<JsObjectId *> &liveIds()
     return ids;
 }
 
-/// Text for a double-quoted script string. A line break would end the string, so it is escaped too.
-QString escapeForDoubleQuotes(const QString &text)
-{
-    return escapeXPath(text).replace(u'\n', "\\n"_L1).replace(u'\r', "\\r"_L1);
-}
-
 // From the page's record to a value
 
 /// A text member of the record of an exception.
@@ -168,7 +162,7 @@ Value retrieve(HTMLComponent *component, const QString &code)
     if (!component)
         return Failure(QString::fromUtf16(deadElementMessage));
     const HTMLComponent::EvalResult answer = component->evaluateJavaScript(
-        script(u"__ostrel__retrieveJsObjectInfo(\"%1\");", Expr{escapeForDoubleQuotes(code)}), 0);
+        script(u"__ostrel__retrieveJsObjectInfo(\"%1\");", DoubleQuoted{code}), 0);
     if (answer.failed || answer.threw)
         return Failure(answer.result);
     return valueFromRecord(answer.result, component);
@@ -224,7 +218,7 @@ QString literal(const SharedPtr<Object> &value)
     if (isArray)
         return script(u"[%1]", Expr{literals(items)});
     if (isText(value))
-        return script(u"\"%1\"", Expr{escapeForDoubleQuotes(value->toQString())});
+        return script(u"\"%1\"", DoubleQuoted{value->toQString()});
     if (isJsObject(value))
         return QString::fromUtf8(JsObjectClass::unwrapObject(value).code);
     return objectAsText(value);
@@ -247,7 +241,7 @@ FunctionCallResult<QString> propertyCode(const Expr &object, const ObjectList &a
     const QString name = arguments.first()->toQString();
     if (isIdentifier(name))
         return script(u"%1.%2;", object, Expr{name});
-    return script(u"%1[\"%2\"];", object, Expr{escapeForDoubleQuotes(name)});
+    return script(u"%1[\"%2\"];", object, DoubleQuoted{name});
 }
 
 FunctionCallResult<QString> callCode(const Expr &object, const ObjectList &arguments)

@@ -14,9 +14,13 @@ QString escapeQuotes(const QString &text)
     return QString(text).replace(u'\\', "\\\\"_L1).replace(u'\'', "\\'"_L1);
 }
 
-QString escapeXPath(const QString &text)
+QString escapeForDoubleQuotes(const QString &text)
 {
-    return QString(text).replace(u'\\', "\\\\"_L1).replace(u'"', "\\\""_L1);
+    return QString(text)
+        .replace(u'\\', "\\\\"_L1)
+        .replace(u'"', "\\\""_L1)
+        .replace(u'\n', "\\n"_L1)
+        .replace(u'\r', "\\r"_L1);
 }
 
 QString deferred(const QString &action)

@@ -20,8 +20,9 @@ QString escapeForScriptString(const QString &text);
 /// The shorter form for text that holds no line break: backslash and single quote.
 QString escapeQuotes(const QString &text);
 
-/// Text for the double-quoted string of an XPath statement: backslash and double quote.
-QString escapeXPath(const QString &text);
+/// Text for a double-quoted script string: backslash and double quote, and line breaks, which would end the
+/// string.
+QString escapeForDoubleQuotes(const QString &text);
 
 /// Text that goes between single quotes of the shape.
 struct Quoted
@@ -35,8 +36,8 @@ struct QuotedLine
     QString text;
 };
 
-/// An XPath statement that goes between double quotes of the shape.
-struct QuotedXPath
+/// Text that goes between double quotes of the shape.
+struct DoubleQuoted
 {
     QString text;
 };
@@ -55,9 +56,9 @@ inline QString piece(const QuotedLine &value)
 {
     return escapeQuotes(value.text);
 }
-inline QString piece(const QuotedXPath &value)
+inline QString piece(const DoubleQuoted &value)
 {
-    return escapeXPath(value.text);
+    return escapeForDoubleQuotes(value.text);
 }
 inline QString piece(int value)
 {

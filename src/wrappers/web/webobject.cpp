@@ -449,7 +449,7 @@ FunctionCallResult<HTML_XPathResult *> HTML_Object::evaluateXPath(const char *st
     const QString variable = nextPageVariable();
     const QString text = QString::fromUtf8(statement);
     const FunctionCallResult<void> made
-        = run(script(u"%1 = xpathDomEval( \"%2\", %3 );true;", Expr{variable}, QuotedXPath{text}, ref()),
+        = run(script(u"%1 = xpathDomEval( \"%2\", %3 );true;", Expr{variable}, DoubleQuoted{text}, ref()),
             u"Error evaluating xpath '%1': %2", text);
     if (made.failed())
         return Failure(made.error);

@@ -374,9 +374,10 @@ TEST(ScriptText, ShortEscapeLeavesLineBreaks)
     EXPECT_EQ(escapeQuotes(u"a\r\nb"_s), u"a\r\nb"_s);
 }
 
-TEST(ScriptText, XPathEscapeIsForDoubleQuotes)
+TEST(ScriptText, EscapesForDoubleQuotes)
 {
-    EXPECT_EQ(escapeXPath(u"//a[@title=\"it's \\ \"]"_s), u"//a[@title=\\\"it's \\\\ \\\"]"_s);
+    EXPECT_EQ(escapeForDoubleQuotes(u"//a[@title=\"it's \\ \"]"_s), u"//a[@title=\\\"it's \\\\ \\\"]"_s);
+    EXPECT_EQ(escapeForDoubleQuotes(u"a\r\nb"_s), u"a\\r\\nb"_s);
 }
 
 TEST(ScriptText, EscapedTextReadsBackInAScript)
@@ -388,10 +389,10 @@ TEST(ScriptText, EscapedTextReadsBackInAScript)
         EXPECT_EQ(engine.run(script(u"'%1'", Quoted{hostile.text})).toString(),
             QString(hostile.text).remove(u'\r'));
         EXPECT_EQ(engine.error(), QString());
+        EXPECT_EQ(engine.run(script(u"\"%1\"", DoubleQuoted{hostile.text})).toString(), hostile.text);
         if (hostile.hasLineBreak())
             continue;
         EXPECT_EQ(engine.run(script(u"'%1'", QuotedLine{hostile.text})).toString(), hostile.text);
-        EXPECT_EQ(engine.run(script(u"\"%1\"", QuotedXPath{hostile.text})).toString(), hostile.text);
     }
 }
 

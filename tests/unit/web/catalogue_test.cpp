@@ -127,6 +127,15 @@ TEST(Catalogue, ClassesAreRegisteredInOrder)
     EXPECT_EQ(names, catalogue().order);
 }
 
+TEST(Catalogue, TheNativeBaseOfTheElementsIsNoClassOfScripts)
+{
+    (void)registeredClasses();
+
+    EXPECT_EQ(Inspector::self()->findClass(u"HTML_ObjectBase_Class"_s), nullptr);
+    EXPECT_EQ(Inspector::self()->findClass(u"HTML_ObjectBase"_s), nullptr);
+    EXPECT_EQ(Inspector::self()->findClass(u"HTML_Object"_s)->superClass(), nullptr);
+}
+
 TEST(Catalogue, EveryClassHasExactlyTheWrittenMembers)
 {
     ASSERT_FALSE(registeredClasses().isEmpty());

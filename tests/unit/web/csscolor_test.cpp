@@ -391,6 +391,20 @@ TEST(CssProperties, GivesColorsAndTexts)
     EXPECT_EQ(page.scripts().size(), 1) << "all values come in one call";
 }
 
+TEST(CssProperties, OnlyAColorByNameAndByValueIsOne)
+{
+    FakePage page;
+    const SharedPtr<Object> element = wrapObject(new HTML_Object({}, u"el"_s, &page));
+    page.answerJson(
+        u"{\"display\":{\"red\":1,\"green\":2,\"blue\":3,\"alpha\":1},\"outlineColor\":{\"green\":2}}"_s);
+
+    const SharedPtr<Object> css = readProperty(element, u"css"_s).value;
+
+    const Class *text = Inspector::self()->primitiveClass(PrimitiveType::String);
+    EXPECT_EQ(readProperty(css, u"display"_s).value->objectClass(), text);
+    EXPECT_EQ(readProperty(css, u"outlineColor"_s).value->objectClass(), text);
+}
+
 // The names that scripts see are a fixed table, in which this one is missing. The object still holds what the
 // page gave.
 TEST(CssProperties, AColorIsGivenByAnyNameThatThePageKnows)

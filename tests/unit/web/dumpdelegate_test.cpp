@@ -287,6 +287,20 @@ TEST_F(DumpDelegate, ANestedDumpSharesTheSnapshot)
     EXPECT_FALSE(delegate.children(root, &children));
 }
 
+TEST_F(DumpDelegate, LeavingWhatWasNotEnteredChangesNothing)
+{
+    const SharedPtr<Object> root = element();
+    answerSmallTree();
+
+    EXPECT_TRUE(leave());
+    EXPECT_TRUE(enter(root));
+
+    ObjectList children;
+    EXPECT_TRUE(delegate.children(root, &children));
+    leave();
+    EXPECT_FALSE(delegate.children(root, &children));
+}
+
 TEST_F(DumpDelegate, ChildrenAreInPageOrderAndWrappedByTheirType)
 {
     const SharedPtr<Object> root = element();

@@ -6,6 +6,7 @@
 #include "wrappers/web/webobject.h"
 
 #include "support/fakepage.h"
+#include "support/freshprocess.h"
 #include "support/hostiletexts.h"
 #include "support/pagescript.h"
 #include "support/printers.h"
@@ -15,6 +16,7 @@
 
 #include <functional>
 #include <memory>
+#include <type_traits>
 
 using namespace Ostrel;
 using namespace Ostrel::Test;
@@ -201,6 +203,16 @@ TEST(XPathResult, SingleNodeIsTheFirstItem)
 }
 
 // Life
+
+static_assert(!std::is_polymorphic_v<HTML_Style> && !std::is_polymorphic_v<HTML_XPathResult>);
+
+TEST(PageValues, VariablesAreCountedFromZero)
+{
+    EXPECT_EQ(inFreshProcess([] {
+        return QStringList{nextPageVariable(), nextPageVariable()};
+    }),
+        QStringList({u"window.__ostrel__object__C0"_s, u"window.__ostrel__object__C1"_s}));
+}
 
 TEST(PageValues, InvalidationEmptiesTheReference)
 {

@@ -304,3 +304,30 @@ TEST(NamespaceInitCode, EvaluatedAgainItKeepsWhatScriptsRegistered)
     EXPECT_EQ(page.evaluate(u"JSON.stringify(window.__ostrel)"_s).toString(),
         u"{\"glassPaneIds\":[\"pane\"],\"lastTouches\":null,\"glassPaneClassNames\":[\"shade\"]}"_s);
 }
+
+TEST(JsonSection, DefinesWhatAnOldBrowserDoesNotHave)
+{
+    QJSEngine page;
+    page.evaluate(u"delete this.JSON;"_s);
+    ASSERT_EQ(page.evaluate(u"typeof JSON"_s).toString(), u"undefined"_s);
+
+    const QJSValue loaded = page.evaluate(scriptFile(u"24-json2.js"_s));
+
+    EXPECT_FALSE(loaded.isError()) << loaded.toString().toStdString();
+    EXPECT_EQ(
+        page.evaluate(u"__ostrel__JSON.stringify({ a: [1, 'x\"\\n', null], b: JSON.parse('[2]')[0] })"_s)
+            .toString(),
+        uR"({"a":[1,"x\"\n",null],"b":2})"_s);
+}
+
+TEST(JsonSection, LeavesWhatTheBrowserHas)
+{
+    QJSEngine page;
+    page.evaluate(u"var stringify = JSON.stringify, parse = JSON.parse;"_s);
+
+    page.evaluate(scriptFile(u"24-json2.js"_s));
+
+    EXPECT_TRUE(page.evaluate(u"JSON.stringify === stringify && JSON.parse === parse"_s).toBool());
+    EXPECT_TRUE(page.evaluate(u"__ostrel__JSON.stringify === stringify && __ostrel__JSON.parse === parse"_s)
+                    .toBool());
+}

@@ -4,7 +4,8 @@
 //          __ostrel__isDocumentNode, __ostrel__findUsableParentElement, __ostrel.childObjectAndInfo,
 //          __ostrel__childRecord, __ostrel__xpath__snapshotLength, __ostrel__xpath__snapshotItem
 // Calls    __ostrel__typeOf__hooks (02e-hook-lists), __ostrel__uniqueNameInLeaf (03c-hierarchical-names),
-//          __ostrel__idForObject (04-reference-store), __ostrelDOMAPI, __ostrel__memberOfNode (19-dom-access)
+//          __ostrel__idForObject (04-reference-store), __ostrelDOMAPI, __ostrel__memberOfNode,
+//          __ostrel__isForm (19-dom-access)
 // At load  assigns a member of the namespace
 
 /**
@@ -19,7 +20,7 @@ function __ostrel__typeOf(o) {
         return "[unknown]";
     }
     // A form has a member of that name when it has such a field.
-    if (o.alert && o.nodeType !== 1) {
+    if (o.alert && __ostrel__memberOfNode(o, "nodeType") !== 1) {
         return "window";
     }
     hooked = __ostrel__typeByHooks(o);
@@ -93,13 +94,12 @@ function __ostrel__isShadowRoot(o) {
  * @return {?Document}
  */
 function __ostrel__getDocumentForNode(node) {
-    if (!node) {
-        return null;
-    }
-    if (node.nodeType === 9) {
+    var type = node && __ostrel__memberOfNode(node, "nodeType");
+
+    if (type === 9) {
         return node;
     }
-    return node.nodeType === 1 ? node.ownerDocument : null;
+    return type === 1 ? __ostrel__memberOfNode(node, "ownerDocument") : null;
 }
 
 /**
@@ -107,7 +107,9 @@ function __ostrel__getDocumentForNode(node) {
  * @return {boolean}
  */
 function __ostrel__isDocumentNode(elem) {
-    return elem.nodeType === elem.DOCUMENT_NODE || elem.nodeType === 9;
+    var type = __ostrel__memberOfNode(elem, "nodeType");
+
+    return type === elem.DOCUMENT_NODE || type === 9;
 }
 
 /**
@@ -116,7 +118,8 @@ function __ostrel__isDocumentNode(elem) {
  * @return {Node|null|undefined} nothing when the tree ends before
  */
 function __ostrel__findUsableParentElement(elem) {
-    while (elem && !__ostrel__isDocumentNode(elem) && !(elem.tagName && elem.nodeType === 1)) {
+    while (elem && !__ostrel__isDocumentNode(elem) &&
+            !(elem.tagName && __ostrelDOMAPI.isElementNode(elem))) {
         elem = elem.parentNode;
     }
     return elem;
@@ -132,8 +135,13 @@ window.top.__ostrel.childObjectAndInfo = function (domnode) {
         walk = {},
         child;
 
-    // Kept as is: the mark and the widget are two members whose names differ by the underscore.
-    if (domnode.qx_Widget) {
+    // A mark may stand where there is no widget.
+    if (!domnode) {
+        return records;
+    }
+    // Kept as is: the mark and the widget are two members whose names differ by the underscore. In a form a field may
+    // have the name of the mark.
+    if (domnode.qx_Widget && (domnode.qxWidget || !__ostrel__isForm(domnode))) {
         records[records.length] = {
             reference: __ostrel__idForObject(domnode.qxWidget),
             typeString: "qx_Widget",

@@ -12,7 +12,8 @@
 //          __ostrel__findUsableParentElement, __ostrel__isDocumentNode (02d-classification),
 //          __ostrel__pickableObjectHooks (02e-hook-lists), __ostrel__nameOf (03a-naming), __ostrel__qualifiedName
 //          (03c-hierarchical-names), __ostrel__getObjectAttribute (05-property-read), __ostrel__getScreenRect
-//          (09a-screen-rectangle), __ostrel__isVisible (12-visibility), __ostrel__elementPos (17d-mouse-events)
+//          (09a-screen-rectangle), __ostrel__isVisible (12-visibility), __ostrel__elementPos (17d-mouse-events),
+//          __ostrelDOMAPI (19-dom-access)
 // At load  no element is hovered and no hover timer runs
 
 /** @type {?Node} The element that waits for the hover timer. */
@@ -121,7 +122,7 @@ function __ostrel__hookedPickableObject(elem) {
  */
 function __ostrel__logPickEvent(e, o, url) {
     var node = o;
-    while (node && node.nodeType !== 1 && node.nodeType !== 9) {
+    while (node && !__ostrelDOMAPI.isElementNode(node) && node.nodeType !== 9) {
         node = node.parentNode;
     }
     var text = url + 'pickedObject&object=' + __ostrel__nameOf(node) + __ostrel__tabIdLogEventParameter();

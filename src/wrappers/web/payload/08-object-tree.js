@@ -4,7 +4,7 @@
 //          __ostrel__callGetter, __ostrel__compileSharedGetter, __ostrel__oncePerReading, __ostrel__knownInReading,
 //          __ostrel__readingMemory
 // Calls    __ostrel.childObjectAndInfo (02d-classification), __ostrel__idForObject, __ostrel__objectOfReference,
-//          __ostrel__newIdentityMap (04-reference-store)
+//          __ostrel__newIdentityMap (04-reference-store), __ostrel__wholeCharacters (18-helpers)
 // At load  assigns members of the namespace
 
 /**
@@ -95,8 +95,8 @@ function __ostrel__readAllProperties(objectinfolist) {
             for (name in info.propertyGetters) {
                 // what a page adds to Object.prototype is no getter of ours
                 if (Object.prototype.hasOwnProperty.call(info.propertyGetters, name)) {
-                    values[name] = __ostrel__callGetter(
-                        info.propertyGetters[name], info.object, reference, sharedGetters);
+                    values[name] = __ostrel__wholeCharacters(__ostrel__callGetter(
+                        info.propertyGetters[name], info.object, reference, sharedGetters));
                 }
             }
             valuesOfObjects[reference] = values;

@@ -4,7 +4,7 @@
 //          window.top.__ostrel.getDocumentSize, __ostrel__getPageOffset, __ostrel__getPageOffsetX,
 //          __ostrel__getPageOffsetY, __ostrel__isScrolledOut, __ostrel__findClippingParent,
 //          __ostrel__isEndOfPage, __ostrel__clipsItsContent, __ostrel__isOutsideOf,
-//          __ostrel__mapRectangle, __ostrel__largestOf, __ostrel__documentOffset,
+//          __ostrel__mapRectangle, __ostrel__largestOf, __ostrel__largestSide, __ostrel__documentOffset,
 //          __ostrel__stableRectangle, __ostrel__stableCorner, __ostrel__offsetWithParents,
 //          __ostrel__hasClippingStyle, __ostrel__devicePixelRatioOfDump, __ostrel__contentCorner,
 //          __ostrel__cornerCorrection, __ostrel__scrollPositionOf
@@ -32,8 +32,8 @@ window.top.__ostrel.getElementRectangleInDocument = function (element, zoomFacto
     rect = {
         x: position.x,
         y: position.y,
-        width: __ostrel__largestOf([element.scrollWidth, element.offsetWidth]),
-        height: __ostrel__largestOf([element.scrollHeight, element.offsetHeight])
+        width: __ostrel__largestSide(element, "scrollWidth", "offsetWidth"),
+        height: __ostrel__largestSide(element, "scrollHeight", "offsetHeight")
     };
     if (!window.top.__ostrel__mozilla) {
         rect = __ostrel__mapRectangle(rect, function (value) {
@@ -66,7 +66,12 @@ function __ostrel__stableRectangle(e) {
     var position = __ostrel__addPositions(corner, __ostrel__documentOffset(e));
 
     // Documents and drawings have no such size. A value that is left out would be asked for once more, one by one.
-    return { x: position.x, y: position.y, width: e.offsetWidth || 0, height: e.offsetHeight || 0 };
+    return {
+        x: position.x,
+        y: position.y,
+        width: __ostrel__memberOfNode(e, "offsetWidth") || 0,
+        height: __ostrel__memberOfNode(e, "offsetHeight") || 0
+    };
 }
 
 /**
@@ -257,6 +262,16 @@ function __ostrel__largestOf(sizes) {
 }
 
 /**
+ * @param {Element} element
+ * @param {string} one name of a size
+ * @param {string} other
+ * @return {number}
+ */
+function __ostrel__largestSide(element, one, other) {
+    return __ostrel__largestOf([__ostrel__memberOfNode(element, one), __ostrel__memberOfNode(element, other)]);
+}
+
+/**
  * Where an element begins in its document. Nodes without offsets, such as text, count as 0.
  * @param {Node} element
  * @return {{x: number, y: number}}
@@ -270,7 +285,10 @@ function __ostrel__documentOffset(element) {
  * @return {{x: number, y: number}}
  */
 function __ostrel__offsetWithParents(element) {
-    var own = { x: element.offsetLeft || 0, y: element.offsetTop || 0 };
+    var own = {
+        x: __ostrel__memberOfNode(element, "offsetLeft") || 0,
+        y: __ostrel__memberOfNode(element, "offsetTop") || 0
+    };
 
     return __ostrel__addPositions(own, __ostrel__documentOffset(__ostrel__memberOfNode(element, "offsetParent")));
 }

@@ -7,11 +7,11 @@
 /** The names with two underscores always leave out what is no element; the others ask the host's choice first. */
 var __ostrelDOMAPI = {
     isElementNode: function (elem) {
-        return elem.nodeType === 1;
+        return __ostrel__memberOfNode(elem, "nodeType") === 1;
     },
 
     isNonElementNode: function (elem) {
-        return elem.nodeType !== 1;
+        return __ostrel__memberOfNode(elem, "nodeType") !== 1;
     },
 
     /**

@@ -310,11 +310,6 @@ function __ostrel__xpath__correctValues(xpath) {
         return this.number().numberValue();
     };
 
-    // the package answers with "equal" when the other side is a text or a number
-    xpath.XBoolean.prototype.notequal = function (other) {
-        return this.equals(other).not();
-    };
-
     // a node set compared in size with a boolean counts as a boolean
     ["lessthan", "greaterthan", "lessthanorequal", "greaterthanorequal"].forEach(function (operation) {
         var compareNumbers = xpath.XBoolean.prototype[operation],
