@@ -5,7 +5,7 @@
 //          __ostrel__childRecord, __ostrel__xpath__snapshotLength, __ostrel__xpath__snapshotItem
 // Calls    __ostrel__typeOf__hooks (02e-hook-lists), __ostrel__uniqueNameInLeaf (03c-hierarchical-names),
 //          __ostrel__idForObject (04-reference-store), __ostrelDOMAPI, __ostrel__memberOfNode,
-//          __ostrel__isForm (19-dom-access)
+//          __ostrel__nodeTypeOf, __ostrel__isForm (19-dom-access)
 // At load  assigns a member of the namespace
 
 /**
@@ -20,7 +20,7 @@ function __ostrel__typeOf(o) {
         return "[unknown]";
     }
     // A form has a member of that name when it has such a field.
-    if (o.alert && __ostrel__memberOfNode(o, "nodeType") !== 1) {
+    if (o.alert && __ostrel__nodeTypeOf(o) !== 1) {
         return "window";
     }
     hooked = __ostrel__typeByHooks(o);
@@ -94,7 +94,7 @@ function __ostrel__isShadowRoot(o) {
  * @return {?Document}
  */
 function __ostrel__getDocumentForNode(node) {
-    var type = node && __ostrel__memberOfNode(node, "nodeType");
+    var type = node && __ostrel__nodeTypeOf(node);
 
     if (type === 9) {
         return node;
@@ -107,7 +107,7 @@ function __ostrel__getDocumentForNode(node) {
  * @return {boolean}
  */
 function __ostrel__isDocumentNode(elem) {
-    var type = __ostrel__memberOfNode(elem, "nodeType");
+    var type = __ostrel__nodeTypeOf(elem);
 
     return type === elem.DOCUMENT_NODE || type === 9;
 }

@@ -1,17 +1,17 @@
 // 19  DOM access: walks the DOM with or without the nodes that are no elements, as the host has chosen.
 //
-// Defines  __ostrelDOMAPI, __ostrel__memberOfNode, __ostrel__isForm
+// Defines  __ostrelDOMAPI, __ostrel__memberOfNode, __ostrel__nodeTypeOf, __ostrel__isForm
 // Calls    nothing
 // At load  creates the object
 
 /** The names with two underscores always leave out what is no element; the others ask the host's choice first. */
 var __ostrelDOMAPI = {
     isElementNode: function (elem) {
-        return __ostrel__memberOfNode(elem, "nodeType") === 1;
+        return __ostrel__nodeTypeOf(elem) === 1;
     },
 
     isNonElementNode: function (elem) {
-        return __ostrel__memberOfNode(elem, "nodeType") !== 1;
+        return __ostrel__nodeTypeOf(elem) !== 1;
     },
 
     /**
@@ -120,6 +120,17 @@ function __ostrel__memberOfNode(node, name) {
         }
     }
     return value;
+}
+
+/**
+ * The type of a node, which searches ask of every one.
+ * @param {Object} node anything that has members
+ * @return {number|undefined}
+ */
+function __ostrel__nodeTypeOf(node) {
+    var type = node.nodeType;
+
+    return typeof type === "object" ? __ostrel__memberOfNode(node, "nodeType") : type;
 }
 
 /**
