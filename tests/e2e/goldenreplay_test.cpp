@@ -312,4 +312,57 @@ TEST_P(ToolkitReplay, LeavesThePageAsTheUserDid)
 INSTANTIATE_TEST_SUITE_P(Pages, ToolkitReplay, testing::ValuesIn(toolkitRows),
     [](const testing::TestParamInfo<ToolkitRow> &row) { return std::string(row.param.name); });
 
+using ControlsReplay = Recording;
+
+// Windows that links open besides the page, addresses, the history: what is left is what each window has
+// sent.
+TEST_F(ControlsReplay, GoesWhereTheUserWent)
+{
+    serve(u"a.html"_s,
+        "<title>a</title><a id='l' href='b.html'>On</a><script>localStorage.seen = (localStorage.seen || '') "
+        "+ 'a'</script>");
+    serve(u"b.html"_s,
+        "<title>b</title><button id='b' type='button' onclick='localStorage.seen += opener ? \"o\" : "
+        "history.length'>Do</button>"
+        "<script>localStorage.seen += 'b'</script>");
+    const ServingThread files(folder.path());
+    const QString a = u"http://%1/a.html"_s.arg(files.host());
+    const QString b = u"http://%1/b.html"_s.arg(files.host());
+    const QString state = u"({ seen: localStorage.seen, title: document.title })"_s;
+    record(a);
+    BrowserPage *const first = page();
+    TrustedUser user(first);
+
+    user.middleClick(u"q('#l')"_s);
+    user.goTo(newWindow(2));
+    user.click(u"q('#b')"_s);
+    ASSERT_TRUE(settle());
+    user.goTo(first);
+    user.click(u"q('#l')"_s, TrustedUser::control);
+    user.goTo(newWindow(3));
+    user.click(u"q('#b')"_s);
+    ASSERT_TRUE(settle());
+    user.goTo(first);
+    user.open(b);
+    ASSERT_TRUE(waitUntil(first, u"document.title === 'b'"_s));
+    user.click(u"q('#b')"_s);
+    ASSERT_TRUE(settle());
+    const QDeadlineTimer rest(1200);
+    ASSERT_TRUE(waitFor([&] { return rest.hasExpired(); }));
+    user.goInHistory(-1);
+    ASSERT_TRUE(waitUntil(first, u"document.title === 'a'"_s));
+    user.loadAgain();
+    ASSERT_TRUE(waitFor([&] { return recorder->script().lines().filter(u"loadUrl"_s).size() == 3; }));
+    ASSERT_TRUE(waitUntil(first, u"document.readyState === 'complete'"_s));
+    const QString left = stateOf(first, state);
+    recorder->finish();
+    const QString script = recorder->script().text();
+    EXPECT_TRUE(left.contains(u"\"ab1b1b3aa\""_s)) << qPrintable(left);
+
+    const Ended ended = Replays().run(withComparison(script, state, left), 1);
+
+    EXPECT_EQ(ended.exitCode, 0) << qPrintable(ended.out);
+    EXPECT_EQ(ended.err, QString());
+}
+
 } // namespace

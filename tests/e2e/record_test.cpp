@@ -265,6 +265,223 @@ TEST_F(Windows, ThatTheUserClosesAreClosedByTheScript)
             u"waitForContextExists(\"close-b.html\");"_s, u"closeWindow(\"[Window]\");"_s}));
 }
 
+/// The browser's own controls.
+class Controls : public Recording
+{
+protected:
+    void SetUp() override
+    {
+        Recording::SetUp();
+        serve(u"go-a.html"_s,
+            "<title>a</title><a id='l' href='go-b.html' "
+            "style='display:block;width:60px;height:20px'>On</a><input id='f'>");
+        serve(u"go-b.html"_s,
+            "<title>b</title><button type='button' id='b' onclick='history.back()'>Back</button>");
+    }
+    void arrive(const QString &title)
+    {
+        EXPECT_TRUE(
+            waitUntil(page(), u"document.title === '%1' && document.readyState === 'complete'"_s.arg(title)));
+        EXPECT_TRUE(settle());
+    }
+    /// Right behind an event of the user it would pass for something that the page does.
+    static void rest()
+    {
+        const QDeadlineTimer reading(1200);
+        ASSERT_TRUE(waitFor([&] { return reading.hasExpired(); }));
+    }
+    QString a() const { return server.url(u"go-a.html"_s); }
+    QString b() const { return server.url(u"go-b.html"_s); }
+
+    const QString link = u"{visible='true' tagName='A' simplifiedInnerText='On' id='l'}"_s;
+    const QString field = u"{visible='true' tagName='INPUT' type='text' id='f'}"_s;
+};
+
+TEST_F(Controls, ThatOpenAnAddressAreAStatement)
+{
+    record(a());
+    TrustedUser user(page());
+
+    user.click(u"q('#f')"_s);
+    user.type(u"wool"_s);
+    user.open(b());
+    arrive(u"b"_s);
+    user.click(u"q('#b')"_s);
+    arrive(u"a"_s);
+
+    EXPECT_EQ(statements(),
+        (QStringList{u"waitForContextExists(\"go-a.html\");"_s, u"setFocus(\"%1\");"_s.arg(field),
+            u"typeText(\"%1\", \"wool\");"_s.arg(field), u"loadUrl(\"%1\");"_s.arg(b()),
+            u"waitForContextExists(\"go-b.html\");"_s,
+            u"clickButton(\"{visible='true' tagName='BUTTON' type='button' id='b' simplifiedInnerText='Back'}\");"_s}));
+    EXPECT_EQ(explanations.filter(QRegularExpression(u"^(opening|history) "_s)),
+        (QStringList{u"opening of %1  statement: loadUrl(\"%1\");"_s.arg(b()),
+            u"history of %1  merged: a page goes there behind what the user did"_s.arg(a())}));
+}
+
+TEST_F(Controls, ThatGoBackAndLoadAgainAreStatementsWithARemark)
+{
+    record(a());
+    TrustedUser user(page());
+
+    user.click(u"q('#l')"_s);
+    arrive(u"b"_s);
+    rest();
+    user.goInHistory(-1);
+    arrive(u"a"_s);
+    user.loadAgain();
+    arrive(u"a"_s);
+    user.goInHistory(1);
+    arrive(u"b"_s);
+
+    EXPECT_EQ(statements().mid(1),
+        (QStringList{u"mouseClick(\"%1\");"_s.arg(link), u"// the user went there by the browser's history"_s,
+            u"loadUrl(\"%1\");"_s.arg(a()), u"// the user loaded the page again"_s,
+            u"loadUrl(\"%1\");"_s.arg(a()), u"// the user went there by the browser's history"_s,
+            u"loadUrl(\"%1\");"_s.arg(b())}));
+}
+
+TEST_F(Controls, InOneOfSeveralWindowsAreOfThatWindow)
+{
+    serve(u"two-a.html"_s, "<title>two</title><a id='l' href='go-a.html' target='_blank'>Open</a>");
+    record(server.url(u"two-a.html"_s));
+    TrustedUser user(page());
+
+    user.click(u"q('#l')"_s);
+    BrowserPage *opened = newWindow(2);
+    ASSERT_TRUE(settle());
+    user.open(b());
+    arrive(u"b"_s);
+    user.goTo(opened);
+    user.open(b());
+    ASSERT_TRUE(waitUntil(opened, u"document.title === 'b'"_s));
+
+    EXPECT_EQ(statements().mid(2),
+        (QStringList{u"loadUrl(\"%1\");"_s.arg(b()), u"waitForContextExists(\"go-a.html\");"_s,
+            u"loadUrl(\"%1\");"_s.arg(b())}));
+}
+
+TEST_F(Controls, AreNamedInTheScriptWhereNoStatementDoesWhatTheyDo)
+{
+    serve(u"places-a.html"_s, "<title>places</title><p style='height:3000px'>Top</p><p id='end'>End</p>");
+    const QString place = server.url(u"places-a.html"_s) + u"#end"_s;
+    record(server.url(u"places-a.html"_s));
+    TrustedUser user(page());
+
+    user.open(place);
+    ASSERT_TRUE(waitUntil(page(), u"location.hash === '#end'"_s));
+    user.loadAgain();
+    ASSERT_TRUE(waitFor([this] { return recorder->script().lines().size() == 3; }));
+    user.open(u"http://127.0.0.1:1/"_s);
+    ASSERT_TRUE(waitFor([this] { return recorder->script().lines().size() == 4; }));
+    ASSERT_FALSE(page()->connection()->send({}, u"Target.createTarget"_s, {{u"url"_s, a()}}) < 0);
+    user.goTo(newWindow(2));
+    ASSERT_TRUE(waitFor([this] { return recorder->script().lines().size() == 5; }));
+    user.open(b());
+    ASSERT_TRUE(waitUntil(user.page(), u"document.title === 'b'"_s));
+
+    EXPECT_EQ(statements(),
+        (QStringList{u"loadUrl(\"%1\");"_s.arg(place), u"// not recorded: '%1' was loaded again"_s.arg(place),
+            u"// not recorded: 'http://127.0.0.1:1/', which could not be opened"_s,
+            u"// not recorded: '%1' in a window that the browser's own controls opened"_s.arg(a()),
+            u"// not recorded: '%1' in a window that the browser's own controls opened"_s.arg(b())}));
+}
+
+struct WayRow
+{
+    const char *name;
+    QByteArray page; ///< has something with the id "go" that leads to another document, of the title "b"
+};
+
+TEST_F(Controls, AreNotWhatPagesGoBy)
+{
+    const QList<WayRow> ways{
+        {"link", "<a id='go' href='go-b.html'>On</a>"},
+        {"form", "<form action='go-b.html'><button id='go'>On</button></form>"},
+        {"posted form", "<form method='post' action='go-b.html'><button id='go'>On</button></form>"},
+        {"script", "<button id='go' onclick='location.href=\"go-b.html\"'>On</button>"},
+        {"late script",
+            "<button id='go' onclick='setTimeout(() => location.assign(\"go-b.html\"), 1200)'>On</button>"},
+        {"script that goes twice", "<button id='go' onclick='location.href=\"way-2.html\"'>On</button>"},
+        {"refresh", "<button id='go' onclick='location.href=\"way-3.html\"'>On</button>"},
+        {"frame", "<iframe id='inner' srcdoc=\"<a id='go' target='_top' href='go-b.html'>On</a>\"></iframe>"},
+        {"place", "<button id='go' onclick='location.hash=\"x\"; document.title=\"b\"'>On</button>"},
+        {"state",
+            "<button id='go' onclick='history.pushState(1, \"\", \"x.html\"); "
+            "document.title=\"b\"'>On</button>"},
+        {"written page",
+            "<button id='go' onclick='document.open(); document.write(\"<title>b</title>\"); "
+            "document.close()'>On</button>"},
+        {"reload",
+            "<script>if (location.search) document.title='b'; if (sessionStorage.again) "
+            "document.title='b'</script>"
+            "<button id='go' onclick='sessionStorage.again=1; location.reload()'>On</button>"},
+    };
+    serve(u"way-2.html"_s, "<script>location.replace('go-b.html')</script>");
+    serve(u"way-3.html"_s, "<meta http-equiv='refresh' content='0;url=go-b.html'>");
+    serve(u"way-0.html"_s, "<p>start</p>");
+    record(server.url(u"way-0.html"_s));
+    TrustedUser user(page());
+    QStringList expected;
+
+    for (qsizetype i = 0; i < ways.size(); ++i) {
+        const QString name = u"way-x%1.html"_s.arg(i);
+        serve(name, ways.at(i).page);
+        user.open(server.url(name));
+        expected.append(u"loadUrl(\"%1\");"_s.arg(server.url(name)));
+        ASSERT_TRUE(waitUntil(
+            page(), u"location.pathname.endsWith('%1') && document.readyState === 'complete'"_s.arg(name)));
+        const bool isFramed = QByteArray(ways.at(i).name) == "frame";
+        if (isFramed) {
+            ASSERT_TRUE(waitUntil(
+                page(), u"inFrame('inner', '#go') && frameDocument('inner').__ostrel__hooked__events"_s));
+        }
+        user.click(isFramed ? u"inFrame('inner', '#go')"_s : u"q('#go')"_s);
+        ASSERT_TRUE(waitUntil(page(), u"document.title === 'b' || location.pathname.endsWith('go-b.html')"_s))
+            << ways.at(i).name;
+        ASSERT_TRUE(settle());
+    }
+
+    EXPECT_EQ(statements().filter(QRegularExpression(u"^(loadUrl|//)"_s)), expected);
+}
+
+TEST_F(Controls, ByKeysAreToldByWhereTheyGo)
+{
+    serve(u"keys-c.html"_s, "<title>c</title><body tabindex='0'><p id='p'>Here</p>");
+    record(server.url(u"keys-c.html"_s));
+    TrustedUser user(page());
+
+    user.open(b());
+    arrive(u"b"_s);
+    // The key reaches the page before the browser itself goes by it, and comes up in the next document.
+    user.key(u"ArrowLeft"_s, TrustedUser::alt);
+    user.goInHistory(-1);
+    arrive(u"c"_s);
+    user.key(u"F5"_s);
+
+    EXPECT_EQ(statements(),
+        (QStringList{u"loadUrl(\"%1\");"_s.arg(b()), u"// the user went there by the browser's history"_s,
+            u"loadUrl(\"%1\");"_s.arg(server.url(u"keys-c.html"_s)),
+            u"waitForContextExists(\"keys-c.html\");"_s, u"// not recorded: the key 'F5' on BODY 'Here'"_s}));
+}
+
+TEST_F(Controls, OpenALinkInANewWindow)
+{
+    record(a());
+    TrustedUser user(page());
+
+    user.middleClick(u"q('#l')"_s);
+    newWindow(2);
+    user.click(u"q('#l')"_s, TrustedUser::control);
+    newWindow(3);
+    user.click(u"q('#l')"_s, TrustedUser::shift);
+    newWindow(4);
+
+    EXPECT_EQ(statements().mid(1),
+        (QStringList{u"nativeMouseClick(\"%1\", 30, 10, 4);"_s.arg(link),
+            u"mouseClick(\"%1\", 2);"_s.arg(link), u"mouseClick(\"%1\", 4);"_s.arg(link)}));
+}
+
 using Keyboard = Recording;
 
 TEST_F(Keyboard, OnButtonsIsWhatAPressWouldBe)

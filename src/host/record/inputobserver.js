@@ -91,6 +91,12 @@
         return by;
     }
 
+    // Whether the browser goes back or forward by it, once the page has let it through.
+    function isOfHistory(event) {
+        return event.button >= 3 || ["BrowserBack", "BrowserForward"].indexOf(event.key) >= 0 ||
+            (event.altKey === true && ["ArrowLeft", "ArrowRight"].indexOf(event.key) >= 0);
+    }
+
     function tell(event, more) {
         var element = targetOf(event),
             told = {
@@ -98,6 +104,7 @@
                 time: performance.timeOrigin + event.timeStamp,
                 target: describe(element),
                 isText: isTextField(element),
+                isOfHistory: isOfHistory(event),
                 field: markOf(element)
             };
         Object.keys(more || {}).forEach(function (name) {
@@ -158,7 +165,8 @@
                 tellPress(event);
             }
             isPress = type === "click" && isPressWanted;
-            more = isPress ? scrolledBy(targetOf(event)) : {};
+            // By such a press a script presses with the pointer.
+            more = isPress || event.button === 1 ? scrolledBy(targetOf(event)) : {};
             more.button = event.button || 0;
             more.isPress = isPress;
             tell(event, more);

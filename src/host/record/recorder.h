@@ -3,6 +3,7 @@
 #pragma once
 
 #include "host/record/inputobserver.h"
+#include "host/record/navigationobserver.h"
 #include "host/record/recordedscript.h"
 #include "host/record/recordinglogger.h"
 #include "host/script/testsession.h"
@@ -68,7 +69,7 @@ private:
         QDeadlineTimer limit;
     };
 
-    void watch(BrowserPage *page);
+    void watch(BrowserPage *page, bool isNew);
     void take(const QString &text);
     void note(BrowserPage *page, const InputEvent &input);
     void fetchTyped();
@@ -79,6 +80,8 @@ private:
     Verdict judgeAnswer(DialogKind kind, bool accepted, const QString &typed);
     void noteDocumentGone(const QString &tab);
     void noteClosed(BrowserPage *page);
+    void noteMove(const BrowserPage *page, const OwnMove &move);
+    Verdict judgeMove(const OwnMove &move);
 
     void handleAll();
     bool handleFirst();
@@ -94,6 +97,7 @@ private:
 
     TestSession *m_session;
     QList<QPointer<InputObserver>> m_observers; ///< they go with their pages
+    NavigationObserver m_navigations;
     RecordedScript m_script;
     RecordingLogger m_logger;
     std::deque<Happening> m_happenings;
