@@ -807,6 +807,48 @@ TEST_F(Dialogs, GiveThePageTheAnswerThatTheScriptGives)
         u"answer to a confirm: 'Really?'  statement: answerConfirm(false);"_s);
 }
 
+TEST_F(Dialogs, ThatAskWhetherAPageMayBeLeftAreTheUsersToAnswer)
+{
+    serve(u"asks-a.html"_s,
+        "<title>a</title><p id='p'>Here</p><a id='l' href='asks-b.html'>On</a>"
+        "<script>window.onbeforeunload = function (event) { event.preventDefault(); return 'No'; }</script>");
+    serve(u"asks-b.html"_s, "<title>b</title><p>there</p>");
+    const QString a = server.url(u"asks-a.html"_s);
+    const QString b = server.url(u"asks-b.html"_s);
+    record(a);
+    TrustedUser user(page());
+    const auto answer = [this](bool leaves) {
+        ASSERT_TRUE(waitFor([this] { return page()->openDialog().has_value(); }));
+        EXPECT_EQ(page()->openDialog()->kind, DialogKind::BeforeUnload);
+        page()->answerDialog({leaves, {}});
+        ASSERT_TRUE(waitUntil(page(), leaves ? u"document.title === 'b'"_s : u"document.title === 'a'"_s));
+        ASSERT_TRUE(settle());
+    };
+
+    user.click(u"q('#l')"_s);
+    answer(false);
+    user.open(b);
+    answer(false);
+    user.click(u"q('#l')"_s);
+    answer(true);
+    user.open(a);
+    ASSERT_TRUE(waitUntil(page(), u"document.title === 'a'"_s));
+    user.click(u"q('#p')"_s);
+    user.open(b);
+    answer(true);
+
+    const QString link = u"mouseClick(\"{visible='true' tagName='A' simplifiedInnerText='On' id='l'}\");"_s;
+    const QString stayed = u"// not recorded: the user stayed on a page that asks before it is left"_s;
+    const QStringList lines = statements().mid(1);
+    EXPECT_EQ(lines.filter(QRegularExpression(u"^(mouseClick.*On|loadUrl|//)"_s)),
+        (QStringList{link, stayed, link, u"loadUrl(\"%1\");"_s.arg(a), u"loadUrl(\"%1\");"_s.arg(b)}));
+    EXPECT_EQ(explanations.filter(u"answer to"_s),
+        (QStringList{u"answer to the question whether it may be left: ''  remark: %1"_s.arg(stayed.mid(3)),
+            u"answer to the question whether it may be left: ''  remark: %1"_s.arg(stayed.mid(3)),
+            u"answer to the question whether it may be left: ''  left out: replay leaves pages that ask, too"_s,
+            u"answer to the question whether it may be left: ''  left out: replay leaves pages that ask, too"_s}));
+}
+
 using Unexpressed = Recording;
 
 TEST_F(Unexpressed, InputIsNamedInTheScript)
