@@ -80,11 +80,11 @@ public:
     }
 
     /// Runs so many copies of a script, two at a time.
-    Ended run(const QByteArray &script, int count)
+    Ended run(const QByteArray &script, int count, const QStringList &options = {})
     {
         for (int i = 1; i <= count; ++i)
             m_run.write(u"replays/%1.js"_s.arg(i, 2, 10, QLatin1Char('0')), script);
-        m_run.start({u"run"_s, u"replays"_s, u"--jobs"_s, u"2"_s});
+        m_run.start(QStringList{u"run"_s, u"replays"_s, u"--jobs"_s, u"2"_s} + options);
         constexpr int limitMs = 100000;
         return m_run.finish(limitMs * count);
     }
@@ -311,6 +311,65 @@ TEST_P(ToolkitReplay, LeavesThePageAsTheUserDid)
 
 INSTANTIATE_TEST_SUITE_P(Pages, ToolkitReplay, testing::ValuesIn(toolkitRows),
     [](const testing::TestParamInfo<ToolkitRow> &row) { return std::string(row.param.name); });
+
+class NamesReplay : public Recording
+{
+protected:
+    Host::RecordedNames *names() override
+    {
+        serve(u"shop.names"_s,
+            "# kept\nthe search\t{visible='true' tagName='INPUT' name='q' type='search' id='search' "
+            "form='search-form'}\n");
+        auto read = RecordedNames::extending(namesFile);
+        EXPECT_FALSE(read.failed()) << qPrintable(read.error);
+        m_names = read.value;
+        return &m_names;
+    }
+
+    const QString namesFile = folder.filePath(u"shop.names"_s);
+    RecordedNames m_names;
+};
+
+// A person has named one of the objects before; the others get names while they are recorded.
+TEST_F(NamesReplay, FindsByTheNamesOfTheRecordingWhatTheUserUsed)
+{
+    const ServingThread shop(sourceFolder + u"/demo"_s);
+    record(u"http://%1/index.html"_s.arg(shop.host()));
+    TrustedUser user(page());
+
+    user.click(u"q('#search')"_s);
+    user.type(u"mug"_s);
+    user.click(u"q('#search-form button')"_s);
+    user.click(u"q('#in-stock')"_s);
+    user.clickAt(u"q('#wish-pellow-mug')"_s, 0.1, 0.5);
+    user.click(u"q('#card-pellow-mug .card-foot button')"_s);
+    user.click(u"q('#site-header a[href=\"cart.html\"]')"_s);
+    ASSERT_TRUE(waitUntil(page(), u"location.pathname === '/cart.html' && q('#row-1 input')"_s));
+    user.click(u"q('#row-1 input')"_s);
+    user.key(u"a"_s, TrustedUser::control);
+    user.type(u"4"_s);
+    user.click(u"q('#enter-voucher')"_s);
+    ASSERT_TRUE(waitFor([this] { return page()->openDialog().has_value(); }));
+    page()->answerDialog({true, u"QUIET10"_s});
+    ASSERT_TRUE(settle());
+    const QString state = u"Object.assign(shopState(), { log: null })"_s;
+    const QString left = stateOf(page(), state);
+    recorder->finish();
+    ASSERT_FALSE(m_names.save().failed());
+    QString script = withoutHovers(recorder->script().text());
+    script.replace(shop.host(), u"127.0.0.1:PORT"_s);
+    compareWithKept(recordingFile(u"named-visit.js"_s), script);
+    compareWithKept(recordingFile(u"named-visit.names"_s), kept(namesFile));
+    compareWithKept(recordingFile(u"named-visit.state.json"_s), left);
+    if (HasFailure())
+        return;
+    script.replace(u"127.0.0.1:PORT"_s, shop.host());
+
+    const Ended ended = Replays().run(withComparison(script, state, left), 1, {u"--names"_s, namesFile});
+
+    EXPECT_EQ(ended.exitCode, 0) << qPrintable(ended.out);
+    EXPECT_EQ(ended.err, QString());
+}
 
 using ControlsReplay = Recording;
 
