@@ -12,6 +12,8 @@
 #include <QDeadlineTimer>
 #include <QFile>
 #include <QImage>
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -690,6 +692,34 @@ TEST_F(Presses, WithoutAClickAreOfTheTruePointer)
             u"mouseClick(\"{visible='true' tagName='DIV' id='list'}\", 150, 150);"_s}));
 }
 
+TEST_F(Presses, OnDrawingsAreAtTheirPlaceInThem)
+{
+    serve(u"svg-a.html"_s,
+        R"(<style>.box { position:absolute; display:block; width:100px; height:60px; padding:0 }
+            svg { display:block; margin:10px } </style>
+        <button type='button' id='b' class='box' style='left:40px;top:40px' onclick='document.title += "b"'>
+            <svg width='40' height='40'><path id='p' d='M0 0H40V40H0Z'/></svg></button>
+        <a id='a' href='#x' class='box' style='left:200px;top:40px'>
+            <svg width='40' height='40'><path id='ap' d='M0 0H40V40H0Z'/></svg></a>
+        <button type='button' id='t' class='box' style='left:40px;top:140px' onclick='document.title += "t"'>
+            <svg width='40' height='40'><path id='tp' d='M0 0H40V40H0Z' style='pointer-events:none'/></svg></button>
+        <button type='button' id='n' class='box' style='left:200px;top:140px' onclick='document.title += "n"'>
+            <svg width='40' height='40' style='pointer-events:none'><path id='np' d='M0 0H40V40H0Z'/></svg></button>)");
+    record(server.url(u"svg-a.html"_s));
+    TrustedUser user(page());
+
+    user.clickAt(u"q('#p')"_s, 0.25, 0.75);
+    user.clickAt(u"q('#ap')"_s, 0.25, 0.75);
+    user.clickAt(u"q('#tp')"_s, 0.25, 0.75);
+    user.clickAt(u"q('#np')"_s, 0.25, 0.75);
+
+    EXPECT_EQ(statements().mid(1),
+        (QStringList{u"mouseClick(\"{visible='true' tagName='path' id='p'}\", 10, 30);"_s,
+            u"mouseClick(\"{visible='true' tagName='A' id='a'}\", 10, 30);"_s,
+            u"mouseClick(\"DOCUMENT.HTML1.BODY1.BUTTON2.svg1\", 10, 30);"_s,
+            u"clickButton(\"{visible='true' tagName='BUTTON' type='button' id='n'}\");"_s}));
+}
+
 TEST_F(Presses, OnWhatIsGoneAreNamedInTheScript)
 {
     serve(u"pointer-b.html"_s,
@@ -721,6 +751,94 @@ TEST_F(Presses, OfThePageItselfAreNoneOfTheUser)
         (QStringList{
             u"clickButton(\"{visible='true' tagName='BUTTON' type='button' id='b' simplifiedInnerText='Do'}\");"_s,
             u"mouseClick(\"{visible='true' tagName='A' simplifiedInnerText='On' id='l'}\");"_s}));
+}
+
+/// Fingers on a screen.
+class Touches : public Recording
+{
+protected:
+    using Places = QList<QPointF>;
+
+    void SetUp() override
+    {
+        Recording::SetUp();
+        serve(u"touch-a.html"_s, R"(<body style='margin:0;height:4000px'>
+            <style>.box { position:absolute; width:100px; height:60px; margin:0 }</style>
+            <button type='button' id='b' class='box' style='left:40px;top:40px' onclick='document.title += "b"'>Do</button>
+            <div id='t' class='box' style='left:200px;top:40px' ontouchend='event.preventDefault(); document.title += "t"'>T</div>
+            <input id='f' class='box' style='left:40px;top:140px'><p id='p' class='box' style='left:40px;top:340px'>P</p>)");
+        record(server.url(u"touch-a.html"_s));
+        ASSERT_FALSE(page()
+                         ->call(u"Emulation.setTouchEmulationEnabled"_s,
+                             {{u"enabled"_s, true}, {u"maxTouchPoints"_s, 2}})
+                         .failed());
+    }
+    void touch(const QString &type, const Places &places)
+    {
+        QJsonArray points;
+        for (const QPointF &place : places) {
+            points.append(
+                QJsonObject{{u"x"_s, place.x()}, {u"y"_s, place.y()}, {u"id"_s, int(points.size())}});
+        }
+        ASSERT_FALSE(
+            page()
+                ->call(u"Input.dispatchTouchEvent"_s, {{u"type"_s, type}, {u"touchPoints"_s, points}})
+                .failed());
+    }
+    void tap(const Places &places)
+    {
+        touch(u"touchStart"_s, places);
+        touch(u"touchEnd"_s, {});
+    }
+    bool isExplained(const QString &text) const
+    {
+        return waitFor([&] { return !explanations.filter(text).isEmpty(); });
+    }
+
+    const QString button
+        = u"clickButton(\"{visible='true' tagName='BUTTON' type='button' id='b' simplifiedInnerText='Do'}\");"_s;
+};
+
+TEST_F(Touches, ThatAreTapsAreThePressesThatTheBrowserMakesOfThem)
+{
+    tap({{60, 60}});
+    ASSERT_TRUE(isExplained(u"click on BUTTON#b"_s));
+    tap({{60, 150}});
+    ASSERT_TRUE(isExplained(u"click on INPUT#f"_s));
+    touch(u"touchStart"_s, {{61, 61}});
+    const QDeadlineTimer held(900);
+    ASSERT_TRUE(waitFor([&] { return held.hasExpired(); }));
+    touch(u"touchEnd"_s, {});
+    ASSERT_TRUE(waitUntil(page(), u"document.title === 'bb'"_s));
+    ASSERT_TRUE(settle());
+
+    EXPECT_EQ(statements().mid(1),
+        (QStringList{
+            button, u"setFocus(\"{visible='true' tagName='INPUT' type='text' id='f'}\");"_s, button}));
+    EXPECT_EQ(explanations.filter(u"touchend"_s),
+        (QStringList{u"touchend on BUTTON#b  merged: the press that the browser makes of it tells it"_s,
+            u"touchend on INPUT#f  merged: the press that the browser makes of it tells it"_s,
+            u"touchend on BUTTON#b  merged: the press that the browser makes of it tells it"_s}));
+}
+
+TEST_F(Touches, OfWhichTheBrowserMakesNoPressAreNamedInTheScript)
+{
+    tap({{230, 60}});
+    ASSERT_TRUE(isExplained(u"tap on DIV#t"_s));
+    touch(u"touchStart"_s, {{60, 350}});
+    for (const int y : {320, 260, 200})
+        touch(u"touchMove"_s, {QPointF(60, y)});
+    touch(u"touchEnd"_s, {});
+    ASSERT_TRUE(isExplained(u"swipe on P#p"_s));
+    tap({{60, 60}, {90, 60}});
+    ASSERT_TRUE(waitFor([&] { return explanations.filter(u"swipe on "_s).size() == 2; }));
+
+    const QStringList lines = statements();
+    EXPECT_EQ(lines.mid(0, 2),
+        (QStringList{u"// not recorded: a tap on DIV#t, which the page takes for itself"_s,
+            u"// not recorded: fingers that move over P#p"_s}));
+    EXPECT_EQ(lines.size(), 3);
+    EXPECT_EQ(explanations.filter(u"statement:"_s), QStringList());
 }
 
 using ObjectInfo = Recording;

@@ -15,6 +15,9 @@
         documentMark = Math.random(), // keeps the marks of frames apart
         isKeyDown = false, // what a field gets while a key is down, its release tells
         lastWheel = -wheelPauseMs,
+        tapSlop = 15, // in pixels: what moves further is no tap
+        touched = null, // where and on what the fingers went down
+        lifted = null, // the event by which the last one came up, as long as nothing has been told of it
         pointer = "", // where the pointer was last
         isPressWanted = false, // whether the pointer went down and no press has followed yet
         release = null, // the event by which it came up since, as long as none has followed
@@ -158,7 +161,7 @@
         }
     });
 
-    ["mousedown", "mouseup", "click", "dblclick", "contextmenu", "touchend", "dragstart"].forEach(function (type) {
+    ["mousedown", "mouseup", "click", "dblclick", "contextmenu", "dragstart"].forEach(function (type) {
         listen(type, function (event) {
             var isPress, more;
             if (type === "click" && isPressWanted && targetOf(event) !== pressed) {
@@ -173,6 +176,38 @@
             isPressWanted = false;
         });
     });
+
+    // The browser makes a press of a tap, unless the page takes it. It makes none of anything else.
+    function tellTouch() {
+        var event = lifted, touch, isTap;
+        if (event === null) {
+            return;
+        }
+        lifted = null;
+        touch = event.changedTouches[0];
+        isTap = touched.fingers === 1 && Math.abs(touch.clientX - touched.x) < tapSlop &&
+            Math.abs(touch.clientY - touched.y) < tapSlop;
+        tell(event, {
+            kind: !isTap ? "swipe" : event.defaultPrevented || touched.event.defaultPrevented ? "tap" : "touchend"
+        });
+    }
+
+    listen("touchstart", function (event) {
+        var touch = event.changedTouches[0];
+        if (touched === null || event.touches.length === 1) {
+            touched = { event: event, x: touch.clientX, y: touch.clientY, fingers: 0 };
+        }
+        touched.fingers = Math.max(touched.fingers, event.touches.length);
+    });
+
+    listen("touchend", function (event) {
+        if (touched !== null && event.touches.length === 0) {
+            lifted = event;
+            setTimeout(tellTouch, 0);
+        }
+    });
+
+    window.addEventListener("pagehide", tellTouch, true);
 
     // Texts are sent of these, too.
     synthetic.forEach(function (type) {

@@ -27,7 +27,7 @@ constexpr int consequenceMs = 1000;
 /// The events of the user of which a page sends a text of the same name.
 bool isToldByPage(const InputEvent &input)
 {
-    static const QStringList kinds{u"mousedown"_s, u"click"_s, u"dblclick"_s, u"keyup"_s, u"touchend"_s};
+    static const QStringList kinds{u"mousedown"_s, u"click"_s, u"dblclick"_s, u"keyup"_s};
     return kinds.contains(input.kind) || (input.kind == "change"_L1 && input.isTold);
 }
 
@@ -104,6 +104,9 @@ constexpr PlainVerdict plainVerdicts[] = {
     {"mouseup"_L1, Verdict::Kind::Merged, u"the press has told it"},
     {"pointerup"_L1, Verdict::Kind::Remarked,
         u"not recorded: a press on %1, which the page takes for itself"},
+    {"touchend"_L1, Verdict::Kind::Merged, u"the press that the browser makes of it tells it"},
+    {"tap"_L1, Verdict::Kind::Remarked, u"not recorded: a tap on %1, which the page takes for itself"},
+    {"swipe"_L1, Verdict::Kind::Remarked, u"not recorded: fingers that move over %1"},
     {"contextmenu"_L1, Verdict::Kind::Merged, u"the press of the right button has told it"},
     {"keydown"_L1, Verdict::Kind::Merged, u"the release of the key tells it"},
     {"hover"_L1, Verdict::Kind::Remarked, u"not recorded: the pointer over %1, by which the page changed"},
@@ -469,7 +472,7 @@ Verdict Recorder::judge(const Happening &happening)
     if (input.kind == "keydown"_L1) {
         m_logger.noteKeyDown(tab, input);
         m_keyDown.insert(tab, input);
-    } else if (input.kind == "mousedown"_L1 || input.kind == "touchend"_L1 || input.isPress) {
+    } else if (input.kind == "mousedown"_L1 || input.isPress) {
         m_logger.notePress();
     } else if (input.kind == "click"_L1 || input.kind == "change"_L1) {
         m_keyDown.remove(tab);
