@@ -196,6 +196,8 @@ void visitDijit(TrustedUser &user)
     user.click(u"q('#widget_books .dijitUpArrowButton')"_s);
     user.click(u"q('#widget_branch .dijitDownArrowButton')"_s);
     user.click(u"withText('#branch_popup .dijitMenuItem', 'Harbour')"_s);
+    user.click(u"q('#language')"_s);
+    user.click(u"q('#language_menu tr:nth-child(2) .dijitMenuItemLabel')"_s);
     user.click(u"q('#letters')"_s);
     user.click(u"q('#child')"_s);
     user.click(u"q('#notes')"_s);
