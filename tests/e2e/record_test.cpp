@@ -995,6 +995,36 @@ TEST_F(Unexpressed, InputIsNamedInTheScript)
     EXPECT_TRUE(remarks.contains(u"// not recorded: the key 'F2' on P#k"_s));
 }
 
+using Hovers = Recording;
+
+// A page that marks whatever the pointer is over, as many toolkits do.
+TEST_F(Hovers, OnTheWayToWhatIsPressedAreOneRemarkAtMost)
+{
+    serve(u"hover-a.html"_s, R"(<style>* { margin:0 } li { height:30px; list-style:none }</style>
+        <ul onmouseover='event.target.className = "over"' onmouseout='event.target.className = ""'>
+            <li id='l1'><a href='#1' id='a1'>One</a></li><li id='l2'><a href='#2' id='a2'>Two</a></li>
+            <li id='l3'><a href='#3' id='a3'>Three</a></li><li id='l4'><button id='b'
+                style='padding:5px'><span id='s'>Four</span></button></li></ul>)");
+    record(server.url(u"hover-a.html"_s));
+    TrustedUser user(page());
+
+    user.click(u"q('#a1')"_s);
+    for (const char *id : {"a1", "l2", "a2", "l3", "a3", "l3", "b"})
+        user.hover(u"q('#%1')"_s.arg(QLatin1String(id)));
+    user.click(u"q('#s')"_s);
+    user.hover(u"q('#l2')"_s);
+
+    EXPECT_EQ(statements().mid(1),
+        (QStringList{u"mouseClick(\"{visible='true' tagName='A' simplifiedInnerText='One' id='a1'}\");"_s,
+            u"// not recorded: the pointer over A#a2, LI#l3, A#a3 and 1 more, by which the page changed"_s,
+            u"clickButton(\"{visible='true' tagName='BUTTON' type='submit' id='b' simplifiedInnerText='Four'}\");"_s,
+            u"// not recorded: the pointer over LI#l2, by which the page changed"_s}));
+    EXPECT_EQ(explanations.filter(u"hover on A#a1"_s),
+        QStringList{u"hover on A#a1  merged: the press on it comes with the pointer"_s});
+    EXPECT_EQ(explanations.filter(u"hover on LI#l3"_s).constFirst(),
+        u"hover on LI#l3  remark: the page changed by it"_s);
+}
+
 using Files = Recording;
 
 TEST_F(Files, AreFoundAgain)

@@ -27,7 +27,8 @@ InputEvent readInput(const QString &json, int observer)
         truth("isPress"_L1), qRound(record.value("scrolledX"_L1).toDouble()),
         qRound(record.value("scrolledY"_L1).toDouble()), truth("isByPage"_L1), {}, {},
         qRound(record.value("x"_L1).toDouble()), qRound(record.value("y"_L1).toDouble()),
-        record.value("files"_L1).toInt(), observer, truth("isOfHistory"_L1)};
+        record.value("files"_L1).toInt(), observer, truth("isOfHistory"_L1),
+        text("over"_L1).split(u' ', Qt::SkipEmptyParts)};
 }
 
 /// Of an element: what a press on it is a press on, and where that is.

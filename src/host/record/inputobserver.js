@@ -24,6 +24,7 @@
         pressed = null, // what it went down on
         pressedPath = [], // that, and what holds it
         pressedAt = {}, // where in the window
+        hovered = new WeakMap(), // what the pointer was over since the last press, and the page has answered
         endHover = function () {}; // stops looking for an answer of the page to the last hover
 
     window.__pageprobeFlush = kept.flush;
@@ -51,14 +52,31 @@
 
     // Tells which holder of text an event is about, as the page's text of one of its events tells the name.
     function markOf(element) {
-        if (textOf(element) === null) {
-            return "";
-        }
+        return textOf(element) === null ? "" : mark(element);
+    }
+
+    function mark(element) {
         if (!marks.has(element)) {
             markCount += 1;
             marks.set(element, documentMark + "/" + markCount);
         }
         return marks.get(element);
+    }
+
+    function isControl(element) {
+        var tags = ["A", "BUTTON", "INPUT", "LABEL", "OPTION", "SELECT", "SUMMARY", "TEXTAREA"];
+        return tags.indexOf(element.tagName) >= 0 || (element.hasAttribute && element.hasAttribute("role"));
+    }
+
+    // The marks of what has been hovered over in the control that a press is on. What holds the control may be what
+    // has shown it.
+    function hoveredIn(path) {
+        var end = path.findIndex(isControl),
+            over = path.slice(0, end + 1 || 1).filter(function (node) {
+                return hovered.has(node);
+            });
+        hovered = new WeakMap();
+        return over.map(mark).join(" ");
     }
 
     // Whether the browser itself does something with the key, of which a click or a change tells.
@@ -146,7 +164,13 @@
         window.__pageprobeElement = pressedPath.filter(function (node) {
             return node.nodeType === 1 && node.isConnected && node.contains(document.body) === false;
         })[0];
-        tell(event, { kind: "pointerup", target: describe(pressed), x: pressedAt.x, y: pressedAt.y });
+        tell(event, {
+            kind: "pointerup",
+            target: describe(pressed),
+            x: pressedAt.x,
+            y: pressedAt.y,
+            over: hoveredIn(pressedPath)
+        });
     }
 
     // Where the page has put something else below the pointer there is no click either, or one of what holds both.
@@ -172,6 +196,7 @@
             more = isPress || event.button === 1 ? scrolledBy(targetOf(event)) : {};
             more.button = event.button || 0;
             more.isPress = isPress;
+            more.over = isPress || type === "mousedown" ? hoveredIn(event.composedPath()) : "";
             tell(event, more);
             isPressWanted = false;
         });
@@ -286,10 +311,10 @@
     // A hover counts when the page answers it: when it changes while it hears of the pointer, before it hears of
     // anything else.
     listen("mouseover", function (event) {
-        var target = describe(targetOf(event)), answered = false, changes, timer;
+        var element = targetOf(event), target = describe(element), answered = false, changes, timer;
         // Over a frame the pointer's next event is the frame's. A pointer that stays where it was hovers over what
         // the page has moved under it, which is nothing that the user does.
-        if (event.buttons !== 0 || targetOf(event).tagName === "IFRAME" || placeOf(event) === pointer) {
+        if (event.buttons !== 0 || element.tagName === "IFRAME" || placeOf(event) === pointer) {
             return;
         }
         changes = new MutationObserver(function () {
@@ -305,7 +330,8 @@
             answered = answered || changes.takeRecords().length > 0;
             changes.disconnect();
             if (answered) {
-                kept.add(JSON.stringify({ kind: "hover", target: target }), false);
+                hovered.set(element, true);
+                kept.add(JSON.stringify({ kind: "hover", target: target, field: mark(element) }), false);
             }
         };
     });

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace Ostrel::Host {
 
@@ -109,7 +110,6 @@ constexpr PlainVerdict plainVerdicts[] = {
     {"swipe"_L1, Verdict::Kind::Remarked, u"not recorded: fingers that move over %1"},
     {"contextmenu"_L1, Verdict::Kind::Merged, u"the press of the right button has told it"},
     {"keydown"_L1, Verdict::Kind::Merged, u"the release of the key tells it"},
-    {"hover"_L1, Verdict::Kind::Remarked, u"not recorded: the pointer over %1, by which the page changed"},
     {"wheel"_L1, Verdict::Kind::Remarked, u"not recorded: the wheel over %1"},
     {"dragstart"_L1, Verdict::Kind::Remarked, u"not recorded: a drag of %1"},
 };
@@ -184,6 +184,7 @@ void Recorder::finish()
     for (PageText &text : m_texts)
         text.limit.setRemainingTime(0);
     handleAll();
+    judgeHovers({});
     m_logger.flushRecordedTextInput();
     Q_EMIT changed();
 }
@@ -442,6 +443,8 @@ bool Recorder::handleFirst()
     }
     const Happening happening = first;
     m_happenings.pop_front();
+    if (happening.input.kind != "hover"_L1)
+        judgeHovers(happening.input);
     if (happening.act)
         happening.act();
     else
@@ -449,8 +452,37 @@ bool Recorder::handleFirst()
     return true;
 }
 
+/// The pointer is over what is pressed in any case, and comes over much on its way there.
+void Recorder::judgeHovers(const InputEvent &next)
+{
+    constexpr int mostNamed = 3;
+    QStringList over;
+    QStringList targets;
+    for (const InputEvent &hover : std::exchange(m_hovers, {})) {
+        const bool isOfPress = next.over.contains(hover.field);
+        if (!isOfPress && !over.contains(hover.field)) {
+            over.append(hover.field);
+            targets.append(hover.target);
+        }
+        const Verdict verdict = isOfPress
+            ? Verdict{Verdict::Kind::Merged, u"the press on it comes with the pointer"_s}
+            : Verdict{Verdict::Kind::Remarked, u"the page changed by it"_s};
+        Q_EMIT explained(u"hover on %1  %2"_s.arg(hover.target, verdict.text()));
+    }
+    if (targets.isEmpty())
+        return;
+    const qsizetype others = targets.size() - mostNamed;
+    const QString named = targets.mid(qMax(0, others)).join(u", "_s);
+    m_script.remark(u"not recorded: the pointer over %1, by which the page changed"_s.arg(
+        others > 0 ? u"%1 and %2 more"_s.arg(named, QString::number(others)) : named));
+}
+
 void Recorder::handleInput(const Happening &happening)
 {
+    if (happening.input.kind == "hover"_L1) {
+        m_hovers.append(happening.input);
+        return;
+    }
     const Verdict verdict = judge(happening);
     const InputEvent &input = happening.input;
     const QString key = input.key.isEmpty() ? QString() : u" '%1'"_s.arg(input.key);

@@ -87,6 +87,7 @@ private:
     bool handleFirst();
     void handleInput(const Happening &happening);
     Verdict judge(const Happening &happening);
+    void judgeHovers(const InputEvent &next);
     void forgetText(const QString &tab, const QString &event);
     Verdict remark(const QString &text);
     void forgetTextsWithoutInput();
@@ -114,6 +115,7 @@ private:
     std::optional<TypedIn> m_typedIn;
     int m_fetching = 0; ///< how many documents are asked for what they keep back
     QSet<QString> m_changed; ///< the tabs in which keys have changed a text that a key behind them tells
+    QList<InputEvent> m_hovers; ///< of which the next event tells more
     QTimer m_timer;
     QStringList m_shown;
     quint64 m_order = 0; ///< counts what pages say
