@@ -219,6 +219,8 @@
 
     listen("touchstart", function (event) {
         var touch = event.changedTouches[0];
+        // A finger can be faster than the timer below.
+        tellTouch();
         if (touched === null || event.touches.length === 1) {
             touched = { event: event, x: touch.clientX, y: touch.clientY, fingers: 0 };
         }
