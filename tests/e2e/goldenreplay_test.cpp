@@ -80,11 +80,11 @@ public:
     }
 
     /// Runs so many copies of a script, two at a time.
-    Ended run(const QByteArray &script, int count)
+    Ended run(const QByteArray &script, int count, const QStringList &options = {})
     {
         for (int i = 1; i <= count; ++i)
             m_run.write(u"replays/%1.js"_s.arg(i, 2, 10, QLatin1Char('0')), script);
-        m_run.start({u"run"_s, u"replays"_s, u"--jobs"_s, u"2"_s});
+        m_run.start(QStringList{u"run"_s, u"replays"_s, u"--jobs"_s, u"2"_s} + options);
         constexpr int limitMs = 100000;
         return m_run.finish(limitMs * count);
     }
@@ -196,6 +196,11 @@ void visitDijit(TrustedUser &user)
     user.click(u"q('#widget_books .dijitUpArrowButton')"_s);
     user.click(u"q('#widget_branch .dijitDownArrowButton')"_s);
     user.click(u"withText('#branch_popup .dijitMenuItem', 'Harbour')"_s);
+    user.click(u"q('#language')"_s);
+    // The recorder asks for the name of what was pressed, and no hand chooses before it has got it.
+    const QDeadlineTimer reading(400);
+    EXPECT_TRUE(waitFor([&] { return reading.hasExpired(); }));
+    user.click(u"q('#language_menu tr:nth-child(2) .dijitMenuItemLabel')"_s);
     user.click(u"q('#letters')"_s);
     user.click(u"q('#child')"_s);
     user.click(u"q('#notes')"_s);
@@ -311,5 +316,117 @@ TEST_P(ToolkitReplay, LeavesThePageAsTheUserDid)
 
 INSTANTIATE_TEST_SUITE_P(Pages, ToolkitReplay, testing::ValuesIn(toolkitRows),
     [](const testing::TestParamInfo<ToolkitRow> &row) { return std::string(row.param.name); });
+
+class NamesReplay : public Recording
+{
+protected:
+    Host::RecordedNames *names() override
+    {
+        serve(u"shop.names"_s,
+            "# kept\nthe search\t{visible='true' tagName='INPUT' name='q' type='search' id='search' "
+            "form='search-form'}\n");
+        auto read = RecordedNames::extending(namesFile);
+        EXPECT_FALSE(read.failed()) << qPrintable(read.error);
+        m_names = read.value;
+        return &m_names;
+    }
+
+    const QString namesFile = folder.filePath(u"shop.names"_s);
+    RecordedNames m_names;
+};
+
+// A person has named one of the objects before; the others get names while they are recorded.
+TEST_F(NamesReplay, FindsByTheNamesOfTheRecordingWhatTheUserUsed)
+{
+    const ServingThread shop(sourceFolder + u"/demo"_s);
+    record(u"http://%1/index.html"_s.arg(shop.host()));
+    TrustedUser user(page());
+
+    user.click(u"q('#search')"_s);
+    user.type(u"mug"_s);
+    user.click(u"q('#search-form button')"_s);
+    user.click(u"q('#in-stock')"_s);
+    user.clickAt(u"q('#wish-pellow-mug')"_s, 0.1, 0.5);
+    user.click(u"q('#card-pellow-mug .card-foot button')"_s);
+    user.click(u"q('#site-header a[href=\"cart.html\"]')"_s);
+    ASSERT_TRUE(waitUntil(page(), u"location.pathname === '/cart.html' && q('#row-1 input')"_s));
+    user.click(u"q('#row-1 input')"_s);
+    user.key(u"a"_s, TrustedUser::control);
+    user.type(u"4"_s);
+    user.click(u"q('#enter-voucher')"_s);
+    ASSERT_TRUE(waitFor([this] { return page()->openDialog().has_value(); }));
+    page()->answerDialog({true, u"QUIET10"_s});
+    ASSERT_TRUE(settle());
+    const QString state = u"Object.assign(shopState(), { log: null })"_s;
+    const QString left = stateOf(page(), state);
+    recorder->finish();
+    ASSERT_FALSE(m_names.save().failed());
+    QString script = withoutHovers(recorder->script().text());
+    script.replace(shop.host(), u"127.0.0.1:PORT"_s);
+    compareWithKept(recordingFile(u"named-visit.js"_s), script);
+    compareWithKept(recordingFile(u"named-visit.names"_s), kept(namesFile).replace(u'\t', u" = "_s));
+    compareWithKept(recordingFile(u"named-visit.state.json"_s), left);
+    if (HasFailure())
+        return;
+    script.replace(u"127.0.0.1:PORT"_s, shop.host());
+
+    const Ended ended = Replays().run(withComparison(script, state, left), 1, {u"--names"_s, namesFile});
+
+    EXPECT_EQ(ended.exitCode, 0) << qPrintable(ended.out);
+    EXPECT_EQ(ended.err, QString());
+}
+
+using ControlsReplay = Recording;
+
+// Windows that links open besides the page, addresses, the history: what is left is what each window has
+// sent.
+TEST_F(ControlsReplay, GoesWhereTheUserWent)
+{
+    serve(u"a.html"_s,
+        "<title>a</title><a id='l' href='b.html'>On</a><script>localStorage.seen = (localStorage.seen || '') "
+        "+ 'a'</script>");
+    serve(u"b.html"_s,
+        "<title>b</title><button id='b' type='button' onclick='localStorage.seen += opener ? \"o\" : "
+        "history.length'>Do</button>"
+        "<script>localStorage.seen += 'b'</script>");
+    const ServingThread files(folder.path());
+    const QString a = u"http://%1/a.html"_s.arg(files.host());
+    const QString b = u"http://%1/b.html"_s.arg(files.host());
+    const QString state = u"({ seen: localStorage.seen, title: document.title })"_s;
+    record(a);
+    BrowserPage *const first = page();
+    TrustedUser user(first);
+
+    user.middleClick(u"q('#l')"_s);
+    user.goTo(newWindow(2));
+    user.click(u"q('#b')"_s);
+    ASSERT_TRUE(settle());
+    user.goTo(first);
+    user.click(u"q('#l')"_s, TrustedUser::control);
+    user.goTo(newWindow(3));
+    user.click(u"q('#b')"_s);
+    ASSERT_TRUE(settle());
+    user.goTo(first);
+    user.open(b);
+    ASSERT_TRUE(waitUntil(first, u"document.title === 'b'"_s));
+    user.click(u"q('#b')"_s);
+    ASSERT_TRUE(settle());
+    const QDeadlineTimer rest(1200);
+    ASSERT_TRUE(waitFor([&] { return rest.hasExpired(); }));
+    user.goInHistory(-1);
+    ASSERT_TRUE(waitUntil(first, u"document.title === 'a'"_s));
+    user.loadAgain();
+    ASSERT_TRUE(waitFor([&] { return recorder->script().lines().filter(u"loadUrl"_s).size() == 3; }));
+    ASSERT_TRUE(waitUntil(first, u"document.readyState === 'complete'"_s));
+    const QString left = stateOf(first, state);
+    recorder->finish();
+    const QString script = recorder->script().text();
+    EXPECT_TRUE(left.contains(u"\"ab1b1b3aa\""_s)) << qPrintable(left);
+
+    const Ended ended = Replays().run(withComparison(script, state, left), 1);
+
+    EXPECT_EQ(ended.exitCode, 0) << qPrintable(ended.out);
+    EXPECT_EQ(ended.err, QString());
+}
 
 } // namespace

@@ -12,6 +12,8 @@
 #include <QDeadlineTimer>
 #include <QFile>
 #include <QImage>
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -265,6 +267,223 @@ TEST_F(Windows, ThatTheUserClosesAreClosedByTheScript)
             u"waitForContextExists(\"close-b.html\");"_s, u"closeWindow(\"[Window]\");"_s}));
 }
 
+/// The browser's own controls.
+class Controls : public Recording
+{
+protected:
+    void SetUp() override
+    {
+        Recording::SetUp();
+        serve(u"go-a.html"_s,
+            "<title>a</title><a id='l' href='go-b.html' "
+            "style='display:block;width:60px;height:20px'>On</a><input id='f'>");
+        serve(u"go-b.html"_s,
+            "<title>b</title><button type='button' id='b' onclick='history.back()'>Back</button>");
+    }
+    void arrive(const QString &title)
+    {
+        EXPECT_TRUE(
+            waitUntil(page(), u"document.title === '%1' && document.readyState === 'complete'"_s.arg(title)));
+        EXPECT_TRUE(settle());
+    }
+    /// Right behind an event of the user it would pass for something that the page does.
+    static void rest()
+    {
+        const QDeadlineTimer reading(1200);
+        ASSERT_TRUE(waitFor([&] { return reading.hasExpired(); }));
+    }
+    QString a() const { return server.url(u"go-a.html"_s); }
+    QString b() const { return server.url(u"go-b.html"_s); }
+
+    const QString link = u"{visible='true' tagName='A' simplifiedInnerText='On' id='l'}"_s;
+    const QString field = u"{visible='true' tagName='INPUT' type='text' id='f'}"_s;
+};
+
+TEST_F(Controls, ThatOpenAnAddressAreAStatement)
+{
+    record(a());
+    TrustedUser user(page());
+
+    user.click(u"q('#f')"_s);
+    user.type(u"wool"_s);
+    user.open(b());
+    arrive(u"b"_s);
+    user.click(u"q('#b')"_s);
+    arrive(u"a"_s);
+
+    EXPECT_EQ(statements(),
+        (QStringList{u"waitForContextExists(\"go-a.html\");"_s, u"setFocus(\"%1\");"_s.arg(field),
+            u"typeText(\"%1\", \"wool\");"_s.arg(field), u"loadUrl(\"%1\");"_s.arg(b()),
+            u"waitForContextExists(\"go-b.html\");"_s,
+            u"clickButton(\"{visible='true' tagName='BUTTON' type='button' id='b' simplifiedInnerText='Back'}\");"_s}));
+    EXPECT_EQ(explanations.filter(QRegularExpression(u"^(opening|history) "_s)),
+        (QStringList{u"opening of %1  statement: loadUrl(\"%1\");"_s.arg(b()),
+            u"history of %1  merged: a page goes there behind what the user did"_s.arg(a())}));
+}
+
+TEST_F(Controls, ThatGoBackAndLoadAgainAreStatementsWithARemark)
+{
+    record(a());
+    TrustedUser user(page());
+
+    user.click(u"q('#l')"_s);
+    arrive(u"b"_s);
+    rest();
+    user.goInHistory(-1);
+    arrive(u"a"_s);
+    user.loadAgain();
+    arrive(u"a"_s);
+    user.goInHistory(1);
+    arrive(u"b"_s);
+
+    EXPECT_EQ(statements().mid(1),
+        (QStringList{u"mouseClick(\"%1\");"_s.arg(link), u"// the user went there by the browser's history"_s,
+            u"loadUrl(\"%1\");"_s.arg(a()), u"// the user loaded the page again"_s,
+            u"loadUrl(\"%1\");"_s.arg(a()), u"// the user went there by the browser's history"_s,
+            u"loadUrl(\"%1\");"_s.arg(b())}));
+}
+
+TEST_F(Controls, InOneOfSeveralWindowsAreOfThatWindow)
+{
+    serve(u"two-a.html"_s, "<title>two</title><a id='l' href='go-a.html' target='_blank'>Open</a>");
+    record(server.url(u"two-a.html"_s));
+    TrustedUser user(page());
+
+    user.click(u"q('#l')"_s);
+    BrowserPage *opened = newWindow(2);
+    ASSERT_TRUE(settle());
+    user.open(b());
+    arrive(u"b"_s);
+    user.goTo(opened);
+    user.open(b());
+    ASSERT_TRUE(waitUntil(opened, u"document.title === 'b'"_s));
+
+    EXPECT_EQ(statements().mid(2),
+        (QStringList{u"loadUrl(\"%1\");"_s.arg(b()), u"waitForContextExists(\"go-a.html\");"_s,
+            u"loadUrl(\"%1\");"_s.arg(b())}));
+}
+
+TEST_F(Controls, AreNamedInTheScriptWhereNoStatementDoesWhatTheyDo)
+{
+    serve(u"places-a.html"_s, "<title>places</title><p style='height:3000px'>Top</p><p id='end'>End</p>");
+    const QString place = server.url(u"places-a.html"_s) + u"#end"_s;
+    record(server.url(u"places-a.html"_s));
+    TrustedUser user(page());
+
+    user.open(place);
+    ASSERT_TRUE(waitUntil(page(), u"location.hash === '#end'"_s));
+    user.loadAgain();
+    ASSERT_TRUE(waitFor([this] { return recorder->script().lines().size() == 3; }));
+    user.open(u"http://127.0.0.1:1/"_s);
+    ASSERT_TRUE(waitFor([this] { return recorder->script().lines().size() == 4; }));
+    ASSERT_FALSE(page()->connection()->send({}, u"Target.createTarget"_s, {{u"url"_s, a()}}) < 0);
+    user.goTo(newWindow(2));
+    ASSERT_TRUE(waitFor([this] { return recorder->script().lines().size() == 5; }));
+    user.open(b());
+    ASSERT_TRUE(waitUntil(user.page(), u"document.title === 'b'"_s));
+
+    EXPECT_EQ(statements(),
+        (QStringList{u"loadUrl(\"%1\");"_s.arg(place), u"// not recorded: '%1' was loaded again"_s.arg(place),
+            u"// not recorded: 'http://127.0.0.1:1/', which could not be opened"_s,
+            u"// not recorded: '%1' in a window that the browser's own controls opened"_s.arg(a()),
+            u"// not recorded: '%1' in a window that the browser's own controls opened"_s.arg(b())}));
+}
+
+struct WayRow
+{
+    const char *name;
+    QByteArray page; ///< has something with the id "go" that leads to another document, of the title "b"
+};
+
+TEST_F(Controls, AreNotWhatPagesGoBy)
+{
+    const QList<WayRow> ways{
+        {"link", "<a id='go' href='go-b.html'>On</a>"},
+        {"form", "<form action='go-b.html'><button id='go'>On</button></form>"},
+        {"posted form", "<form method='post' action='go-b.html'><button id='go'>On</button></form>"},
+        {"script", "<button id='go' onclick='location.href=\"go-b.html\"'>On</button>"},
+        {"late script",
+            "<button id='go' onclick='setTimeout(() => location.assign(\"go-b.html\"), 1200)'>On</button>"},
+        {"script that goes twice", "<button id='go' onclick='location.href=\"way-2.html\"'>On</button>"},
+        {"refresh", "<button id='go' onclick='location.href=\"way-3.html\"'>On</button>"},
+        {"frame", "<iframe id='inner' srcdoc=\"<a id='go' target='_top' href='go-b.html'>On</a>\"></iframe>"},
+        {"place", "<button id='go' onclick='location.hash=\"x\"; document.title=\"b\"'>On</button>"},
+        {"state",
+            "<button id='go' onclick='history.pushState(1, \"\", \"x.html\"); "
+            "document.title=\"b\"'>On</button>"},
+        {"written page",
+            "<button id='go' onclick='document.open(); document.write(\"<title>b</title>\"); "
+            "document.close()'>On</button>"},
+        {"reload",
+            "<script>if (location.search) document.title='b'; if (sessionStorage.again) "
+            "document.title='b'</script>"
+            "<button id='go' onclick='sessionStorage.again=1; location.reload()'>On</button>"},
+    };
+    serve(u"way-2.html"_s, "<script>location.replace('go-b.html')</script>");
+    serve(u"way-3.html"_s, "<meta http-equiv='refresh' content='0;url=go-b.html'>");
+    serve(u"way-0.html"_s, "<p>start</p>");
+    record(server.url(u"way-0.html"_s));
+    TrustedUser user(page());
+    QStringList expected;
+
+    for (qsizetype i = 0; i < ways.size(); ++i) {
+        const QString name = u"way-x%1.html"_s.arg(i);
+        serve(name, ways.at(i).page);
+        user.open(server.url(name));
+        expected.append(u"loadUrl(\"%1\");"_s.arg(server.url(name)));
+        ASSERT_TRUE(waitUntil(
+            page(), u"location.pathname.endsWith('%1') && document.readyState === 'complete'"_s.arg(name)));
+        const bool isFramed = QByteArray(ways.at(i).name) == "frame";
+        if (isFramed) {
+            ASSERT_TRUE(waitUntil(
+                page(), u"inFrame('inner', '#go') && frameDocument('inner').__ostrel__hooked__events"_s));
+        }
+        user.click(isFramed ? u"inFrame('inner', '#go')"_s : u"q('#go')"_s);
+        ASSERT_TRUE(waitUntil(page(), u"document.title === 'b' || location.pathname.endsWith('go-b.html')"_s))
+            << ways.at(i).name;
+        ASSERT_TRUE(settle());
+    }
+
+    EXPECT_EQ(statements().filter(QRegularExpression(u"^(loadUrl|//)"_s)), expected);
+}
+
+TEST_F(Controls, ByKeysAreToldByWhereTheyGo)
+{
+    serve(u"keys-c.html"_s, "<title>c</title><body tabindex='0'><p id='p'>Here</p>");
+    record(server.url(u"keys-c.html"_s));
+    TrustedUser user(page());
+
+    user.open(b());
+    arrive(u"b"_s);
+    // The key reaches the page before the browser itself goes by it, and comes up in the next document.
+    user.key(u"ArrowLeft"_s, TrustedUser::alt);
+    user.goInHistory(-1);
+    arrive(u"c"_s);
+    user.key(u"F5"_s);
+
+    EXPECT_EQ(statements(),
+        (QStringList{u"loadUrl(\"%1\");"_s.arg(b()), u"// the user went there by the browser's history"_s,
+            u"loadUrl(\"%1\");"_s.arg(server.url(u"keys-c.html"_s)),
+            u"waitForContextExists(\"keys-c.html\");"_s, u"// not recorded: the key 'F5' on BODY 'Here'"_s}));
+}
+
+TEST_F(Controls, OpenALinkInANewWindow)
+{
+    record(a());
+    TrustedUser user(page());
+
+    user.middleClick(u"q('#l')"_s);
+    newWindow(2);
+    user.click(u"q('#l')"_s, TrustedUser::control);
+    newWindow(3);
+    user.click(u"q('#l')"_s, TrustedUser::shift);
+    newWindow(4);
+
+    EXPECT_EQ(statements().mid(1),
+        (QStringList{u"nativeMouseClick(\"%1\", 30, 10, 4);"_s.arg(link),
+            u"mouseClick(\"%1\", 2);"_s.arg(link), u"mouseClick(\"%1\", 4);"_s.arg(link)}));
+}
+
 using Keyboard = Recording;
 
 TEST_F(Keyboard, OnButtonsIsWhatAPressWouldBe)
@@ -473,6 +692,34 @@ TEST_F(Presses, WithoutAClickAreOfTheTruePointer)
             u"mouseClick(\"{visible='true' tagName='DIV' id='list'}\", 150, 150);"_s}));
 }
 
+TEST_F(Presses, OnDrawingsAreAtTheirPlaceInThem)
+{
+    serve(u"svg-a.html"_s,
+        R"(<style>.box { position:absolute; display:block; width:100px; height:60px; padding:0 }
+            svg { display:block; margin:10px } </style>
+        <button type='button' id='b' class='box' style='left:40px;top:40px' onclick='document.title += "b"'>
+            <svg width='40' height='40'><path id='p' d='M0 0H40V40H0Z'/></svg></button>
+        <a id='a' href='#x' class='box' style='left:200px;top:40px'>
+            <svg width='40' height='40'><path id='ap' d='M0 0H40V40H0Z'/></svg></a>
+        <button type='button' id='t' class='box' style='left:40px;top:140px' onclick='document.title += "t"'>
+            <svg width='40' height='40'><path id='tp' d='M0 0H40V40H0Z' style='pointer-events:none'/></svg></button>
+        <button type='button' id='n' class='box' style='left:200px;top:140px' onclick='document.title += "n"'>
+            <svg width='40' height='40' style='pointer-events:none'><path id='np' d='M0 0H40V40H0Z'/></svg></button>)");
+    record(server.url(u"svg-a.html"_s));
+    TrustedUser user(page());
+
+    user.clickAt(u"q('#p')"_s, 0.25, 0.75);
+    user.clickAt(u"q('#ap')"_s, 0.25, 0.75);
+    user.clickAt(u"q('#tp')"_s, 0.25, 0.75);
+    user.clickAt(u"q('#np')"_s, 0.25, 0.75);
+
+    EXPECT_EQ(statements().mid(1),
+        (QStringList{u"mouseClick(\"{visible='true' tagName='path' id='p'}\", 10, 30);"_s,
+            u"mouseClick(\"{visible='true' tagName='A' id='a'}\", 10, 30);"_s,
+            u"mouseClick(\"DOCUMENT.HTML1.BODY1.BUTTON2.svg1\", 10, 30);"_s,
+            u"clickButton(\"{visible='true' tagName='BUTTON' type='button' id='n'}\");"_s}));
+}
+
 TEST_F(Presses, OnWhatIsGoneAreNamedInTheScript)
 {
     serve(u"pointer-b.html"_s,
@@ -504,6 +751,94 @@ TEST_F(Presses, OfThePageItselfAreNoneOfTheUser)
         (QStringList{
             u"clickButton(\"{visible='true' tagName='BUTTON' type='button' id='b' simplifiedInnerText='Do'}\");"_s,
             u"mouseClick(\"{visible='true' tagName='A' simplifiedInnerText='On' id='l'}\");"_s}));
+}
+
+/// Fingers on a screen.
+class Touches : public Recording
+{
+protected:
+    using Places = QList<QPointF>;
+
+    void SetUp() override
+    {
+        Recording::SetUp();
+        serve(u"touch-a.html"_s, R"(<body style='margin:0;height:4000px'>
+            <style>.box { position:absolute; width:100px; height:60px; margin:0 }</style>
+            <button type='button' id='b' class='box' style='left:40px;top:40px' onclick='document.title += "b"'>Do</button>
+            <div id='t' class='box' style='left:200px;top:40px' ontouchend='event.preventDefault(); document.title += "t"'>T</div>
+            <input id='f' class='box' style='left:40px;top:140px'><p id='p' class='box' style='left:40px;top:340px'>P</p>)");
+        record(server.url(u"touch-a.html"_s));
+        ASSERT_FALSE(page()
+                         ->call(u"Emulation.setTouchEmulationEnabled"_s,
+                             {{u"enabled"_s, true}, {u"maxTouchPoints"_s, 2}})
+                         .failed());
+    }
+    void touch(const QString &type, const Places &places)
+    {
+        QJsonArray points;
+        for (const QPointF &place : places) {
+            points.append(
+                QJsonObject{{u"x"_s, place.x()}, {u"y"_s, place.y()}, {u"id"_s, int(points.size())}});
+        }
+        ASSERT_FALSE(
+            page()
+                ->call(u"Input.dispatchTouchEvent"_s, {{u"type"_s, type}, {u"touchPoints"_s, points}})
+                .failed());
+    }
+    void tap(const Places &places)
+    {
+        touch(u"touchStart"_s, places);
+        touch(u"touchEnd"_s, {});
+    }
+    bool isExplained(const QString &text) const
+    {
+        return waitFor([&] { return !explanations.filter(text).isEmpty(); });
+    }
+
+    const QString button
+        = u"clickButton(\"{visible='true' tagName='BUTTON' type='button' id='b' simplifiedInnerText='Do'}\");"_s;
+};
+
+TEST_F(Touches, ThatAreTapsAreThePressesThatTheBrowserMakesOfThem)
+{
+    tap({{60, 60}});
+    ASSERT_TRUE(isExplained(u"click on BUTTON#b"_s));
+    tap({{60, 150}});
+    ASSERT_TRUE(isExplained(u"click on INPUT#f"_s));
+    touch(u"touchStart"_s, {{61, 61}});
+    const QDeadlineTimer held(900);
+    ASSERT_TRUE(waitFor([&] { return held.hasExpired(); }));
+    touch(u"touchEnd"_s, {});
+    ASSERT_TRUE(waitUntil(page(), u"document.title === 'bb'"_s));
+    ASSERT_TRUE(settle());
+
+    EXPECT_EQ(statements().mid(1),
+        (QStringList{
+            button, u"setFocus(\"{visible='true' tagName='INPUT' type='text' id='f'}\");"_s, button}));
+    EXPECT_EQ(explanations.filter(u"touchend"_s),
+        (QStringList{u"touchend on BUTTON#b  merged: the press that the browser makes of it tells it"_s,
+            u"touchend on INPUT#f  merged: the press that the browser makes of it tells it"_s,
+            u"touchend on BUTTON#b  merged: the press that the browser makes of it tells it"_s}));
+}
+
+TEST_F(Touches, OfWhichTheBrowserMakesNoPressAreNamedInTheScript)
+{
+    tap({{230, 60}});
+    ASSERT_TRUE(isExplained(u"tap on DIV#t"_s));
+    touch(u"touchStart"_s, {{60, 350}});
+    for (const int y : {320, 260, 200})
+        touch(u"touchMove"_s, {QPointF(60, y)});
+    touch(u"touchEnd"_s, {});
+    ASSERT_TRUE(isExplained(u"swipe on P#p"_s));
+    tap({{60, 60}, {90, 60}});
+    ASSERT_TRUE(waitFor([&] { return explanations.filter(u"swipe on "_s).size() == 2; }));
+
+    const QStringList lines = statements();
+    EXPECT_EQ(lines.mid(0, 2),
+        (QStringList{u"// not recorded: a tap on DIV#t, which the page takes for itself"_s,
+            u"// not recorded: fingers that move over P#p"_s}));
+    EXPECT_EQ(lines.size(), 3);
+    EXPECT_EQ(explanations.filter(u"statement:"_s), QStringList());
 }
 
 using ObjectInfo = Recording;
@@ -590,6 +925,48 @@ TEST_F(Dialogs, GiveThePageTheAnswerThatTheScriptGives)
         u"answer to a confirm: 'Really?'  statement: answerConfirm(false);"_s);
 }
 
+TEST_F(Dialogs, ThatAskWhetherAPageMayBeLeftAreTheUsersToAnswer)
+{
+    serve(u"asks-a.html"_s,
+        "<title>a</title><p id='p'>Here</p><a id='l' href='asks-b.html'>On</a>"
+        "<script>window.onbeforeunload = function (event) { event.preventDefault(); return 'No'; }</script>");
+    serve(u"asks-b.html"_s, "<title>b</title><p>there</p>");
+    const QString a = server.url(u"asks-a.html"_s);
+    const QString b = server.url(u"asks-b.html"_s);
+    record(a);
+    TrustedUser user(page());
+    const auto answer = [this](bool leaves) {
+        ASSERT_TRUE(waitFor([this] { return page()->openDialog().has_value(); }));
+        EXPECT_EQ(page()->openDialog()->kind, DialogKind::BeforeUnload);
+        page()->answerDialog({leaves, {}});
+        ASSERT_TRUE(waitUntil(page(), leaves ? u"document.title === 'b'"_s : u"document.title === 'a'"_s));
+        ASSERT_TRUE(settle());
+    };
+
+    user.click(u"q('#l')"_s);
+    answer(false);
+    user.open(b);
+    answer(false);
+    user.click(u"q('#l')"_s);
+    answer(true);
+    user.open(a);
+    ASSERT_TRUE(waitUntil(page(), u"document.title === 'a'"_s));
+    user.click(u"q('#p')"_s);
+    user.open(b);
+    answer(true);
+
+    const QString link = u"mouseClick(\"{visible='true' tagName='A' simplifiedInnerText='On' id='l'}\");"_s;
+    const QString stayed = u"// not recorded: the user stayed on a page that asks before it is left"_s;
+    const QStringList lines = statements().mid(1);
+    EXPECT_EQ(lines.filter(QRegularExpression(u"^(mouseClick.*On|loadUrl|//)"_s)),
+        (QStringList{link, stayed, link, u"loadUrl(\"%1\");"_s.arg(a), u"loadUrl(\"%1\");"_s.arg(b)}));
+    EXPECT_EQ(explanations.filter(u"answer to"_s),
+        (QStringList{u"answer to the question whether it may be left: ''  remark: %1"_s.arg(stayed.mid(3)),
+            u"answer to the question whether it may be left: ''  remark: %1"_s.arg(stayed.mid(3)),
+            u"answer to the question whether it may be left: ''  left out: replay leaves pages that ask, too"_s,
+            u"answer to the question whether it may be left: ''  left out: replay leaves pages that ask, too"_s}));
+}
+
 using Unexpressed = Recording;
 
 TEST_F(Unexpressed, InputIsNamedInTheScript)
@@ -616,6 +993,36 @@ TEST_F(Unexpressed, InputIsNamedInTheScript)
     EXPECT_TRUE(remarks.contains(u"// not recorded: a drag of P#d"_s));
     EXPECT_TRUE(remarks.contains(u"// not recorded: INPUT#day was set to '2031-03-14'"_s));
     EXPECT_TRUE(remarks.contains(u"// not recorded: the key 'F2' on P#k"_s));
+}
+
+using Hovers = Recording;
+
+// A page that marks whatever the pointer is over, as many toolkits do.
+TEST_F(Hovers, OnTheWayToWhatIsPressedAreOneRemarkAtMost)
+{
+    serve(u"hover-a.html"_s, R"(<style>* { margin:0 } li { height:30px; list-style:none }</style>
+        <ul onmouseover='event.target.className = "over"' onmouseout='event.target.className = ""'>
+            <li id='l1'><a href='#1' id='a1'>One</a></li><li id='l2'><a href='#2' id='a2'>Two</a></li>
+            <li id='l3'><a href='#3' id='a3'>Three</a></li><li id='l4'><button id='b'
+                style='padding:5px'><span id='s'>Four</span></button></li></ul>)");
+    record(server.url(u"hover-a.html"_s));
+    TrustedUser user(page());
+
+    user.click(u"q('#a1')"_s);
+    for (const char *id : {"a1", "l2", "a2", "l3", "a3", "l3", "b"})
+        user.hover(u"q('#%1')"_s.arg(QLatin1String(id)));
+    user.click(u"q('#s')"_s);
+    user.hover(u"q('#l2')"_s);
+
+    EXPECT_EQ(statements().mid(1),
+        (QStringList{u"mouseClick(\"{visible='true' tagName='A' simplifiedInnerText='One' id='a1'}\");"_s,
+            u"// not recorded: the pointer over A#a2, LI#l3, A#a3 and 1 more, by which the page changed"_s,
+            u"clickButton(\"{visible='true' tagName='BUTTON' type='submit' id='b' simplifiedInnerText='Four'}\");"_s,
+            u"// not recorded: the pointer over LI#l2, by which the page changed"_s}));
+    EXPECT_EQ(explanations.filter(u"hover on A#a1"_s),
+        QStringList{u"hover on A#a1  merged: the press on it comes with the pointer"_s});
+    EXPECT_EQ(explanations.filter(u"hover on LI#l3"_s).constFirst(),
+        u"hover on LI#l3  remark: the page changed by it"_s);
 }
 
 using Files = Recording;

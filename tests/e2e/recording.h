@@ -126,7 +126,7 @@ protected:
         auto started = Host::TestSession::start(Host::SessionOptions());
         ASSERT_FALSE(started.failed()) << qPrintable(started.error);
         session = std::move(started.value);
-        recorder = std::make_unique<Host::Recorder>(session.get());
+        recorder = std::make_unique<Host::Recorder>(session.get(), names());
         QObject::connect(recorder.get(), &Host::Recorder::explained, recorder.get(),
             [this](const QString &line) { explanations.append(line); });
     }
@@ -139,6 +139,9 @@ protected:
                 fprintf(stderr, "%s\n", qPrintable(line));
         }
     }
+
+    /// Of a recording with symbolic names: what it takes them from.
+    virtual Host::RecordedNames *names() { return nullptr; }
 
     void serve(const QString &name, const QByteArray &content)
     {

@@ -143,6 +143,14 @@ void TrustedUser::rightClick(const QString &element)
     waitUntilDone();
 }
 
+void TrustedUser::middleClick(const QString &element)
+{
+    const Place place = placeOf(element);
+    mouse(u"mouseMoved"_s, place, u"none"_s, 0);
+    press(place, u"middle"_s, 1);
+    waitUntilDone();
+}
+
 void TrustedUser::doubleClick(const QString &element)
 {
     const Place place = placeOf(element);
@@ -208,6 +216,28 @@ void TrustedUser::type(const QString &text)
 void TrustedUser::key(const QString &name, int modifiers)
 {
     stroke(name, modifiers);
+    waitUntilDone();
+}
+
+void TrustedUser::open(const QString &address)
+{
+    send(u"Page.navigate"_s, {{u"url"_s, address}});
+    waitUntilDone();
+}
+
+void TrustedUser::goInHistory(int entries)
+{
+    const Host::CommandResult history = m_page->call(u"Page.getNavigationHistory"_s);
+    EXPECT_FALSE(history.failed()) << qPrintable(history.error);
+    const int index = history.value.value("currentIndex"_L1).toInt() + entries;
+    const QJsonObject entry = history.value.value("entries"_L1).toArray().at(index).toObject();
+    send(u"Page.navigateToHistoryEntry"_s, {{u"entryId"_s, entry.value("id"_L1)}});
+    waitUntilDone();
+}
+
+void TrustedUser::loadAgain()
+{
+    send(u"Page.reload"_s, {});
     waitUntilDone();
 }
 

@@ -22,6 +22,7 @@ public:
     void click(const QString &element, int modifiers = 0);
     void clickAt(const QString &element, double x, double y);
     void rightClick(const QString &element);
+    void middleClick(const QString &element);
     void doubleClick(const QString &element);
     void hover(const QString &element);
     void wheel(const QString &element, int pixels);
@@ -29,6 +30,11 @@ public:
     void type(const QString &text);
     /// A key by its name: "Tab", "Enter", "Backspace", "ArrowDown", "a".
     void key(const QString &name, int modifiers = 0);
+
+    /// The browser's own controls: its field for addresses, its arrows and its button for loading again.
+    void open(const QString &address);
+    void goInHistory(int entries);
+    void loadAgain();
 
     /// Text that comes without a key, such as from the browser's own menu.
     void paste(const QString &text);

@@ -118,7 +118,7 @@ bool BrowserPage::waitUntilLoaded(int limitMs)
 }
 
 // Only the first document of a window that was opened by a page can find a global object that is older than
-// itself.
+// itself, or nobody who has prepared anything.
 void BrowserPage::injectIntoKeptWindow()
 {
     if (m_navigations > 2 || m_injection.payload.isEmpty())

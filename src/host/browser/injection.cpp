@@ -114,13 +114,15 @@ QString Injection::newDocumentScript() const
 
 QString Injection::isMissingExpression()
 {
-    return u"%1 !== undefined && %1 !== document"_s.arg(injectedDocument);
+    return u"%1 !== document && (%1 !== undefined || location.href !== 'about:blank')"_s.arg(
+        injectedDocument);
 }
 
 QString Injection::repeatedScript() const
 {
     // The handler of the document before is ours and must not be taken for one of the page.
-    return u"window.onunload = null;\n%1\n%2 = document;"_s.arg(script(), injectedDocument);
+    return u"if (%2 !== undefined) {\n    window.onunload = null;\n}\n%1\n%2 = document;"_s.arg(
+        script(), injectedDocument);
 }
 
 QString assignment(const PageVariable &variable)

@@ -47,7 +47,8 @@ struct Injection
     QString newDocumentScript() const;
 
     /// A window that a page opens keeps its global object when its empty first document gives way to the real
-    /// one, and the browser then does not run the script for new documents again. True in such a window.
+    /// one, and the browser then does not run the script for new documents again. A tab that a link opens
+    /// behind the others may show its document before the browser has it wait for us. True in such windows.
     static QString isMissingExpression();
 
     /// What such a window needs.

@@ -28,7 +28,8 @@ InputEvent readInput(const QJsonObject &record, int observer)
         truth("isPress"_L1), qRound(record.value("scrolledX"_L1).toDouble()),
         qRound(record.value("scrolledY"_L1).toDouble()), truth("isByPage"_L1), {}, {},
         qRound(record.value("x"_L1).toDouble()), qRound(record.value("y"_L1).toDouble()),
-        record.value("files"_L1).toInt(), observer};
+        record.value("files"_L1).toInt(), observer, truth("isOfHistory"_L1),
+        text("over"_L1).split(u' ', Qt::SkipEmptyParts)};
 }
 
 /// Of an element: what a press on it is a press on, and where that is.
@@ -88,12 +89,14 @@ InputObserver::InputObserver(BrowserPage *page) : QObject(page), m_page(page)
             }
             passOn();
         });
+    // A tab that a link opens behind the others may show its document before the browser has it wait for us.
     // The binding exists in the observer's world only, so that no script of the page can call it.
     connection->send(page->sessionId(), u"Runtime.enable"_s);
     connection->send(page->sessionId(), u"Runtime.addBinding"_s,
         {{u"name"_s, binding}, {u"executionContextName"_s, world}});
     connection->send(page->sessionId(), u"Page.addScriptToEvaluateOnNewDocument"_s,
-        {{u"source"_s, burstScript(u"inputobserver.js"_s)}, {u"worldName"_s, world}});
+        {{u"source"_s, burstScript(u"inputobserver.js"_s)}, {u"worldName"_s, world},
+            {u"runImmediately"_s, true}});
 }
 
 void InputObserver::flush(BrowserPage *page, int observer, std::function<void()> done)

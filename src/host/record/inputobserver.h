@@ -3,6 +3,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 #include <deque>
 #include <functional>
@@ -19,7 +20,7 @@ struct InputEvent
     QString target; ///< the element, as a remark names it
     QString key; ///< of key events
     QString value; ///< of a text field before the key, or of a field that has changed
-    QString field; ///< the mark of a text field, the same in all its events
+    QString field; ///< the mark of a text field, the same in all its events; of a hover that of its element
     bool isText = false; ///< the target is a text field
     bool changed = false; ///< the text is another one than before the key
     bool isTold = false; ///< the change of a field whose page reports it, such as a select
@@ -28,7 +29,8 @@ struct InputEvent
     bool isEditable = false; ///< the key went into an editable part of the page, which holds `value` then
     int button = 0;
     bool isPress = false; ///< the click of a press of which the page has kept the browser from telling
-    int scrolledX = 0; ///< of such a press: how far the parts of the page around it are scrolled
+    int scrolledX = 0; ///< of such a press, and of one of the middle button: how far the parts of the page
+                       ///< around it are scrolled
     int scrolledY = 0;
     bool isByPage = false; ///< the page itself has dispatched it
     QString object; ///< the name of what a press hit that the page has taken; empty where it is gone
@@ -37,11 +39,13 @@ struct InputEvent
     int y = 0;
     int files = 0; ///< how many were chosen in a file field; `value` is the path of the first one
     int observer = 0; ///< the browser's number of the observer in this document, unique in its tab
+    bool isOfHistory = false; ///< the browser itself goes back or forward by it
+    QStringList over; ///< of a press: the marks of what was hovered over in the control that it is on
 
     bool operator==(const InputEvent &) const = default;
 };
 
-/// Watches one page and all its frames from the next document on; lives as long as the page.
+/// Watches one page and all its frames; lives as long as the page.
 class InputObserver : public QObject
 {
     Q_OBJECT

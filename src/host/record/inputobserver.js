@@ -18,12 +18,16 @@
         documentMark = Math.random(), // keeps the marks of frames apart
         isKeyDown = false, // what a field gets while a key is down, its release tells
         lastWheel = -wheelPauseMs,
+        tapSlop = 15, // in pixels: what moves further is no tap
+        touched = null, // where and on what the fingers went down
+        lifted = null, // the event by which the last one came up, as long as nothing has been told of it
         pointer = "", // where the pointer was last
         isPressWanted = false, // whether the pointer went down and no press has followed yet
         release = null, // the event by which it came up since, as long as none has followed
         pressed = null, // what it went down on
         pressedPath = [], // that, and what holds it
         pressedAt = {}, // where in the window
+        hovered = new WeakMap(), // what the pointer was over since the last press, and the page has answered
         endHover = function () {}; // stops looking for an answer of the page to the last hover
 
     window.__pageprobeFlush = kept.flush;
@@ -51,14 +55,31 @@
 
     // Tells which holder of text an event is about, as the page's text of one of its events tells the name.
     function markOf(element) {
-        if (textOf(element) === null) {
-            return "";
-        }
+        return textOf(element) === null ? "" : mark(element);
+    }
+
+    function mark(element) {
         if (!marks.has(element)) {
             markCount += 1;
             marks.set(element, documentMark + "/" + markCount);
         }
         return marks.get(element);
+    }
+
+    function isControl(element) {
+        var tags = ["A", "BUTTON", "INPUT", "LABEL", "OPTION", "SELECT", "SUMMARY", "TEXTAREA"];
+        return tags.indexOf(element.tagName) >= 0 || (element.hasAttribute && element.hasAttribute("role"));
+    }
+
+    // The marks of what has been hovered over in the control that a press is on. What holds the control may be what
+    // has shown it.
+    function hoveredIn(path) {
+        var end = path.findIndex(isControl),
+            over = path.slice(0, end + 1 || 1).filter(function (node) {
+                return hovered.has(node);
+            });
+        hovered = new WeakMap();
+        return over.map(mark).join(" ");
     }
 
     // Whether the browser itself does something with the key, of which a click or a change tells.
@@ -107,6 +128,17 @@
         }
     }
 
+    function tellNow(record) {
+        tellTyped();
+        kept.add(JSON.stringify(record), false);
+    }
+
+    // Whether the browser goes back or forward by it, once the page has let it through.
+    function isOfHistory(event) {
+        return event.button >= 3 || ["BrowserBack", "BrowserForward"].indexOf(event.key) >= 0 ||
+            (event.altKey === true && ["ArrowLeft", "ArrowRight"].indexOf(event.key) >= 0);
+    }
+
     function tell(event, more) {
         var element = targetOf(event),
             told = {
@@ -114,13 +146,13 @@
                 time: timeOf(event),
                 target: describe(element),
                 isText: isTextField(element),
+                isOfHistory: isOfHistory(event),
                 field: markOf(element)
             };
         Object.keys(more || {}).forEach(function (name) {
             told[name] = more[name];
         });
-        tellTyped();
-        kept.add(JSON.stringify(told), false);
+        tellNow(told);
     }
 
     function isTypedKey(event) {
@@ -176,7 +208,13 @@
         window.__pageprobeElement = pressedPath.filter(function (node) {
             return node.nodeType === 1 && node.isConnected && node.contains(document.body) === false;
         })[0];
-        tell(event, { kind: "pointerup", target: describe(pressed), x: pressedAt.x, y: pressedAt.y });
+        tell(event, {
+            kind: "pointerup",
+            target: describe(pressed),
+            x: pressedAt.x,
+            y: pressedAt.y,
+            over: hoveredIn(pressedPath)
+        });
     }
 
     // Where the page has put something else below the pointer there is no click either, or one of what holds both.
@@ -191,20 +229,56 @@
         }
     });
 
-    ["mousedown", "mouseup", "click", "dblclick", "contextmenu", "touchend", "dragstart"].forEach(function (type) {
+    ["mousedown", "mouseup", "click", "dblclick", "contextmenu", "dragstart"].forEach(function (type) {
         listen(type, function (event) {
             var isPress, more;
             if (type === "click" && isPressWanted && targetOf(event) !== pressed) {
                 tellPress(event);
             }
             isPress = type === "click" && isPressWanted;
-            more = isPress ? scrolledBy(targetOf(event)) : {};
+            // By such a press a script presses with the pointer.
+            more = isPress || event.button === 1 ? scrolledBy(targetOf(event)) : {};
             more.button = event.button || 0;
             more.isPress = isPress;
+            more.over = isPress || type === "mousedown" ? hoveredIn(event.composedPath()) : "";
             tell(event, more);
             isPressWanted = false;
         });
     });
+
+    // The browser makes a press of a tap, unless the page takes it. It makes none of anything else.
+    function tellTouch() {
+        var event = lifted, touch, isTap;
+        if (event === null) {
+            return;
+        }
+        lifted = null;
+        touch = event.changedTouches[0];
+        isTap = touched.fingers === 1 && Math.abs(touch.clientX - touched.x) < tapSlop &&
+            Math.abs(touch.clientY - touched.y) < tapSlop;
+        tell(event, {
+            kind: !isTap ? "swipe" : event.defaultPrevented || touched.event.defaultPrevented ? "tap" : "touchend"
+        });
+    }
+
+    listen("touchstart", function (event) {
+        var touch = event.changedTouches[0];
+        // A finger can be faster than the timer below.
+        tellTouch();
+        if (touched === null || event.touches.length === 1) {
+            touched = { event: event, x: touch.clientX, y: touch.clientY, fingers: 0 };
+        }
+        touched.fingers = Math.max(touched.fingers, event.touches.length);
+    });
+
+    listen("touchend", function (event) {
+        if (touched !== null && event.touches.length === 0) {
+            lifted = event;
+            setTimeout(tellTouch, 0);
+        }
+    });
+
+    window.addEventListener("pagehide", tellTouch, true);
 
     // Texts are sent of these, too.
     synthetic.forEach(function (type) {
@@ -292,10 +366,10 @@
     // A hover counts when the page answers it: when it changes while it hears of the pointer, before it hears of
     // anything else.
     listen("mouseover", function (event) {
-        var target = describe(targetOf(event)), answered = false, changes, timer;
+        var element = targetOf(event), target = describe(element), answered = false, changes, timer;
         // Over a frame the pointer's next event is the frame's. A pointer that stays where it was hovers over what
         // the page has moved under it, which is nothing that the user does.
-        if (event.buttons !== 0 || targetOf(event).tagName === "IFRAME" || placeOf(event) === pointer) {
+        if (event.buttons !== 0 || element.tagName === "IFRAME" || placeOf(event) === pointer) {
             return;
         }
         changes = new MutationObserver(function () {
@@ -311,7 +385,8 @@
             answered = answered || changes.takeRecords().length > 0;
             changes.disconnect();
             if (answered) {
-                kept.add(JSON.stringify({ kind: "hover", target: target }), false);
+                hovered.set(element, true);
+                tellNow({ kind: "hover", target: target, field: mark(element) });
             }
         };
     });

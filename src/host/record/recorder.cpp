@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace Ostrel::Host {
 
@@ -27,7 +28,7 @@ constexpr int consequenceMs = 1000;
 /// The events of the user of which a page sends a text of the same name.
 bool isToldByPage(const InputEvent &input)
 {
-    static const QStringList kinds{u"mousedown"_s, u"click"_s, u"dblclick"_s, u"keyup"_s, u"touchend"_s};
+    static const QStringList kinds{u"mousedown"_s, u"click"_s, u"dblclick"_s, u"keyup"_s};
     return kinds.contains(input.kind) || (input.kind == "change"_L1 && input.isTold);
 }
 
@@ -73,6 +74,25 @@ bool isSilentKey(const QString &key)
     return keys.contains(key);
 }
 
+/// What a page may leave, or close its window, because of.
+bool canCauseMore(const InputEvent &input)
+{
+    return !input.isByPage && !input.isOfHistory && input.kind != "hover"_L1 && !isSilentKey(input.key);
+}
+
+QString inWords(OwnMove::Kind kind)
+{
+    switch (kind) {
+    case OwnMove::Kind::Address:
+        return u"opening"_s;
+    case OwnMove::Kind::History:
+        return u"history"_s;
+    case OwnMove::Kind::Reload:
+        return u"reload"_s;
+    }
+    Q_UNREACHABLE();
+}
+
 /// Verdicts that need nothing but the kind of the event.
 struct PlainVerdict
 {
@@ -85,9 +105,11 @@ constexpr PlainVerdict plainVerdicts[] = {
     {"mouseup"_L1, Verdict::Kind::Merged, u"the press has told it"},
     {"pointerup"_L1, Verdict::Kind::Remarked,
         u"not recorded: a press on %1, which the page takes for itself"},
+    {"touchend"_L1, Verdict::Kind::Merged, u"the press that the browser makes of it tells it"},
+    {"tap"_L1, Verdict::Kind::Remarked, u"not recorded: a tap on %1, which the page takes for itself"},
+    {"swipe"_L1, Verdict::Kind::Remarked, u"not recorded: fingers that move over %1"},
     {"contextmenu"_L1, Verdict::Kind::Merged, u"the press of the right button has told it"},
     {"keydown"_L1, Verdict::Kind::Merged, u"the release of the key tells it"},
-    {"hover"_L1, Verdict::Kind::Remarked, u"not recorded: the pointer over %1, by which the page changed"},
     {"wheel"_L1, Verdict::Kind::Remarked, u"not recorded: the wheel over %1"},
     {"dragstart"_L1, Verdict::Kind::Remarked, u"not recorded: a drag of %1"},
 };
@@ -95,7 +117,11 @@ constexpr PlainVerdict plainVerdicts[] = {
 } // namespace
 
 Recorder::Recorder(TestSession *session, RecordedNames *names)
-    : m_session(session), m_logger(&m_script, session->serverAddress().value, names)
+    : m_session(session), m_navigations(session->windows(),
+                              [this](const QString &tab) {
+                                  return m_lastInputs.contains(tab) && !m_lastInputs.value(tab).hasExpired();
+                              }),
+      m_logger(&m_script, session->serverAddress().value, names)
 {
     static const bool once = (initWebEvents(), true);
     Q_UNUSED(once)
@@ -106,8 +132,11 @@ Recorder::Recorder(TestSession *session, RecordedNames *names)
     connect(&m_timer, &QTimer::timeout, this, &Recorder::handleAll);
     connect(session->channel(), &PageChannel::eventLogged, this, &Recorder::take);
     for (BrowserPage *page : session->browser()->pages())
-        watch(page);
-    connect(session->browser(), &Browser::pageOpened, this, &Recorder::watch, Qt::DirectConnection);
+        watch(page, false);
+    connect(
+        session->browser(), &Browser::pageOpened, this, [this](BrowserPage *page) { watch(page, true); },
+        Qt::DirectConnection);
+    connect(&m_navigations, &NavigationObserver::moved, this, &Recorder::noteMove);
 }
 
 Recorder::~Recorder()
@@ -124,6 +153,7 @@ FunctionCallResult<void> Recorder::start(const QString &address)
     const QString opened = completeAddress(address);
     m_logger.recordMethodCall(opened, "startBrowser", {}, nullptr);
     Q_EMIT changed();
+    m_navigations.expect(m_session->activePage(), opened);
     const CommandResult answer = m_session->activePage()->call(u"Page.navigate"_s, {{u"url"_s, opened}});
     if (answer.failed())
         return Failure(u"Could not open '%1': %2"_s.arg(opened, answer.error));
@@ -154,12 +184,14 @@ void Recorder::finish()
     for (PageText &text : m_texts)
         text.limit.setRemainingTime(0);
     handleAll();
+    judgeHovers({});
     m_logger.flushRecordedTextInput();
     Q_EMIT changed();
 }
 
-void Recorder::watch(BrowserPage *page)
+void Recorder::watch(BrowserPage *page, bool isNew)
 {
+    m_navigations.watch(page, isNew);
     auto *observer = new InputObserver(page);
     m_observers.append(observer);
     connect(observer, &InputObserver::observed, this, &Recorder::note);
@@ -209,7 +241,7 @@ void Recorder::take(const QString &text)
 
 void Recorder::note(BrowserPage *page, const InputEvent &input)
 {
-    if (!input.isByPage)
+    if (canCauseMore(input))
         m_lastInputs.insert(page->targetId(), QDeadlineTimer(consequenceMs));
     // Keys that were typed in another document before may still be kept back there.
     const bool isElsewhere
@@ -309,6 +341,41 @@ void Recorder::noteClosed(BrowserPage *page)
     });
 }
 
+void Recorder::noteMove(const BrowserPage *page, const OwnMove &move)
+{
+    const QString tab = page->targetId();
+    noteNews(tab, [=, this] {
+        const Verdict verdict = judgeMove(move);
+        // The key that has made the browser go comes up in the next document.
+        if (verdict.kind != Verdict::Kind::Merged)
+            m_keyDown.remove(tab);
+        Q_EMIT explained(u"%1 of %2  %3"_s.arg(inWords(move.kind), move.address, verdict.text()));
+    });
+}
+
+Verdict Recorder::judgeMove(const OwnMove &move)
+{
+    if (move.kind == OwnMove::Kind::History && move.isBehindInput)
+        return {Verdict::Kind::Merged, u"a page goes there behind what the user did"_s};
+    m_logger.flushRecordedTextInput();
+    if (move.isInOwnWindow)
+        return remark(
+            u"not recorded: '%1' in a window that the browser's own controls opened"_s.arg(move.address));
+    if (move.hasFailed)
+        return remark(u"not recorded: '%1', which could not be opened"_s.arg(move.address));
+    // Opening an address with a place in the page only goes to that place.
+    if (move.kind == OwnMove::Kind::Reload && move.address.contains(u'#'))
+        return remark(u"not recorded: '%1' was loaded again"_s.arg(move.address));
+    // Replay opens addresses in the window that it has worked in last.
+    if (m_session->browser()->pages().size() > 1)
+        m_logger.enterWindow(move.context);
+    if (move.kind == OwnMove::Kind::History)
+        m_script.remark(u"the user went there by the browser's history"_s);
+    if (move.kind == OwnMove::Kind::Reload)
+        m_script.remark(u"the user loaded the page again"_s);
+    return m_logger.recordMove(move.address);
+}
+
 void Recorder::noteDialogClosed(const Dialog &dialog, const QJsonObject &event)
 {
     const Verdict verdict
@@ -377,6 +444,8 @@ bool Recorder::handleFirst()
     }
     const Happening happening = first;
     m_happenings.pop_front();
+    if (happening.input.kind != "hover"_L1)
+        judgeHovers(happening.input);
     if (happening.act)
         happening.act();
     else
@@ -384,8 +453,37 @@ bool Recorder::handleFirst()
     return true;
 }
 
+/// The pointer is over what is pressed in any case, and comes over much on its way there.
+void Recorder::judgeHovers(const InputEvent &next)
+{
+    constexpr int mostNamed = 3;
+    QStringList over;
+    QStringList targets;
+    for (const InputEvent &hover : std::exchange(m_hovers, {})) {
+        const bool isOfPress = next.over.contains(hover.field);
+        if (!isOfPress && !over.contains(hover.field)) {
+            over.append(hover.field);
+            targets.append(hover.target);
+        }
+        const Verdict verdict = isOfPress
+            ? Verdict{Verdict::Kind::Merged, u"the press on it comes with the pointer"_s}
+            : Verdict{Verdict::Kind::Remarked, u"the page changed by it"_s};
+        Q_EMIT explained(u"hover on %1  %2"_s.arg(hover.target, verdict.text()));
+    }
+    if (targets.isEmpty())
+        return;
+    const qsizetype others = targets.size() - mostNamed;
+    const QString named = targets.mid(qMax(0, others)).join(u", "_s);
+    m_script.remark(u"not recorded: the pointer over %1, by which the page changed"_s.arg(
+        others > 0 ? u"%1 and %2 more"_s.arg(named, QString::number(others)) : named));
+}
+
 void Recorder::handleInput(const Happening &happening)
 {
+    if (happening.input.kind == "hover"_L1) {
+        m_hovers.append(happening.input);
+        return;
+    }
     const Verdict verdict = judge(happening);
     const InputEvent &input = happening.input;
     const QString key = input.key.isEmpty() ? QString() : u" '%1'"_s.arg(input.key);
@@ -400,10 +498,14 @@ Verdict Recorder::judge(const Happening &happening)
         forgetText(tab, input.kind);
         return {Verdict::Kind::LeftOut, u"the page does it, not the user"_s};
     }
+    if (input.isOfHistory) {
+        forgetText(tab, input.kind);
+        return {Verdict::Kind::Merged, u"the browser tells where it goes by that"_s};
+    }
     if (input.kind == "keydown"_L1) {
         m_logger.noteKeyDown(tab, input);
         m_keyDown.insert(tab, input);
-    } else if (input.kind == "mousedown"_L1 || input.kind == "touchend"_L1 || input.isPress) {
+    } else if (input.kind == "mousedown"_L1 || input.isPress) {
         m_logger.notePress();
     } else if (input.kind == "click"_L1 || input.kind == "change"_L1) {
         m_keyDown.remove(tab);
@@ -453,7 +555,8 @@ Verdict Recorder::judge(const Happening &happening)
     // A key that no field took and that caused no click was meant for a handler of the page.
     const bool isOfHandler = input.kind == "keyup"_L1 && !input.isText && !input.isTaken
         && m_keyDown.contains(tab) && m_keyDown.take(tab).key == input.key && !isSilentKey(input.key);
-    if (isOfHandler && verdict.kind == Verdict::Kind::LeftOut) {
+    // What has been said on the way to it, such as the name of the context, does not tell the key.
+    if (isOfHandler && verdict.kind != Verdict::Kind::Merged && !m_logger.hasStatementSinceInput()) {
         m_logger.flushRecordedTextInput();
         return remark(u"not recorded: the key '%1' on %2"_s.arg(input.key, input.target));
     }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "host/record/inputobserver.h"
+#include "host/record/navigationobserver.h"
 #include "host/record/recordedscript.h"
 #include "host/record/recordinglogger.h"
 #include "host/script/testsession.h"
@@ -69,7 +70,7 @@ private:
         int followed; ///< how many keys it stands for that others follow; 0 for a text of one event
     };
 
-    void watch(BrowserPage *page);
+    void watch(BrowserPage *page, bool isNew);
     void take(const QString &text);
     void note(BrowserPage *page, const InputEvent &input);
     void fetchTyped();
@@ -80,11 +81,14 @@ private:
     Verdict judgeAnswer(DialogKind kind, bool accepted, const QString &typed);
     void noteDocumentGone(const QString &tab);
     void noteClosed(BrowserPage *page);
+    void noteMove(const BrowserPage *page, const OwnMove &move);
+    Verdict judgeMove(const OwnMove &move);
 
     void handleAll();
     bool handleFirst();
     void handleInput(const Happening &happening);
     Verdict judge(const Happening &happening);
+    void judgeHovers(const InputEvent &next);
     void forgetText(const QString &tab, const QString &event);
     Verdict remark(const QString &text);
     void forgetTextsWithoutInput();
@@ -95,6 +99,7 @@ private:
 
     TestSession *m_session;
     QList<QPointer<InputObserver>> m_observers; ///< they go with their pages
+    NavigationObserver m_navigations;
     RecordedScript m_script;
     RecordingLogger m_logger;
     std::deque<Happening> m_happenings;
@@ -111,6 +116,7 @@ private:
     std::optional<TypedIn> m_typedIn;
     int m_fetching = 0; ///< how many documents are asked for what they keep back
     QSet<QString> m_changed; ///< the tabs in which keys have changed a text that a key behind them tells
+    QList<InputEvent> m_hovers; ///< of which the next event tells more
     QTimer m_timer;
     QStringList m_shown;
     quint64 m_order = 0; ///< counts what pages say

@@ -19,6 +19,10 @@ namespace {
 constexpr int returnKey = 13;
 constexpr int anyOtherKey = 0;
 
+// Of a press by the pointer.
+constexpr int primaryButton = 1;
+constexpr int middleButton = 4;
+
 bool is(const QMap<QString, QString> &data, QLatin1StringView event)
 {
     return data.value(u"event"_s) == event;
@@ -45,6 +49,13 @@ bool isNameOf(const QString &objectName, const QString &target)
         return objectName.section(u'.', -1).startsWith(tag);
     return name.property(u"tagName"_s).stringValue() == tag
         && (id.isEmpty() || name.property(u"id"_s).stringValue() == id);
+}
+
+/// A page may ask as soon as it is there.
+bool opensAddress(const QString &method)
+{
+    const Statement *statement = findStatement(method);
+    return statement && statement->subject == Subject::Address;
 }
 
 SharedPtr<Object> wrapped(int number)
@@ -143,6 +154,13 @@ bool RecordingLogger::isClickOfThePointer(const QMap<QString, QString> &data) co
     return is(data, "click"_L1) && m_input.isPress;
 }
 
+/// Links open in a new window by it, for one. The statements for presses know no such button.
+bool RecordingLogger::isOfTheMiddleButton(const QMap<QString, QString> &data) const
+{
+    return is(data, "mousedown"_L1) && m_input.kind == "mousedown"_L1 && m_input.button == 1
+        && m_pointer.isEmpty();
+}
+
 Verdict RecordingLogger::handle(const QString &text, const InputEvent &input)
 {
     m_text = text;
@@ -180,16 +198,24 @@ bool RecordingLogger::compressedNonRecordingEventData(
             m_submitByKey = false;
         return true;
     }
-    if (isClickOfTheKeyboard(data) || isClickOfThePointer(data)) {
-        // Handled right behind this text. Whoever takes the pointer's own event reacts to it.
-        m_pointer = isClickOfThePointer(data) ? pointerAt(data.value(u"x"_s).toInt() + m_input.scrolledX,
-                        data.value(u"y"_s).toInt() + m_input.scrolledY)
-                                              : ObjectList();
-        EventLogger::logEvent(QString(m_text).replace("&event=click"_L1,
-            m_pointer.isEmpty() ? "&event=mousedown"_L1 : "&event=mousedown&clickHandler"_L1));
+    if (isClickOfTheKeyboard(data) || isClickOfThePointer(data) || isOfTheMiddleButton(data)) {
+        logAsPress(data);
         return true;
     }
     return EventLogger::compressedNonRecordingEventData(objectName, data);
+}
+
+/// Has the event that is being handled go on as a press; one that only the pointer can repeat as one on
+/// something that reacts to it. The event logger handles it right behind the text that it handles now.
+void RecordingLogger::logAsPress(const QMap<QString, QString> &data)
+{
+    const auto place = [&](const QString &side, int scrolled) { return data.value(side).toInt() + scrolled; };
+    if (!isClickOfTheKeyboard(data)) {
+        m_pointer = pointerAt(place(u"x"_s, m_input.scrolledX), place(u"y"_s, m_input.scrolledY),
+            isOfTheMiddleButton(data) ? middleButton : primaryButton);
+    }
+    EventLogger::logEvent(QString(m_text).replace(u"&event=%1"_s.arg(m_event),
+        m_pointer.isEmpty() ? "&event=mousedown"_L1 : "&event=mousedown&clickHandler"_L1));
 }
 
 /// The text of a field with its lines, which the event logger puts into one.
@@ -326,6 +352,19 @@ Verdict RecordingLogger::recordClosing(const QString &context)
     return {Verdict::Kind::Statement, m_statements.join(u' ')};
 }
 
+void RecordingLogger::enterWindow(const QString &context)
+{
+    logAsOurs(u"logevent%1&event=ignoreEvent&context=%2"_s.arg(
+        QString::number(WebWrapper::now()), escapedMember(context)));
+}
+
+Verdict RecordingLogger::recordMove(const QString &address)
+{
+    m_statements.clear();
+    recordMethodCall(address, "loadUrl", {}, nullptr);
+    return {Verdict::Kind::Statement, m_statements.join(u' ')};
+}
+
 Verdict RecordingLogger::recordAnswer(
     const QString &method, const ObjectList &arguments, const QString &remark)
 {
@@ -342,16 +381,15 @@ Verdict RecordingLogger::recordAnswer(
     return {Verdict::Kind::Statement, answer.text};
 }
 
-ObjectList RecordingLogger::pointerAt(int x, int y)
+ObjectList RecordingLogger::pointerAt(int x, int y, int button)
 {
-    constexpr int primaryButton = 1;
-    return {wrapped(x), wrapped(y), wrapped(primaryButton)};
+    return {wrapped(x), wrapped(y), wrapped(button)};
 }
 
 Verdict RecordingLogger::notePointerPress(const QString &tab, const InputEvent &input)
 {
     m_statements.clear();
-    m_pointer = pointerAt(input.x, input.y);
+    m_pointer = pointerAt(input.x, input.y, primaryButton);
     logAsOurs(u"logevent%1&event=mousedown&clickHandler&object=%2&tabId=%3&context=%4"_s.arg(
         QString::number(WebWrapper::now()), escapedMember(input.object), tab, escapedMember(input.context)));
     m_pointer.clear();
@@ -392,7 +430,7 @@ void RecordingLogger::recordMethodCall(
     m_script->append({line, objectName, isPress ? LineOrigin::Press : LineOrigin::Other});
     m_last = EventData::methodCall(method, objectName, arguments);
     m_statements.append(line);
-    m_statementSinceInput = m_statementSinceInput || isOfEvent || method == "startBrowser"_L1;
+    m_statementSinceInput = m_statementSinceInput || isOfEvent || opensAddress(method);
     if (isPress)
         m_pressed = objectName;
     if (m_event == "click"_L1 && method == "clickButton"_L1 && m_byKeyboard)

@@ -63,6 +63,12 @@ public:
     /// A tab has closed.
     Verdict recordClosing(const QString &context);
 
+    /// What follows happens in the window of this context.
+    void enterWindow(const QString &context);
+
+    /// A window has gone to an address by the browser's own controls.
+    Verdict recordMove(const QString &address);
+
     /// A dialog has ended. The answer stands in front of the statement that opened it, behind the remark on
     /// it, if there is one.
     Verdict recordAnswer(const QString &method, const ObjectList &arguments, const QString &remark = {});
@@ -76,6 +82,9 @@ public:
     /// A key has edited a part of the page that is no field.
     Verdict noteEditing(
         const QString &tab, const QString &objectName, const QString &context, const InputEvent &input);
+
+    /// Whether the last event of a device has become a statement already.
+    bool hasStatementSinceInput() const { return m_statementSinceInput; }
 
     void recordMethodCall(const QString &objectName, const char *methodName, const ObjectList &given,
         const QTime *timestamp) override;
@@ -110,7 +119,9 @@ private:
     bool isKeyWithoutText(const QMap<QString, QString> &data) const;
     bool isClickOfTheKeyboard(const QMap<QString, QString> &data) const;
     bool isClickOfThePointer(const QMap<QString, QString> &data) const;
-    static ObjectList pointerAt(int x, int y);
+    bool isOfTheMiddleButton(const QMap<QString, QString> &data) const;
+    static ObjectList pointerAt(int x, int y, int button);
+    void logAsPress(const QMap<QString, QString> &data);
     ObjectList withLines(const QString &objectName, const ObjectList &arguments) const;
     QString inScript(const QString &method, const QString &objectName) const;
     ObjectList withTrueFolder(ObjectList arguments);
@@ -129,7 +140,7 @@ private:
     bool m_ours = false; ///< the text comes from the host
     bool m_byKeyboard = false;
     bool m_submitByKey = false; ///< a Return has pressed a button, which is recorded
-    bool m_statementSinceInput = false; ///< the start of the browser counts, too: its page may ask at once
+    bool m_statementSinceInput = false; ///< opening an address counts, too: its page may ask at once
     QString m_pressed; ///< the object of the last press that is recorded
     QStringList m_statements; ///< of the text that is being handled
     std::optional<Verdict> m_ruled;

@@ -50,7 +50,8 @@ public:
 
     std::optional<DialogAnswer> opened(const Dialog &dialog) override
     {
-        if (dialog.kind == DialogKind::BeforeUnload)
+        // A script that leaves a page has decided that; a user who is recorded is asked.
+        if (dialog.kind == DialogKind::BeforeUnload && !Inspector::self()->isRecording())
             return DialogAnswer{true, {}};
         m_limit.stop();
         if (!m_answers)

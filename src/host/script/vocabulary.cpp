@@ -10,6 +10,7 @@ namespace {
 
 constexpr Statement statements[] = {
     {"startBrowser", Subject::Address, {""}},
+    {"loadUrl", Subject::Address, {""}},
     {"waitForContextExists", Subject::Context, {""}},
     {"closeWindow", Subject::ObjectName, {""}},
     {"mouseClick", Subject::ObjectName, {"", "state", "x y", "state x y"}},

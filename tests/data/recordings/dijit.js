@@ -6,6 +6,8 @@ typeText("{visible='true' tagName='INPUT' name='surname' type='text' id='surname
 mouseClick("DOCUMENT.HTML1.BODY1.DIV2.DIV3.DIV1.DIV1.FORM1.P3.DIV1.DIV1.DIV1.DIV1", 11, 6);
 nativeMouseClick("{visible='true' tagName='INPUT' type='text' form='reader' occurrence='5'}", 9, 11, 1);
 mouseClick("{visible='true' tagName='DIV' id='branch_popup2'}", 119, 12);
+nativeMouseClick("{visible='true' tagName='DIV' simplifiedInnerText='English'}", 40, 11, 1);
+mouseClick("{visible='true' tagName='TD' id='dijit_MenuItem_4_text'}", 48, 13);
 clickButton("{visible='true' tagName='INPUT' name='letters' type='checkbox' id='letters' form='reader' value='yes'}");
 clickButton("{visible='true' tagName='INPUT' name='age' type='radio' id='child' form='reader' value='child'}");
 setFocus("{visible='true' tagName='TEXTAREA' name='notes' id='notes'}");

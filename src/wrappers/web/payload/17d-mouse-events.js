@@ -2,7 +2,7 @@
 //
 // Defines  __ostrel__sendMouseEvent, __ostrel__sendMouseOut, __ostrel__dispatchMouseEvent,
 //          __ostrel__createMouseEvent, __ostrel__fireOldMouseEvent, __ostrel__fireOldEvent,
-//          __ostrel__buttonForBrowser, __ostrel__elementPos, __ostrel__tableBorder,
+//          __ostrel__buttonForBrowser, __ostrel__elementPos, __ostrel__drawingPos, __ostrel__tableBorder,
 //          __ostrel__useIE8AndOlderEventDispatching, __ostrel__isOldDispatchingDemanded,
 //          __ostrel__documentForEvents
 // Calls    __ostrel__getDocumentForNode (02d-classification), __ostrel__useIE8AndOlderEventDispatchingOverride__hooks
@@ -152,6 +152,9 @@ function __ostrel__elementPos(o) {
     var pos = { x: 0, y: 0 };
     var border;
 
+    if (o && o.offsetLeft === undefined && o.getBoundingClientRect) {
+        return __ostrel__drawingPos(o);
+    }
     while (o) {
         pos.x += o.offsetLeft;
         pos.y += o.offsetTop;
@@ -167,6 +170,35 @@ function __ostrel__elementPos(o) {
             pos.y += border;
         }
         o = o.offsetParent;
+    }
+    return pos;
+}
+
+/**
+ * What SVG draws has no offsets in any browser: its place is that in the element around the drawing.
+ * @param {SVGElement} o
+ * @return {{x: number, y: number}}
+ */
+function __ostrel__drawingPos(o) {
+    var rect = o.getBoundingClientRect(),
+        holder = o.parentNode,
+        pos,
+        corner;
+
+    while (holder && holder.offsetLeft === undefined) {
+        holder = holder.parentNode;
+    }
+    if (!holder) {
+        return { x: Math.round(rect.left), y: Math.round(rect.top) };
+    }
+    pos = __ostrel__elementPos(holder);
+    corner = holder.getBoundingClientRect();
+    pos.x += Math.round(rect.left - corner.left);
+    pos.y += Math.round(rect.top - corner.top);
+    // Offsets are those within what is scrolled.
+    if (holder !== document.scrollingElement) {
+        pos.x += holder.scrollLeft;
+        pos.y += holder.scrollTop;
     }
     return pos;
 }
