@@ -94,11 +94,12 @@ FunctionCallResult<QList<Row>> measureTyping(const Effort &effort)
     if (session.failed())
         return Failure(session.error);
     Recorder recorder(session.value.get());
-    if (const auto opened = recorder.start(u"about:blank"_s); opened.failed())
+    if (const auto opened = recorder.start(pageAddress); opened.failed())
         return Failure(opened.error);
     BrowserPage *recorded = session.value->activePage();
-    if (const auto opened = recorded->navigate(pageAddress); opened.failed())
-        return Failure(opened.error);
+    constexpr int loadLimitMs = 20000;
+    if (!recorded->waitUntilLoaded(loadLimitMs))
+        return Failure(u"The recorded page did not finish loading"_s);
 
     const auto browser = Browser::start({});
     if (browser.failed())
