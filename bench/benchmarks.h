@@ -21,7 +21,7 @@ struct Effort
     int dumpedElements = 10000; ///< on the page that is dumped; the large one has four times as many
     int screenshots = 200; ///< elements that get a picture
     int names = 200; ///< elements that are named in a round
-    int typings = 7; ///< how often a text is typed
+    int typings = 9; ///< how often a text is typed
 };
 
 /// One property of one element, read again and again: through a wrapper and from a script, against a client

@@ -37,7 +37,8 @@
     }
 
     function targetOf(event) {
-        return event.composedPath()[0] || event.target;
+        var target = event.target;
+        return target && target.shadowRoot ? event.composedPath()[0] : target;
     }
 
     function isTextField(element) {
@@ -155,13 +156,12 @@
         tellNow(told);
     }
 
-    function isTypedKey(event) {
-        return event.key.length === 1 && isTextField(targetOf(event));
+    function isTypedKey(event, element) {
+        return event.key.length === 1 && isTextField(element);
     }
 
     // The page waits while a key is told, so that keys which follow each other fast cost no more than their own data.
-    function tellKey(event, changed) {
-        var element = targetOf(event);
+    function tellKey(event, element, changed) {
         if (typedInto !== element) {
             tellTyped();
             typed = { kind: "typed", target: describe(element), field: markOf(element), value: "", keys: [] };
@@ -308,8 +308,8 @@
     listen("keydown", function (event) {
         var element = targetOf(event);
         isKeyDown = true;
-        if (isTypedKey(event)) {
-            tellKey(event, false);
+        if (isTypedKey(event, element)) {
+            tellKey(event, element, false);
         } else {
             tell(event, { key: event.key, value: isTextField(element) ? element.value : "" });
         }
@@ -321,8 +321,8 @@
             isEditable = text !== null && !isTextField(element),
             changed = text !== null && values.get(element) !== text;
         isKeyDown = false;
-        if (isTypedKey(event)) {
-            tellKey(event, changed);
+        if (isTypedKey(event, element)) {
+            tellKey(event, element, changed);
         } else {
             tell(event, {
                 key: event.key,
