@@ -6,6 +6,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <utility>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -103,8 +104,8 @@ void PipeTransport::readAvailable()
         }
         QByteArrayView rest(chunk.data(), count);
         for (qsizetype end = rest.indexOf('\0'); end >= 0; end = rest.indexOf('\0')) {
-            m_complete.append(m_incomplete + rest.first(end).toByteArray());
-            m_incomplete.clear();
+            m_incomplete.append(rest.first(end));
+            m_complete.append(std::exchange(m_incomplete, {}));
             rest = rest.sliced(end + 1);
         }
         m_incomplete.append(rest);

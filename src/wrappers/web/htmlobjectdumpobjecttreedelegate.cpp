@@ -9,6 +9,8 @@
 
 #include <QPainter>
 
+#include <algorithm>
+
 namespace Ostrel::WebWrapper {
 
 using namespace Qt::StringLiterals;
@@ -20,7 +22,7 @@ namespace {
 /// What the snapshot holds beside properties.
 constexpr auto screenRectKey = "screenRect"_L1;
 constexpr auto documentRectKey = "__ostrel__elementRectangleInDocument"_L1;
-constexpr auto textContentKey = "__ostrel__textContent"_L1;
+const QString textContentKey = u"__ostrel__textContent"_s;
 
 /// The limit of the two large calls: none, since a page may be of any size.
 constexpr unsigned int noLimit = 0;
@@ -97,7 +99,15 @@ public:
 
 private:
     FunctionCallResult<void> add(const SharedPtr<Object> &object, const Json::Value &childRecords);
-    FunctionCallResult<QString> getters(const SharedPtr<Object> &object) const;
+    struct WantedProperty
+    {
+        QString name;
+        HTML_Object::PropertyId id;
+    };
+    using WantedProperties = std::vector<WantedProperty>;
+
+    const WantedProperties &wantedOf(const SharedPtr<Object> &object);
+    FunctionCallResult<QString> getters(const SharedPtr<Object> &object);
     FunctionCallResult<void> fetchPropertyValues();
     void store(const Json::Value &values, ObjectDumpData &data);
     const QString &propertyName(const Json::ValueConstIterator &value);
@@ -108,6 +118,7 @@ private:
     /// The script that reads what a dump asks of them, without its end, until it is sent. One text from the
     /// beginning: it may have many megabytes.
     QString m_reading = u"window.top.__ostrel.readPropertiesFromObjects( ["_s;
+    std::map<const Class *, WantedProperties> m_wanted;
     /// The names of the values: the same few come back with every element.
     std::map<std::string, QString, std::less<>> m_names;
 };
@@ -162,17 +173,17 @@ FunctionCallResult<void> HtmlObjectDumpObjectTreeDelegate::Snapshot::add(
     return {};
 }
 
-/// How the page reads what a dump will ask of an element: functions by name.
-FunctionCallResult<QString> HtmlObjectDumpObjectTreeDelegate::Snapshot::getters(
-    const SharedPtr<Object> &object) const
+/// What a dump will ask of the elements of a class that the page can tell, which is the same for all of them.
+const HtmlObjectDumpObjectTreeDelegate::Snapshot::WantedProperties &
+HtmlObjectDumpObjectTreeDelegate::Snapshot::wantedOf(const SharedPtr<Object> &object)
 {
-    const HTML_Object *wrapper = retrieveObject(object);
-    const FilterObject filter = filterObjectForOstrelObject(object, m_filters);
     const Class *type = object->objectClass();
-    QStringList wanted;
-    const auto want = [&wanted](const QString &name, const QString &expression) {
-        wanted.append(script(u"'%1': function() { return %2; }", Expr{name}, Expr{expression}));
-    };
+    const auto known = m_wanted.find(type);
+    if (known != m_wanted.end())
+        return known->second;
+
+    const FilterObject filter = filterObjectForOstrelObject(object, m_filters);
+    WantedProperties &wanted = m_wanted[type];
     for (int index = 0; index < type->numProperties(); ++index) {
         const Property *property = type->property(index);
         const QString &name = property->name();
@@ -183,8 +194,22 @@ FunctionCallResult<QString> HtmlObjectDumpObjectTreeDelegate::Snapshot::getters(
             continue;
         const auto id = HTML_Object::parsePropertyIdString(name);
         if (!id.failed())
-            want(name, wrapper->propertyGetterCode(id.value));
+            wanted.push_back({name, id.value});
     }
+    return wanted;
+}
+
+/// How the page reads what a dump will ask of an element: functions by name.
+FunctionCallResult<QString> HtmlObjectDumpObjectTreeDelegate::Snapshot::getters(
+    const SharedPtr<Object> &object)
+{
+    const HTML_Object *wrapper = retrieveObject(object);
+    QStringList wanted;
+    const auto want = [&wanted](const QString &name, const QString &expression) {
+        wanted.append(script(u"'%1': function() { return %2; }", Expr{name}, Expr{expression}));
+    };
+    for (const WantedProperty &property : wantedOf(object))
+        want(property.name, wrapper->propertyGetterCode(property.id));
 
     const FunctionCallResult<double> zoom = wrapper->component()->zoomFactor();
     if (zoom.failed())
@@ -227,7 +252,8 @@ void HtmlObjectDumpObjectTreeDelegate::Snapshot::store(const Json::Value &values
             const QString text = textOf(*value);
             PROBELOG_TRACE(
                 "WebObjectDump", message(u"Storing fetched value for property: %1 = %2", name, text));
-            data.values.insert_or_assign(name, text);
+            // They come in the order of their names.
+            data.values.emplace_back(name, text);
         }
     }
 }
@@ -241,6 +267,13 @@ const QString &HtmlObjectDumpObjectTreeDelegate::Snapshot::propertyName(const Js
     if (known == m_names.end())
         known = m_names.emplace(name, QString::fromUtf8(name)).first;
     return known->second;
+}
+
+const QString *HtmlObjectDumpObjectTreeDelegate::ObjectDumpData::value(QStringView name) const
+{
+    const auto isOfName = [name](const auto &value) { return value.first == name; };
+    const auto found = std::find_if(values.begin(), values.end(), isOfName);
+    return found != values.end() ? &found->second : nullptr;
 }
 
 HtmlObjectDumpObjectTreeDelegate::HtmlObjectDumpObjectTreeDelegate(LogInterface *log)
@@ -282,8 +315,8 @@ bool HtmlObjectDumpObjectTreeDelegate::dumpObject(SharedPtr<Object> object, bool
     if (!*element)
         return true;
     if (const ObjectDumpData *data = dataOf(object)) {
-        if (const auto text = data->values.find(textContentKey); text != data->values.end())
-            (*element)->setConcreteProperty(u"textContent"_s, text->second);
+        if (const QString *text = data->value(textContentKey))
+            (*element)->setConcreteProperty(u"textContent"_s, *text);
     }
     return true;
 }
@@ -316,13 +349,13 @@ bool HtmlObjectDumpObjectTreeDelegate::setProperty(
     const ObjectDumpData *data = dataOf(object);
     if (!data)
         return false;
-    const auto value = data->values.find(property->name());
-    if (value == data->values.end())
+    const QString *value = data->value(property->name());
+    if (!value)
         return false;
     if (identifying)
-        element->setIdentifyingProperty(property->name(), value->second);
+        element->setIdentifyingProperty(property->name(), *value);
     else
-        element->setConcreteProperty(property->name(), value->second);
+        element->setConcreteProperty(property->name(), *value);
     return true;
 }
 
@@ -341,8 +374,8 @@ bool HtmlObjectDumpObjectTreeDelegate::visibleGlobalBounds(SharedPtr<Object> obj
     const ObjectDumpData *data = dataOf(object);
     if (!wrapper || !data)
         return false;
-    const auto visible = data->values.find(u"visible"_s);
-    if (visible != data->values.end() && visible->second == "false"_L1)
+    const QString *visible = data->value(u"visible");
+    if (visible && *visible == "false"_L1)
         *bounds = {0, 0, -1, -1, -1};
     else if (wrapper->component()->supportsPageScreenshot())
         *bounds = toBounds(data->documentRectangle);

@@ -7,6 +7,8 @@
 #include <json/value.h>
 
 #include <map>
+#include <utility>
+#include <vector>
 
 namespace Ostrel::WebWrapper {
 
@@ -42,7 +44,12 @@ public:
 private:
     struct ObjectDumpData
     {
-        std::map<QString, QString> values;
+        /// The value of a property; null where there is none.
+        const QString *value(QStringView name) const;
+
+        /// By name, in its order. Not a map: there are hundreds of thousands of values, and few of an
+        /// element.
+        std::vector<std::pair<QString, QString>> values;
         /// These keep the wrappers of the snapshot alive.
         ObjectList children;
         ScreenRectangle screenRectangle;
