@@ -223,6 +223,22 @@ TEST_F(BrowserTest, CarriesTenMegabytesBothWays)
     EXPECT_EQ(evaluate(scriptLiteral(large)), large);
 }
 
+// A long script goes to the page in parts of four million units. The browser itself takes no message of 100
+// MB.
+TEST_F(BrowserTest, EvaluatesScriptsOfAnyLength)
+{
+    constexpr qsizetype part = 4 * 1024 * 1024;
+    constexpr qsizetype longest = 110 * 1000 * 1000;
+    open(u"blank.html"_s);
+
+    const QString atTheCut = u"'"_s + QString(part - 2, u'a') + u"\U0001F600\\n\"'"_s;
+    EXPECT_EQ(evaluate(atTheCut + u".codePointAt(%1)"_s.arg(part - 2)), QString::number(0x1F600));
+    EXPECT_EQ(evaluate(atTheCut + u".length"_s), QString::number(part + 2));
+    EXPECT_EQ(evaluate(u"throw 'late' //"_s + QString(part, u'x')), u"failed threw: late"_s);
+    EXPECT_EQ(evaluate(u"1 + 1 //"_s + QString(longest, u'x')), u"2"_s);
+    EXPECT_EQ(evaluate(u"Object.keys(window).filter(name => name.endsWith('Parts')).length"_s), u"0"_s);
+}
+
 TEST_F(BrowserTest, EndsAScriptThatRunsForeverAndGoesOn)
 {
     open(u"blank.html"_s);

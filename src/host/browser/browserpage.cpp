@@ -224,7 +224,8 @@ BrowserPage::EvalResult BrowserPage::evaluateJavaScript(const QString &script, u
 {
     const int limitMs = limitOr(int(timeoutMs));
     const QString document = m_document;
-    Answer answer = await(u"Runtime.evaluate"_s, evaluationParameters(script, limitMs), limitMs);
+    Answer answer
+        = await(u"Runtime.evaluate"_s, evaluationParameters(script, limitMs), limitMs, scriptParts(script));
     // A document that came meanwhile has answered what was asked of another one: its references mean nothing
     // here.
     if (answer.state == WaitState::Answered && !document.isEmpty() && answer.document != document)
@@ -245,7 +246,9 @@ CommandResult BrowserPage::call(const QString &method, const QJsonObject &parame
     return answer.result;
 }
 
-BrowserPage::Answer BrowserPage::await(const QString &method, CommandParameters parameters, int limitMs) const
+/// Commands `before` it are sent in front of the one that is waited for.
+BrowserPage::Answer BrowserPage::await(const QString &method, CommandParameters parameters, int limitMs,
+    const QList<CommandParameters> &before) const
 {
     if (!m_refusal.isEmpty())
         return {WaitState::Answered, Failure(m_refusal), m_document};
@@ -254,6 +257,8 @@ BrowserPage::Answer BrowserPage::await(const QString &method, CommandParameters 
             WaitState::Answered, Failure(u"Too many evaluations wait for the page already"_s), m_document};
     Answer answer{obstacle(), {}, {}};
     if (answer.state == WaitState::Waiting) {
+        for (const CommandParameters &earlier : before)
+            m_connection->send(m_session, method, earlier);
         AnswerWait wait(m_waits);
         const auto reply = [&](const CommandResult &result) {
             answer.result = result;

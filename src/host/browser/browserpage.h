@@ -161,7 +161,8 @@ private:
     };
 
     FunctionCallResult<QImage> takePicture() const;
-    Answer await(const QString &method, CommandParameters parameters, int limitMs) const;
+    Answer await(const QString &method, CommandParameters parameters, int limitMs,
+        const QList<CommandParameters> &before = {}) const;
     WaitState obstacle() const;
     WaitState stateOf(const CommandResult &result) const;
     QString describe(WaitState state, int limitMs) const;

@@ -23,6 +23,25 @@ const QString evaluationTemplate = uR"((function (script) {
     }
 })()"_s;
 
+/// Takes a long script from where its parts were put together.
+const QString takingTemplate = uR"((function () {
+    var text = `${%1}`;
+    delete %1;
+    if (text.length !== %2) {
+        throw new Error('A part of the script has not arrived');
+    }
+    return text;
+})())"_s;
+
+const QString partsVariable = u"window.__ostrel__scriptParts"_s;
+
+constexpr qsizetype longestPart = 4 * 1024 * 1024;
+
+bool isLong(const QString &script)
+{
+    return script.size() > longestPart;
+}
+
 /// Whether the unit may stand in a literal as it is. Of the surrogates only a pair may.
 bool standsForItself(char16_t unit)
 {
@@ -74,12 +93,32 @@ void appendUtf8(QByteArray &to, QStringView text)
     }
 }
 
-/// Appends what a JSON text holds between its quotes for `text`.
+/// Appends what a JSON text holds between its quotes for `text`, which escapes as a script literal does.
 void appendAsJson(QByteArray &to, QStringView text)
 {
     forEachPieceOfLiteral(
         text, [&to](QStringView run) { appendUtf8(to, run); },
         [&to](const QString &escape) { appendUtf8(to, escape); });
+}
+
+/// Appends what a JSON text holds between its quotes for the literal of `text`.
+void appendQuoted(QByteArray &to, QStringView text)
+{
+    to += R"(\")";
+    forEachPieceOfLiteral(
+        text, [&to](QStringView run) { appendUtf8(to, run); },
+        [&to](const QString &escape) { appendAsJson(to, escape); });
+    to += R"(\")";
+}
+
+/// The beginning of parameters with an expression, and room for one with a text of that size.
+QByteArray expressionHead(qsizetype size)
+{
+    constexpr qsizetype restOfText = 2048;
+    QByteArray text;
+    text.reserve(size + size / 16 + restOfText);
+    text += R"({"expression":")";
+    return text;
 }
 
 } // namespace
@@ -95,19 +134,31 @@ QString scriptLiteral(const QString &text)
     return literal;
 }
 
+QList<CommandParameters> scriptParts(const QString &script)
+{
+    QList<CommandParameters> parts;
+    for (qsizetype from = 0; isLong(script) && from < script.size(); from += longestPart) {
+        const QStringView part = QStringView(script).mid(from, longestPart);
+        QByteArray text = expressionHead(part.size());
+        appendAsJson(text, from == 0 ? partsVariable + u" = "_s : partsVariable + u" += "_s);
+        appendQuoted(text, part);
+        appendAsJson(text, u"; 0");
+        text += R"("})";
+        parts.append(CommandParameters::fromText(std::move(text)));
+    }
+    return parts;
+}
+
 CommandParameters evaluationParameters(const QString &script, int limitMs)
 {
-    constexpr qsizetype restOfText = 2048;
-    QByteArray text;
-    text.reserve(script.size() + script.size() / 16 + restOfText);
-    text += R"({"expression":")";
+    QByteArray text = expressionHead(isLong(script) ? 0 : script.size());
     appendAsJson(text, evaluationTemplate);
-    text += R"~(\")~";
-    forEachPieceOfLiteral(
-        script, [&text](QStringView run) { appendUtf8(text, run); },
-        [&text](const QString &escape) { appendAsJson(text, escape); });
+    if (isLong(script))
+        appendAsJson(text, takingTemplate.arg(partsVariable, QString::number(script.size())));
+    else
+        appendQuoted(text, script);
     // A page that forbids eval by its security policy forbids it to itself, not to its tester.
-    text += R"~(\")","returnByValue":true,"allowUnsafeEvalBlockedByCSP":true,"timeout":)~";
+    text += R"~()","returnByValue":true,"allowUnsafeEvalBlockedByCSP":true,"timeout":)~";
     text += QByteArray::number(limitMs);
     text += '}';
     return CommandParameters::fromText(std::move(text));

@@ -5,6 +5,7 @@
 #include "wrappers/web/htmlcomponent.h"
 
 #include <QJsonObject>
+#include <QList>
 #include <QString>
 
 namespace Ostrel::Host {
@@ -12,6 +13,11 @@ namespace Ostrel::Host {
 /// `text` as a script string literal in double quotes. Every code unit arrives as it is: lone surrogates and
 /// control characters are escaped, since the protocol carries UTF-8.
 QString scriptLiteral(const QString &text);
+
+/// What carries a long script to the page before evaluationParameters(), by which it is taken from there:
+/// parameters of commands "Runtime.evaluate", none for a short one. The browser ends the connection at a
+/// message of 100 MB, and a large one takes it longer than its parts.
+QList<CommandParameters> scriptParts(const QString &script);
 
 /// Parameters of the command "Runtime.evaluate" that evaluate `script` as the page's own top-level code and
 /// give its value as text, in one round trip. They stand on no name that a page could take away later but

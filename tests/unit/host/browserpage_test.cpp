@@ -240,6 +240,24 @@ TEST_F(BrowserPageTest, ALateAnswerIsNotTakenForTheNextOne)
     EXPECT_EQ(page.evaluateJavaScript(u"next"_s, 10).result, u"The page did not answer within 0.01 s"_s);
 }
 
+TEST_F(BrowserPageTest, SendsALongScriptInParts)
+{
+    constexpr qsizetype part = 4 * 1024 * 1024;
+    QStringList expressions;
+    transport->onCommand = [&](const QJsonObject &command) {
+        expressions.append(command.value("params"_L1).toObject().value("expression"_L1).toString());
+        if (expressions.size() == 3)
+            QTimer::singleShot(0, transport, [=, this] { transport->receive(valueFor(command, u"done"_s)); });
+    };
+
+    EXPECT_EQ(page.evaluateJavaScript(QString(part, u'a') + u"\"b"_s, 0).result, u"done"_s);
+
+    ASSERT_EQ(expressions.size(), 3);
+    EXPECT_EQ(expressions.at(0), u"window.__ostrel__scriptParts = \""_s + QString(part, u'a') + u"\"; 0"_s);
+    EXPECT_EQ(expressions.at(1), u"window.__ostrel__scriptParts += \"\\\"b\"; 0"_s);
+    EXPECT_TRUE(expressions.at(2).contains(u"if (text.length !== %1) {"_s.arg(part + 2)));
+}
+
 TEST_F(BrowserPageTest, RefusesToNestWithoutEnd)
 {
     QString deepest;
