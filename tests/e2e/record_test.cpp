@@ -331,7 +331,10 @@ TEST_F(Controls, ThatGoBackAndLoadAgainAreStatementsWithARemark)
     rest();
     user.goInHistory(-1);
     arrive(u"a"_s);
+    // The page that is loaded again looks as it did before.
+    page()->evaluateJavaScript(u"window.isOld = true"_s, 0);
     user.loadAgain();
+    EXPECT_TRUE(waitUntil(page(), u"window.isOld === undefined"_s));
     arrive(u"a"_s);
     user.goInHistory(1);
     arrive(u"b"_s);
@@ -830,6 +833,8 @@ TEST_F(Touches, OfWhichTheBrowserMakesNoPressAreNamedInTheScript)
         touch(u"touchMove"_s, {QPointF(60, y)});
     touch(u"touchEnd"_s, {});
     ASSERT_TRUE(isExplained(u"swipe on P#p"_s));
+    // The page may still move behind the fingers.
+    ASSERT_TRUE(waitUntil(page(), u"scrollTo(0, 0), scrollY === 0"_s));
     tap({{60, 60}, {90, 60}});
     ASSERT_TRUE(waitFor([&] { return explanations.filter(u"swipe on "_s).size() == 2; }));
 

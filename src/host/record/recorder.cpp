@@ -199,9 +199,13 @@ void Recorder::watch(BrowserPage *page, bool isNew)
     connect(page, &BrowserPage::documentGone, this, [this, tab] { noteDocumentGone(tab); });
     connect(page, &BrowserPage::closed, this, [this, page] { noteClosed(page); });
     const auto dialog = std::make_shared<Dialog>();
-    connect(page, &BrowserPage::dialogOpened, this, [dialog](const Dialog &opened) { *dialog = opened; });
+    connect(page, &BrowserPage::dialogOpened, this, [=, this](const Dialog &opened) {
+        *dialog = opened;
+        m_inDialog.insert(tab);
+    });
     page->connection()->listen(
         page->sessionId(), u"Page.javascriptDialogClosed"_s, this, [=, this](const QJsonObject &event) {
+            m_inDialog.remove(tab);
             startLimitsAgain(tab);
             noteNews(tab, [=, this] { noteDialogClosed(*dialog, event); });
         });
@@ -283,11 +287,10 @@ void Recorder::fetchTyped()
     });
 }
 
-/// A page says nothing while it shows a dialog.
+/// A page says nothing while it shows a dialog, and nothing from the answer until the dialog is gone.
 bool Recorder::isOver(const QString &tab, const QDeadlineTimer &limit) const
 {
-    const BrowserPage *page = pageOf(tab);
-    return limit.hasExpired() && (m_finished || !page || !page->openDialog());
+    return limit.hasExpired() && (m_finished || !pageOf(tab) || !m_inDialog.contains(tab));
 }
 
 void Recorder::startLimitsAgain(const QString &tab)
@@ -312,6 +315,7 @@ void Recorder::noteNews(const QString &tab, std::function<void()> act)
 // that of an event in the next page.
 void Recorder::noteDocumentGone(const QString &tab)
 {
+    m_inDialog.remove(tab);
     // Of two messages of one moment the document's end may let only the first through.
     for (Happening &happening : m_happenings) {
         if (happening.tab == tab && !happening.lastText)

@@ -115,6 +115,7 @@ private:
     };
     std::optional<TypedIn> m_typedIn;
     int m_fetching = 0; ///< how many documents are asked for what they keep back
+    QSet<QString> m_inDialog; ///< the tabs that show a dialog or have just been answered
     QSet<QString> m_changed; ///< the tabs in which keys have changed a text that a key behind them tells
     QList<InputEvent> m_hovers; ///< of which the next event tells more
     QTimer m_timer;
