@@ -58,11 +58,13 @@ QList<InputEvent> readInputs(const QString &json, int observer)
     key.isText = true;
     key.observer = observer;
     QList<InputEvent> keys;
-    for (const QJsonValue &told : record.value("keys"_L1).toArray()) {
-        key.kind = told["kind"_L1].toString();
-        key.time = told["time"_L1].toDouble();
-        key.key = told["key"_L1].toString();
-        key.changed = told["changed"_L1].toBool();
+    const QJsonArray told = record.value("keys"_L1).toArray();
+    for (const auto &one : told) {
+        const QJsonObject members = one.toObject();
+        key.kind = members.value("kind"_L1).toString();
+        key.time = members.value("time"_L1).toDouble();
+        key.key = members.value("key"_L1).toString();
+        key.changed = members.value("changed"_L1).toBool();
         keys.append(key);
     }
     // The text of the field is known before the last of them went down.
