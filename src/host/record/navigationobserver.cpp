@@ -5,7 +5,6 @@
 
 #include <QJsonObject>
 
-#include <algorithm>
 #include <utility>
 
 namespace Ostrel::Host {

@@ -55,7 +55,7 @@ SharedPtr<Object> findObjectInContainer(
     if (name.isMultiProperty() && !name.hasProperty(u"tagName"_s))
         return {};
     const QString function = script(u"__ostrel__findObjectByProps( %1, \"%2\");",
-        Expr{wrapper->jsReference()}, Expr{escapeForDoubleQuotedScript(name.qualifiedName())});
+        Expr{wrapper->jsReference()}, DoubleQuoted{name.qualifiedName()});
     return findObjectWithJsFunction(function, name.qualifiedName(), component);
 }
 
@@ -96,15 +96,6 @@ ObjectName setObjectNameContainer(ObjectName name, const QString &container)
     name.setProperty(
         containerProperty, PropertyValue(deeper.qualifiedName(), inner.matchKind(), inner.form()));
     return name;
-}
-
-QString escapeForDoubleQuotedScript(const QString &text)
-{
-    return QString(text)
-        .replace(u'\\', "\\\\"_L1)
-        .replace(u'"', "\\\""_L1)
-        .replace(u'\r', "\\r"_L1)
-        .replace(u'\n', "\\n"_L1);
 }
 
 } // namespace Ostrel::WebWrapper

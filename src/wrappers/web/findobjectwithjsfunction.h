@@ -33,7 +33,4 @@ ObjectName nestedContainerName(const QList<ObjectName> &chain);
 /// The name with `container` as its outermost container.
 PAGEPROBELIB_EXPORT ObjectName setObjectNameContainer(ObjectName name, const QString &container);
 
-/// Makes a name safe between the double quotes of script text.
-QString escapeForDoubleQuotedScript(const QString &text);
-
 } // namespace Ostrel::WebWrapper

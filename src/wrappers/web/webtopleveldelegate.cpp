@@ -82,8 +82,7 @@ SharedPtr<Object> WebToplevelDelegate::childByName(SharedPtr<Object> object, con
         return {};
     if (!name.startsWith(documentName)) {
         return findObjectWithJsFunction(
-            script(u"__ostrel__findObjectByHeuristic(\"%1\");", Expr{escapeForDoubleQuotedScript(name)}),
-            name, component);
+            script(u"__ostrel__findObjectByHeuristic(\"%1\");", DoubleQuoted{name}), name, component);
     }
 
     // Kept as is: "DOCUMENTS" counts as a document with a context too, though there is none to be found.
@@ -109,7 +108,7 @@ SharedPtr<Object> WebToplevelDelegate::objectByQualifiedName(
         if (!component)
             return {};
         return findObjectWithJsFunction(
-            script(u"__ostrel__findObject(\"%1\");", Expr{escapeForDoubleQuotedScript(name.qualifiedName())}),
+            script(u"__ostrel__findObject(\"%1\");", DoubleQuoted{name.qualifiedName()}),
             name.qualifiedName(), component);
     }
 

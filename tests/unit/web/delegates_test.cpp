@@ -6,6 +6,7 @@
 #include "wrappers/web/itemlist.h"
 #include "wrappers/web/objectfactory.h"
 #include "wrappers/web/reflection/webclasses.h"
+#include "wrappers/web/scripttext.h"
 #include "wrappers/web/webobject.h"
 #include "wrappers/web/webobjectdelegate.h"
 #include "wrappers/web/webtopleveldelegate.h"
@@ -436,7 +437,7 @@ TEST_F(ObjectNames, TheRestOfAChainIsOneNameAgain)
 
 TEST_F(ObjectNames, TextIsEscapedForDoubleQuotes)
 {
-    EXPECT_EQ(escapeForDoubleQuotedScript(u"a\\b\"c\r\n\t'"_s), u"a\\\\b\\\"c\\r\\n\t'"_s);
+    EXPECT_EQ(escapeForDoubleQuotes(u"a\\b\"c\r\n\t'"_s), u"a\\\\b\\\"c\\r\\n\t'"_s);
 }
 
 TEST_F(Geometry, BoundsComeFromThePage)
