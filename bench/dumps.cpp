@@ -16,10 +16,10 @@ namespace {
 constexpr int growth = 4;
 constexpr int longestMs = 10 * 60 * 1000;
 
-QString addressOf(int elements)
+/// A page of that many elements. One of another number is another page, so that it is loaded.
+QString addressOf(int elements, int number)
 {
-    // The number also stands in the query, so that another one is another page.
-    return QStringLiteral("file://" PAGEPROBE_BENCH_DIR "/pages/many.html?%1#%1").arg(elements);
+    return QStringLiteral("file://" PAGEPROBE_BENCH_DIR "/pages/many.html?%2#%1").arg(elements).arg(number);
 }
 
 int countOf(const UIAbstraction::UIElement &root)
@@ -67,23 +67,24 @@ FunctionCallResult<QList<Row>> measureDumps(const Effort &effort)
     if (const auto started = peer.start(); started.failed())
         return Failure(started.error);
 
+    int pages = 0;
     const auto open = [&](int elements) -> FunctionCallResult<void> {
-        if (const auto shown = show(page, addressOf(elements)); shown.failed())
+        const QString address = addressOf(elements, ++pages);
+        if (const auto shown = show(page, address); shown.failed())
             return shown;
-        const auto opened = peer.ask(u"page %1"_s.arg(addressOf(elements)));
+        const auto opened = peer.ask(u"page %1"_s.arg(address));
         return opened.failed() ? FunctionCallResult<void>(Failure(opened.error)) : FunctionCallResult<void>();
     };
-    int turns = 0;
     // The time of a dump of a page of that size. It is drawn before, as the one of the peer has been since
     // its first round.
     const auto dumpTurn = [&](int elements) -> Turn {
         return [&, elements]() -> FunctionCallResult<double> {
-            if (const auto shown = show(page, addressOf(elements)); shown.failed())
+            if (const auto shown = show(page, addressOf(elements, ++pages)); shown.failed())
                 return Failure(shown.error);
             // A browser does not compile a script again that it knows. Another number of the first element
             // makes it a new one, as that of each page under test is.
             const auto shifted = page->evaluateJavaScript(
-                u"for (let i = 0; i < %1; ++i) { __ostrel__idForObject({}); }"_s.arg(++turns), 0);
+                u"for (let i = 0; i < %1; ++i) { __ostrel__idForObject({}); }"_s.arg(pages), 0);
             if (shifted.failed)
                 return Failure(shifted.result);
             return timed([&] { return dump(page, elements, false); });

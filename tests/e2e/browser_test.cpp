@@ -239,6 +239,35 @@ TEST_F(BrowserTest, EvaluatesScriptsOfAnyLength)
     EXPECT_EQ(evaluate(u"Object.keys(window).filter(name => name.endsWith('Parts')).length"_s), u"0"_s);
 }
 
+// A long list of like elements goes to the page in a shorter form, which nobody can tell from the result.
+TEST_F(BrowserTest, EvaluatesLongListsOfLikeElements)
+{
+    open(u"blank.html"_s);
+    ASSERT_EQ(evaluate(u"store = []; for (let i = 0; i < 3000; ++i) store[i] = { text: 'item ' + i }; 0"_s),
+        u"0"_s);
+    QStringList read;
+    QStringList expected;
+    for (int i = 0; i < 3000; ++i) {
+        read.append(
+            u"{ at: function() { return store[%1].text.replace( /item /, '' ); }, 'mine': this === window, "
+            "of: [%1, '[%1]'.length] }"_s.arg(i));
+        expected.append(u"%1 true %1 %2"_s.arg(i).arg(QString::number(i).size() + 2));
+    }
+    const QString list = read.join(u',');
+    ASSERT_EQ(
+        evaluate(
+            u"function texts(list) { return list.map(item => [item.at(), item.mine, ...item.of].join(' ')); "
+            "} 0"_s),
+        u"0"_s);
+
+    EXPECT_EQ(evaluate(u"JSON.stringify( texts( [%1] ) )"_s.arg(list)),
+        u"[\""_s + expected.join(u"\",\""_s) + u"\"]"_s);
+    EXPECT_EQ(evaluate(u"texts( [%1,store[3000].text] )"_s.arg(list)),
+        u"failed threw: TypeError: Cannot read properties of undefined (reading 'text')"_s);
+    EXPECT_EQ(evaluate(u"texts( [%1,a b] )"_s.arg(list)),
+        u"failed threw: SyntaxError: Unexpected identifier 'b'"_s);
+}
+
 TEST_F(BrowserTest, EndsAScriptThatRunsForeverAndGoesOn)
 {
     open(u"blank.html"_s);

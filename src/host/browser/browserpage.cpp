@@ -1,6 +1,7 @@
 #include "host/browser/browserpage.h"
 
 #include "host/browser/evaluation.h"
+#include "host/browser/listfolding.h"
 #include "host/browser/navigation.h"
 #include "host/inseconds.h"
 #include "wrappers/web/controls/customcontrols.h"
@@ -22,6 +23,8 @@ constexpr int answerGraceMs = 1000;
 constexpr int errorPageLimitMs = 2000;
 // Each wait stands on the stack of the one before it.
 constexpr int deepestNesting = 50;
+// A browser compiles a script of up to so many units sooner than one could look for a shorter one.
+constexpr qsizetype shortScript = 64 * 1024;
 
 // What a script holds may be the widget around the field, or its label. Where there is no field, the element
 // itself is left to be refused.
@@ -224,8 +227,9 @@ BrowserPage::EvalResult BrowserPage::evaluateJavaScript(const QString &script, u
 {
     const int limitMs = limitOr(int(timeoutMs));
     const QString document = m_document;
+    const QString sent = script.size() > shortScript ? foldedList(script).value_or(script) : script;
     Answer answer
-        = await(u"Runtime.evaluate"_s, evaluationParameters(script, limitMs), limitMs, scriptParts(script));
+        = await(u"Runtime.evaluate"_s, evaluationParameters(sent, limitMs), limitMs, scriptParts(sent));
     // A document that came meanwhile has answered what was asked of another one: its references mean nothing
     // here.
     if (answer.state == WaitState::Answered && !document.isEmpty() && answer.document != document)

@@ -71,7 +71,7 @@ QByteArray composeCommand(
     if (text.isEmpty())
         return head;
     head.chop(1);
-    WebWrapper::enclose<QByteArray>(text, head + R"(,"params":)", "}");
+    WebWrapper::enclose<QByteArray, QByteArrayView>(text, head + R"(,"params":)", "}");
     return text;
 }
 

@@ -1,6 +1,7 @@
 #include "wrappers/web/evaluateasjson.h"
 
 #include "wrappers/web/htmlcomponent.h"
+#include "wrappers/web/jsonenvelope.h"
 #include "wrappers/web/scripttext.h"
 
 #include <json/json.h>
@@ -12,11 +13,6 @@ namespace Ostrel::WebWrapper {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-const QString envelopeHead = u"(function() {\n  try {\n    return JSON.stringify({'result': "_s;
-const QString envelopeTail
-    = u"});\n  } catch( e ) {\n    return JSON.stringify({'error': {'name': e['name'], 'message': "
-      "e['message'], 'file': e['fileName'], 'line': e['lineNumber'], 'stack': e['stack']}});\n  }\n}());"_s;
 
 /// A long expression as it stands in messages: its beginning and its end.
 QString shortForm(const QString &expression)

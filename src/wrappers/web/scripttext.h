@@ -82,8 +82,8 @@ QString script(QStringView shape, const Pieces &...pieces)
 
 /// Puts texts before and after a large one within its own memory: copies of a dump's script took longer than
 /// the page took to carry it out.
-template <typename Text>
-void enclose(Text &text, const Text &before, const Text &after)
+template <typename Text, typename View>
+void enclose(Text &text, const View &before, const View &after)
 {
     const qsizetype size = text.size();
     text.resize(before.size() + size + after.size());
