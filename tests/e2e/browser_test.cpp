@@ -223,11 +223,31 @@ TEST_F(BrowserTest, CarriesTenMegabytesBothWays)
     EXPECT_EQ(evaluate(scriptLiteral(large)), large);
 }
 
-// A long script goes to the page in parts of four million units. The browser itself takes no message of 100
-// MB.
+// A long value comes in parts of a million units, which end before or behind a character.
+TEST_F(BrowserTest, FetchesValuesOfAnyLength)
+{
+    constexpr qsizetype part = 1024 * 1024;
+    open(u"blank.html"_s);
+
+    for (const qsizetype before : {part - 2, part - 1, part, 2 * part - 1}) {
+        for (const qsizetype after : {qsizetype(0), qsizetype(1), part - 2, part - 1, part}) {
+            const QString expected = QString(before, u'a') + u"\U0001F600"_s + QString(after, u'b');
+            EXPECT_TRUE(evaluate(u"'a'.repeat(%1) + '\\u{1F600}' + 'b'.repeat(%2)"_s.arg(before).arg(after))
+                == expected)
+                << before << " and " << after;
+        }
+    }
+    EXPECT_EQ(evaluate(u"Object.keys(window.__ostrel__longValues).length"_s), u"0"_s);
+    EXPECT_EQ(
+        evaluate(u"throw 'a'.repeat(%1)"_s.arg(part + 1)).size(), part + 1 + u"failed threw: "_s.size());
+    EXPECT_EQ(evaluate(u"String.prototype.slice = null; 'a'.repeat(%1)"_s.arg(part + 1)),
+        u"failed: A part of the value has not arrived"_s);
+}
+
+// A long script goes to the page in parts of a million units. The browser itself takes no message of 100 MB.
 TEST_F(BrowserTest, EvaluatesScriptsOfAnyLength)
 {
-    constexpr qsizetype part = 4 * 1024 * 1024;
+    constexpr qsizetype part = 1024 * 1024;
     constexpr qsizetype longest = 110 * 1000 * 1000;
     open(u"blank.html"_s);
 

@@ -228,17 +228,49 @@ BrowserPage::EvalResult BrowserPage::evaluateJavaScript(const QString &script, u
     const int limitMs = limitOr(int(timeoutMs));
     const QString document = m_document;
     const QString sent = script.size() > shortScript ? foldedList(script).value_or(script) : script;
-    Answer answer
+    const Answer answer
         = await(u"Runtime.evaluate"_s, evaluationParameters(sent, limitMs), limitMs, scriptParts(sent));
+    if (const std::optional<EvalResult> failed = failureOf(answer, document, limitMs))
+        return *failed;
+    const std::optional<LongValue> longValue = readLongValue(answer.result.value);
+    return longValue ? fetch(*longValue, document, limitMs) : readEvaluation(answer.result.value);
+}
+
+/// Fetches what the document has for the host.
+BrowserPage::EvalResult BrowserPage::fetch(const LongValue &value, const QString &document, int limitMs) const
+{
+    const auto text = std::make_shared<QString>();
+    text->reserve(value.size);
+    const auto append = [text](const CommandResult &part) {
+        if (!part.failed())
+            *text += readEvaluation(part.value).result;
+    };
+    QList<CommandParameters> parts = valueParts(value, limitMs);
+    CommandParameters last = parts.takeLast();
+    for (CommandParameters &part : parts)
+        m_connection->send(m_session, u"Runtime.evaluate"_s, std::move(part), append);
+    const Answer answer = await(u"Runtime.evaluate"_s, std::move(last), limitMs);
+    if (const std::optional<EvalResult> failed = failureOf(answer, document, limitMs))
+        return *failed;
+    append(answer.result);
+    if (text->size() != value.size)
+        return {u"A part of the value has not arrived"_s, true, false};
+    return {*text, false, false};
+}
+
+/// Why an evaluation has no value of the document that was asked.
+std::optional<BrowserPage::EvalResult> BrowserPage::failureOf(
+    const Answer &answer, const QString &document, int limitMs) const
+{
+    if (answer.state != WaitState::Answered)
+        return EvalResult{describe(answer.state, limitMs), true, false};
     // A document that came meanwhile has answered what was asked of another one: its references mean nothing
     // here.
-    if (answer.state == WaitState::Answered && !document.isEmpty() && answer.document != document)
-        answer.state = WaitState::NavigatedAway;
-    if (answer.state != WaitState::Answered)
-        return {describe(answer.state, limitMs), true, false};
+    if (!document.isEmpty() && answer.document != document)
+        return EvalResult{describe(WaitState::NavigatedAway, limitMs), true, false};
     if (answer.result.failed())
-        return {answer.result.error, true, false};
-    return readEvaluation(answer.result.value);
+        return EvalResult{answer.result.error, true, false};
+    return {};
 }
 
 CommandResult BrowserPage::call(const QString &method, const QJsonObject &parameters, int limitMs) const

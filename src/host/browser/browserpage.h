@@ -16,6 +16,8 @@
 
 namespace Ostrel::Host {
 
+struct LongValue;
+
 /// What browserType() gives. The wrappers give a meaning to two numbers, neither of which fits a browser that
 /// is driven by its debugging protocol: 2 stands for a browser that answers property reads late, 5 for one
 /// into which text has to be typed.
@@ -163,6 +165,8 @@ private:
     FunctionCallResult<QImage> takePicture() const;
     Answer await(const QString &method, CommandParameters parameters, int limitMs,
         const QList<CommandParameters> &before = {}) const;
+    EvalResult fetch(const LongValue &value, const QString &document, int limitMs) const;
+    std::optional<EvalResult> failureOf(const Answer &answer, const QString &document, int limitMs) const;
     WaitState obstacle() const;
     WaitState stateOf(const CommandResult &result) const;
     QString describe(WaitState state, int limitMs) const;

@@ -9,19 +9,41 @@ namespace Ostrel::Host {
 
 namespace {
 
+/// In units, for scripts and values.
+constexpr qsizetype longestPart = 1024 * 1024;
+
 // Indirect eval runs the script as top-level code: functions and variables become globals of the page, and
 // its completion value is the result. `${value}` is String(value) for all but symbols, and needs no name that
-// the page could have replaced.
-const QString evaluationTemplate = uR"((function (script) {
+// the page could have replaced. The copies of a value on its way to the host take it longer than its parts.
+const QString evaluationHead = uR"((function (script) {
     function text(value) {
         return typeof value === 'symbol' ? value.toString() : `${value}`;
     }
     try {
-        return { value: text((0, eval)(script)) };
+        var value = text((0, eval)(script)), waiting;
+        if (value.length <= %1) {
+            return { value: value };
+        }
+        waiting = window.__ostrel__longValues = window.__ostrel__longValues || [];
+        waiting[waiting.length] = value;
+        return { size: value.length, place: waiting.length - 1 };
     } catch (exception) {
         return { thrown: text(exception) };
     }
-})()"_s;
+})()"_s.arg(longestPart);
+
+// A character of two units goes with the part behind it.
+const QString valuePartTemplate = uR"((function (waiting, place, from, to) {
+    var text = waiting[place];
+    function cut(at) {
+        var before = text.charCodeAt(at - 1);
+        return at < text.length && before >= 0xD800 && before < 0xDC00 ? at - 1 : at;
+    }
+    if (to >= text.length) {
+        delete waiting[place];
+    }
+    return { value: text.slice(cut(from), cut(to)) };
+})(window.__ostrel__longValues, %1, %2, %3))"_s;
 
 /// Takes a long script from where its parts were put together.
 const QString takingTemplate = uR"((function () {
@@ -34,8 +56,6 @@ const QString takingTemplate = uR"((function () {
 })())"_s;
 
 const QString partsVariable = u"window.__ostrel__scriptParts"_s;
-
-constexpr qsizetype longestPart = 4 * 1024 * 1024;
 
 bool isLong(const QString &script)
 {
@@ -121,6 +141,16 @@ QByteArray expressionHead(qsizetype size)
     return text;
 }
 
+/// Parameters with that expression.
+CommandParameters endedExpression(QByteArray text, int limitMs)
+{
+    // A page that forbids eval by its security policy forbids it to itself, not to its tester.
+    text += R"(","returnByValue":true,"allowUnsafeEvalBlockedByCSP":true,"timeout":)";
+    text += QByteArray::number(limitMs);
+    text += '}';
+    return CommandParameters::fromText(std::move(text));
+}
+
 } // namespace
 
 QString scriptLiteral(const QString &text)
@@ -152,16 +182,32 @@ QList<CommandParameters> scriptParts(const QString &script)
 CommandParameters evaluationParameters(const QString &script, int limitMs)
 {
     QByteArray text = expressionHead(isLong(script) ? 0 : script.size());
-    appendAsJson(text, evaluationTemplate);
+    appendAsJson(text, evaluationHead);
     if (isLong(script))
         appendAsJson(text, takingTemplate.arg(partsVariable, QString::number(script.size())));
     else
         appendQuoted(text, script);
-    // A page that forbids eval by its security policy forbids it to itself, not to its tester.
-    text += R"~()","returnByValue":true,"allowUnsafeEvalBlockedByCSP":true,"timeout":)~";
-    text += QByteArray::number(limitMs);
-    text += '}';
-    return CommandParameters::fromText(std::move(text));
+    text += ')';
+    return endedExpression(std::move(text), limitMs);
+}
+
+QList<CommandParameters> valueParts(const LongValue &value, int limitMs)
+{
+    QList<CommandParameters> parts;
+    for (qsizetype from = 0; from < value.size; from += longestPart) {
+        QByteArray text = expressionHead(0);
+        appendAsJson(text, valuePartTemplate.arg(value.place).arg(from).arg(from + longestPart));
+        parts.append(endedExpression(std::move(text), limitMs));
+    }
+    return parts;
+}
+
+std::optional<LongValue> readLongValue(const QJsonObject &answer)
+{
+    const QJsonObject value = answer.value("result"_L1).toObject().value("value"_L1).toObject();
+    if (!value.value("size"_L1).isDouble())
+        return {};
+    return LongValue{value.value("size"_L1).toInteger(), value.value("place"_L1).toInt()};
 }
 
 WebWrapper::HTMLComponent::EvalResult readEvaluation(const QJsonObject &answer)

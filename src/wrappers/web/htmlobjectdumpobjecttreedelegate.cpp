@@ -227,14 +227,18 @@ FunctionCallResult<QString> HtmlObjectDumpObjectTreeDelegate::Snapshot::getters(
 FunctionCallResult<void> HtmlObjectDumpObjectTreeDelegate::Snapshot::fetchPropertyValues()
 {
     m_reading += u"] )"_s;
-    const FunctionCallResult<Json::Value> values
+    FunctionCallResult<Json::Value> values
         = evaluateAsJson(m_inPageOrder.first()->component(), std::exchange(m_reading, {}), noLimit);
     if (values.failed())
         return Failure(message(u"Error fetching property values: %1", values.error));
     if (!values.value.isObject())
         return Failure(message(u"Error fetching property values: %1", u"The page gave no object"_s));
-    for (const HTML_Object *wrapper : std::as_const(m_inPageOrder))
-        store(values.value[wrapper->jsReference().toStdString()], entries[wrapper]);
+    for (const HTML_Object *wrapper : std::as_const(m_inPageOrder)) {
+        // Taken out, so that what is stored has the place of what has been: there are a million values.
+        Json::Value ofElement;
+        values.value.removeMember(wrapper->jsReference().toStdString(), &ofElement);
+        store(ofElement, entries[wrapper]);
+    }
     return {};
 }
 

@@ -242,7 +242,7 @@ TEST_F(BrowserPageTest, ALateAnswerIsNotTakenForTheNextOne)
 
 TEST_F(BrowserPageTest, SendsALongScriptInParts)
 {
-    constexpr qsizetype part = 4 * 1024 * 1024;
+    constexpr qsizetype part = 1024 * 1024;
     QStringList expressions;
     transport->onCommand = [&](const QJsonObject &command) {
         expressions.append(command.value("params"_L1).toObject().value("expression"_L1).toString());
@@ -256,6 +256,54 @@ TEST_F(BrowserPageTest, SendsALongScriptInParts)
     EXPECT_EQ(expressions.at(0), u"window.__ostrel__scriptParts = \""_s + QString(part, u'a') + u"\"; 0"_s);
     EXPECT_EQ(expressions.at(1), u"window.__ostrel__scriptParts += \"\\\"b\"; 0"_s);
     EXPECT_TRUE(expressions.at(2).contains(u"if (text.length !== %1) {"_s.arg(part + 2)));
+}
+
+TEST_F(BrowserPageTest, FetchesALongValueInParts)
+{
+    constexpr qsizetype part = 1024 * 1024;
+    QStringList calls;
+    transport->onCommand = [&](const QJsonObject &command) {
+        const QString expression = command.value("params"_L1).toObject().value("expression"_L1).toString();
+        calls.append(expression.mid(expression.lastIndexOf(u'(')));
+        QJsonObject answer
+            = valueFor(command, QString::number(calls.size()).repeated(calls.size() < 4 ? part : 5));
+        if (calls.size() == 1) {
+            answer.insert(u"result"_s,
+                QJsonObject{{u"result"_s,
+                    QJsonObject{{u"value"_s, QJsonObject{{u"size"_s, 2 * part + 5}, {u"place"_s, 7}}}}}});
+        }
+        QTimer::singleShot(0, transport, [=, this] { transport->receive(answer); });
+    };
+
+    const auto evaluated = page.evaluateJavaScript(u"x"_s, 0);
+
+    EXPECT_FALSE(evaluated.failed);
+    EXPECT_EQ(evaluated.result, QString(part, u'2') + QString(part, u'3') + u"44444"_s);
+    EXPECT_EQ(calls,
+        (QStringList{u"(\"x\")"_s, u"(window.__ostrel__longValues, 7, 0, 1048576)"_s,
+            u"(window.__ostrel__longValues, 7, 1048576, 2097152)"_s,
+            u"(window.__ostrel__longValues, 7, 2097152, 3145728)"_s}));
+}
+
+TEST_F(BrowserPageTest, ALongValueOfADocumentThatIsGoneIsNone)
+{
+    showDocument(u"first"_s);
+    transport->onCommand = [this, asked = 0](const QJsonObject &command) mutable {
+        QJsonObject answer = valueFor(command, QString());
+        if (++asked == 1) {
+            answer.insert(u"result"_s,
+                QJsonObject{{u"result"_s,
+                    QJsonObject{{u"value"_s, QJsonObject{{u"size"_s, 3000000}, {u"place"_s, 0}}}}}});
+        } else {
+            QTimer::singleShot(0, transport, [this] { showDocument(u"second"_s); });
+        }
+        QTimer::singleShot(0, transport, [=, this] { transport->receive(answer); });
+    };
+
+    const auto evaluated = page.evaluateJavaScript(u"x"_s, 0);
+
+    EXPECT_EQ(evaluated.result, u"The page navigated away while the script was running"_s);
+    EXPECT_TRUE(evaluated.failed);
 }
 
 TEST_F(BrowserPageTest, RefusesToNestWithoutEnd)
