@@ -37,6 +37,10 @@ FunctionCallResult<QList<double>> medianTimes(const QList<Turn> &contestants, co
     QList<QList<double>> times(contestants.size());
     constexpr int warmUp = -1;
     for (int round = warmUp; round < rounds.count; ++round) {
+        if (rounds.prepare) {
+            if (const auto prepared = rounds.prepare(); prepared.failed())
+                return Failure(prepared.error);
+        }
         QList<double> sums(contestants.size());
         for (int turn = 0; turn < rounds.turns; ++turn) {
             if (const auto taken = takeTurns(contestants, (round + turn) % 2, sums); taken.failed())

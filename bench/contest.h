@@ -18,6 +18,8 @@ struct Rounds
     /// Turns of each contestant in one round, whose times are added up. Many short turns spread the noise
     /// more evenly than few long ones.
     int turns = 1;
+    /// Makes ready for a round, which is not measured; nothing to do when empty.
+    std::function<FunctionCallResult<void>()> prepare = {};
 };
 
 /// The median over the rounds of each contestant's time, in milliseconds. A round that does not count goes
