@@ -16,11 +16,13 @@ namespace {
 
 const QString numberName = u"__ostrel__number"_s;
 
-// Entries are pairs: which function makes the element, and the number for it.
+// Entries are pairs: which function makes the element, and the number for it. It is called by its name alone,
+// so that `this` is the page's window.
 const QString foldedTemplate = uR"((function (makers, entries) {
-    var list = [], i;
+    var list = [], i, make;
     for (i = 0; i < entries.length; i += 2) {
-        list[i / 2] = makers[entries[i]](entries[i + 1]);
+        make = makers[entries[i]];
+        list[i / 2] = make(entries[i + 1]);
     }
     return list;
 })([%1], [%2]))"_s;
@@ -249,8 +251,10 @@ bool ElementReader::readNewKind()
         }
     }
     const QStringView element = m_text.mid(begin, m_at - begin);
-    if (m_at == m_text.size() || element.trimmed().isEmpty() || element.contains("..."_L1)
-        || element.contains(numberName) || m_kinds.size() == mostKinds)
+    if (m_at == m_text.size() || element.trimmed().isEmpty() || m_kinds.size() == mostKinds)
+        return false;
+    // What means something else in a function, or nothing.
+    if (element.contains("..."_L1) || element.contains("arguments"_L1) || element.contains(numberName))
         return false;
     m_kinds.emplace_back(element, number, places);
     addEntry(m_kinds.size() - 1, number);
