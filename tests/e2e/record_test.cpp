@@ -1000,6 +1000,26 @@ TEST_F(Unexpressed, InputIsNamedInTheScript)
     EXPECT_TRUE(remarks.contains(u"// not recorded: the key 'F2' on P#k"_s));
 }
 
+// Sliders and lists that a page moves by itself know of no drag of the browser's.
+TEST_F(Unexpressed, ADragThatThePageMakesOfThePointerIsNamed)
+{
+    serve(u"input-a.html"_s,
+        "<body style='user-select:none'><p id='s'>Slide me</p><p id='e'>Here</p><input id='t' value='some "
+        "text'>"
+        "<input type='range' id='r' value='0' style='width:300px'>");
+    record(server.url(u"input-a.html"_s));
+    TrustedUser user(page());
+
+    user.drag(u"q('#s')"_s, u"q('#e')"_s);
+    user.drag(u"q('#t')"_s, u"q('#e')"_s);
+    user.drag(u"q('#r')"_s, u"q('#e')"_s);
+    user.click(u"q('#e')"_s);
+
+    const QStringList remarks = statements().filter(u"//"_s);
+    EXPECT_EQ(remarks.filter(u"a drag of"_s), QStringList{u"// not recorded: a drag of P#s"_s});
+    EXPECT_EQ(remarks.filter(u"INPUT#r was set to"_s).size(), 1);
+}
+
 using Hovers = Recording;
 
 // A page that marks whatever the pointer is over, as many toolkits do.

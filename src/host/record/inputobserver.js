@@ -18,7 +18,7 @@
         documentMark = Math.random(), // keeps the marks of frames apart
         isKeyDown = false, // what a field gets while a key is down, its release tells
         lastWheel = -wheelPauseMs,
-        tapSlop = 15, // in pixels: what moves further is no tap
+        slop = 15, // in pixels: what moves further is no tap and no click
         touched = null, // where and on what the fingers went down
         lifted = null, // the event by which the last one came up, as long as nothing has been told of it
         pointer = "", // where the pointer was last
@@ -229,6 +229,13 @@
         }
     });
 
+    // Of a drag by the browser's own means no mouseup comes. In fields it marks text, or a change tells of it.
+    function isEndOfDrag(event) {
+        return event.type === "mouseup" && event.button === 0 && pressed !== null &&
+            ["INPUT", "OPTION", "SELECT", "TEXTAREA"].indexOf(pressed.tagName) < 0 &&
+            (Math.abs(event.clientX - pressedAt.x) >= slop || Math.abs(event.clientY - pressedAt.y) >= slop);
+    }
+
     ["mousedown", "mouseup", "click", "dblclick", "contextmenu", "dragstart"].forEach(function (type) {
         listen(type, function (event) {
             var isPress, more;
@@ -242,6 +249,9 @@
             more.isPress = isPress;
             more.over = isPress || type === "mousedown" ? hoveredIn(event.composedPath()) : "";
             tell(event, more);
+            if (isEndOfDrag(event)) {
+                tell(event, { kind: "drag", target: describe(pressed) });
+            }
             isPressWanted = false;
         });
     });
@@ -254,8 +264,8 @@
         }
         lifted = null;
         touch = event.changedTouches[0];
-        isTap = touched.fingers === 1 && Math.abs(touch.clientX - touched.x) < tapSlop &&
-            Math.abs(touch.clientY - touched.y) < tapSlop;
+        isTap = touched.fingers === 1 && Math.abs(touch.clientX - touched.x) < slop &&
+            Math.abs(touch.clientY - touched.y) < slop;
         tell(event, {
             kind: !isTap ? "swipe" : event.defaultPrevented || touched.event.defaultPrevented ? "tap" : "touchend"
         });

@@ -112,6 +112,7 @@ constexpr PlainVerdict plainVerdicts[] = {
     {"keydown"_L1, Verdict::Kind::Merged, u"the release of the key tells it"},
     {"wheel"_L1, Verdict::Kind::Remarked, u"not recorded: the wheel over %1"},
     {"dragstart"_L1, Verdict::Kind::Remarked, u"not recorded: a drag of %1"},
+    {"drag"_L1, Verdict::Kind::Remarked, u"not recorded: a drag of %1"},
 };
 
 } // namespace
