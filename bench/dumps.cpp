@@ -4,6 +4,8 @@
 #include "host/script/testsession.h"
 #include "playwrightpeer.h"
 
+#include <malloc.h>
+
 #include <memory>
 
 namespace Ostrel::Bench {
@@ -16,10 +18,9 @@ namespace {
 constexpr int growth = 4;
 constexpr int longestMs = 10 * 60 * 1000;
 
-/// A page of that many elements. One of another number is another page, so that it is loaded.
-QString addressOf(int elements, int number)
+QString addressOf(int elements)
 {
-    return QStringLiteral("file://" PAGEPROBE_BENCH_DIR "/pages/many.html?%2#%1").arg(elements).arg(number);
+    return QStringLiteral("file://" PAGEPROBE_BENCH_DIR "/pages/many.html#%1").arg(elements);
 }
 
 int countOf(const UIAbstraction::UIElement &root)
@@ -59,40 +60,38 @@ FunctionCallResult<QList<Row>> measureDumps(const Effort &effort)
     ResultSink nobody;
     SessionOptions options;
     options.browser.evaluationLimitMs = longestMs;
-    const FunctionCallResult<std::unique_ptr<TestSession>> session = TestSession::start(options, nobody);
-    if (session.failed())
-        return Failure(session.error);
-    BrowserPage *page = session.value->activePage();
+    std::unique_ptr<TestSession> session;
+    // There is one session at a time. What one before has left in memory is of no use to the next.
+    const auto begin = [&]() -> FunctionCallResult<void> {
+        session.reset();
+        malloc_trim(0);
+        auto started = TestSession::start(options, nobody);
+        if (started.failed())
+            return Failure(started.error);
+        session = std::move(started.value);
+        return {};
+    };
     PlaywrightPeer peer;
     if (const auto started = peer.start(); started.failed())
         return Failure(started.error);
-
-    int pages = 0;
-    const auto open = [&](int elements) -> FunctionCallResult<void> {
-        const QString address = addressOf(elements, ++pages);
-        if (const auto shown = show(page, address); shown.failed())
-            return shown;
-        const auto opened = peer.ask(u"page %1"_s.arg(address));
+    const auto openInPeer = [&](int elements) -> FunctionCallResult<void> {
+        const auto opened = peer.ask(u"page %1"_s.arg(addressOf(elements)));
         return opened.failed() ? FunctionCallResult<void>(Failure(opened.error)) : FunctionCallResult<void>();
     };
-    // The time of a dump of a page of that size. It is drawn before, as the one of the peer has been since
-    // its first round.
+    // The time of a dump of a page of that size in a browser of its own, as the command dumps. The page is
+    // drawn before, as the one of the peer has been since its first round.
     const auto dumpTurn = [&](int elements) -> Turn {
         return [&, elements]() -> FunctionCallResult<double> {
-            if (const auto shown = show(page, addressOf(elements, ++pages)); shown.failed())
+            if (const auto begun = begin(); begun.failed())
+                return Failure(begun.error);
+            if (const auto shown = show(session->activePage(), addressOf(elements)); shown.failed())
                 return Failure(shown.error);
-            // A browser does not compile a script again that it knows. Another number of the first element
-            // makes it a new one, as that of each page under test is.
-            const auto shifted = page->evaluateJavaScript(
-                u"for (let i = 0; i < %1; ++i) { __ostrel__idForObject({}); }"_s.arg(pages), 0);
-            if (shifted.failed)
-                return Failure(shifted.result);
-            return timed([&] { return dump(page, elements, false); });
+            return timed([&] { return dump(session->activePage(), elements, false); });
         };
     };
     const int few = effort.dumpedElements;
     const int many = growth * few;
-    if (const auto opened = open(few); opened.failed())
+    if (const auto opened = openInPeer(few); opened.failed())
         return Failure(opened.error);
     const auto sizes
         = medianTimes({dumpTurn(few), [&] { return peer.ask(u"properties %1"_s.arg(few)); }, dumpTurn(many)},
@@ -102,8 +101,14 @@ FunctionCallResult<QList<Row>> measureDumps(const Effort &effort)
 
     // Some elements of the page are hidden: ours takes pictures of a few more than the other one.
     const int pictured = effort.screenshots;
-    if (const auto opened = open(pictured * 4 / 3); opened.failed())
+    const int elements = pictured * 4 / 3;
+    if (const auto opened = openInPeer(elements); opened.failed())
         return Failure(opened.error);
+    if (const auto begun = begin(); begun.failed())
+        return Failure(begun.error);
+    BrowserPage *page = session->activePage();
+    if (const auto shown = show(page, addressOf(elements)); shown.failed())
+        return Failure(shown.error);
     const auto pictures = medianTimes({[&] { return timed([&] { return dump(page, pictured, true); }); },
                                           [&] { return peer.ask(u"screenshots %1"_s.arg(pictured)); }},
         {effort.dumps});
