@@ -20,7 +20,8 @@ constexpr int longestMs = 10 * 60 * 1000;
 
 QString addressOf(int elements)
 {
-    return QStringLiteral("file://" PAGEPROBE_BENCH_DIR "/pages/many.html#%1").arg(elements);
+    // The number also stands in the query, so that another one is another page.
+    return QStringLiteral("file://" PAGEPROBE_BENCH_DIR "/pages/many.html?%1#%1").arg(elements);
 }
 
 int countOf(const UIAbstraction::UIElement &root)
