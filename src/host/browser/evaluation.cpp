@@ -151,6 +151,12 @@ CommandParameters endedExpression(QByteArray text, int limitMs)
     return CommandParameters::fromText(std::move(text));
 }
 
+/// What the function gave that carries out an evaluation.
+QJsonObject valueIn(const QJsonObject &answer)
+{
+    return answer.value("result"_L1).toObject().value("value"_L1).toObject();
+}
+
 } // namespace
 
 QString scriptLiteral(const QString &text)
@@ -204,7 +210,7 @@ QList<CommandParameters> valueParts(const LongValue &value, int limitMs)
 
 std::optional<LongValue> readLongValue(const QJsonObject &answer)
 {
-    const QJsonObject value = answer.value("result"_L1).toObject().value("value"_L1).toObject();
+    const QJsonObject value = valueIn(answer);
     if (!value.value("size"_L1).isDouble())
         return {};
     return LongValue{value.value("size"_L1).toInteger(), value.value("place"_L1).toInt()};
@@ -212,7 +218,7 @@ std::optional<LongValue> readLongValue(const QJsonObject &answer)
 
 WebWrapper::HTMLComponent::EvalResult readEvaluation(const QJsonObject &answer)
 {
-    const QJsonObject value = answer.value("result"_L1).toObject().value("value"_L1).toObject();
+    const QJsonObject value = valueIn(answer);
     if (value.value("value"_L1).isString())
         return {value.value("value"_L1).toString(), false, false};
     if (value.value("thrown"_L1).isString()) {

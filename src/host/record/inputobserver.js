@@ -229,11 +229,15 @@
         }
     });
 
+    function isNear(point, place) {
+        return Math.abs(point.clientX - place.x) < slop && Math.abs(point.clientY - place.y) < slop;
+    }
+
     // Of a drag by the browser's own means no mouseup comes. In fields it marks text, or a change tells of it.
     function isEndOfDrag(event) {
         return event.type === "mouseup" && event.button === 0 && pressed !== null &&
             ["INPUT", "OPTION", "SELECT", "TEXTAREA"].indexOf(pressed.tagName) < 0 &&
-            (Math.abs(event.clientX - pressedAt.x) >= slop || Math.abs(event.clientY - pressedAt.y) >= slop);
+            !isNear(event, pressedAt);
     }
 
     ["mousedown", "mouseup", "click", "dblclick", "contextmenu", "dragstart"].forEach(function (type) {
@@ -264,8 +268,7 @@
         }
         lifted = null;
         touch = event.changedTouches[0];
-        isTap = touched.fingers === 1 && Math.abs(touch.clientX - touched.x) < slop &&
-            Math.abs(touch.clientY - touched.y) < slop;
+        isTap = touched.fingers === 1 && isNear(touch, touched);
         tell(event, {
             kind: !isTap ? "swipe" : event.defaultPrevented || touched.event.defaultPrevented ? "tap" : "touchend"
         });

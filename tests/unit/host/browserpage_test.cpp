@@ -49,11 +49,18 @@ protected:
     {
         QTimer::singleShot(0, transport, [this, event] { transport->receive(event); });
     }
-    static QJsonObject valueFor(const QJsonObject &command, const QString &value)
+    static QJsonObject valueFor(const QJsonObject &command, const QJsonObject &value)
     {
         return {{u"id"_s, command.value("id"_L1)}, {u"sessionId"_s, u"S"_s},
-            {u"result"_s,
-                QJsonObject{{u"result"_s, QJsonObject{{u"value"_s, QJsonObject{{u"value"_s, value}}}}}}}};
+            {u"result"_s, QJsonObject{{u"result"_s, QJsonObject{{u"value"_s, value}}}}}};
+    }
+    static QJsonObject valueFor(const QJsonObject &command, const QString &value)
+    {
+        return valueFor(command, QJsonObject{{u"value"_s, value}});
+    }
+    static QJsonObject longValueFor(const QJsonObject &command, qsizetype size, int place)
+    {
+        return valueFor(command, QJsonObject{{u"size"_s, size}, {u"place"_s, place}});
     }
     void showDocument(const QString &loader)
     {
@@ -265,13 +272,9 @@ TEST_F(BrowserPageTest, FetchesALongValueInParts)
     transport->onCommand = [&](const QJsonObject &command) {
         const QString expression = command.value("params"_L1).toObject().value("expression"_L1).toString();
         calls.append(expression.mid(expression.lastIndexOf(u'(')));
-        QJsonObject answer
-            = valueFor(command, QString::number(calls.size()).repeated(calls.size() < 4 ? part : 5));
-        if (calls.size() == 1) {
-            answer.insert(u"result"_s,
-                QJsonObject{{u"result"_s,
-                    QJsonObject{{u"value"_s, QJsonObject{{u"size"_s, 2 * part + 5}, {u"place"_s, 7}}}}}});
-        }
+        const QJsonObject answer = calls.size() == 1
+            ? longValueFor(command, 2 * part + 5, 7)
+            : valueFor(command, QString::number(calls.size()).repeated(calls.size() < 4 ? part : 5));
         QTimer::singleShot(0, transport, [=, this] { transport->receive(answer); });
     };
 
@@ -289,14 +292,10 @@ TEST_F(BrowserPageTest, ALongValueOfADocumentThatIsGoneIsNone)
 {
     showDocument(u"first"_s);
     transport->onCommand = [this, asked = 0](const QJsonObject &command) mutable {
-        QJsonObject answer = valueFor(command, QString());
-        if (++asked == 1) {
-            answer.insert(u"result"_s,
-                QJsonObject{{u"result"_s,
-                    QJsonObject{{u"value"_s, QJsonObject{{u"size"_s, 3000000}, {u"place"_s, 0}}}}}});
-        } else {
+        const bool isFirst = ++asked == 1;
+        const QJsonObject answer = isFirst ? longValueFor(command, 3000000, 0) : valueFor(command, QString());
+        if (!isFirst)
             QTimer::singleShot(0, transport, [this] { showDocument(u"second"_s); });
-        }
         QTimer::singleShot(0, transport, [=, this] { transport->receive(answer); });
     };
 
