@@ -254,8 +254,11 @@ bool ElementReader::readNewKind()
     if (m_at == m_text.size() || element.trimmed().isEmpty() || m_kinds.size() == mostKinds)
         return false;
     // What means something else in a function, or nothing.
-    if (element.contains("..."_L1) || element.contains("arguments"_L1) || element.contains(numberName))
-        return false;
+    const QStringView changing[] = {u"...", u"arguments", u"eval", numberName};
+    for (const QStringView name : changing) {
+        if (element.contains(name))
+            return false;
+    }
     m_kinds.emplace_back(element, number, places);
     addEntry(m_kinds.size() - 1, number);
     return true;

@@ -133,7 +133,7 @@ TEST(ListFolding, LeavesScriptsThatAreNotUnderstood)
     }
     for (const char *element : {"", " ", "`text`", "a / b", "a //", "/* a */ b", "f(/* a */ b)", "f(//)",
              "f(/a", "a\n", "a\r", "...a", "f(...a)", "f(a", "f(a]", "{a)", "a)", "a}", "'a", "\"a'", "'a\\",
-             "f(/a\n/)", "f(/[/)", "arguments[0]", "__ostrel__number"}) {
+             "f(/a\n/)", "f(/[/)", "arguments[0]", "eval('var a')", "__ostrel__number"}) {
         for (const QString &withOdd :
             {list + u", "_s + QLatin1StringView(element), QLatin1StringView(element) + u", "_s + list}) {
             EXPECT_FALSE(foldedList(callWith(withOdd)).has_value()) << element;
